@@ -1,0 +1,203 @@
+#!/usr/bin/env python3
+"""End-to-end runner: each case file drives the real kiv binary once.
+
+A case file (tests/e2e/cases/**/*.case) looks like this:
+
+    subject: one line that names what the case proves
+    args: -b proc.kiv p1 "p 2"        (shell-like quoting; optional)
+    status: 0                         (expected exit status; default 0)
+    --- file proc.kiv                 (an input file, written before the run)
+    setze(1000, /, FF)
+    --- stdin
+    ...
+    --- stdout                        (byte-exact expectation)
+    --- stderr
+    --- kiv.log
+    --- expect-file out.hex           (a file the run must leave behind)
+    --- stdout contains               (a required fragment; may repeat)
+    --- kiv.log contains
+    --- file:out.hex contains
+    --- expect-absent out.hex         (a file the run must not leave)
+
+Section bodies are the lines up to the next section; every line ends with a
+newline. Add "(noeol)" to a section header to drop the final newline, and
+"(hex)" to give a body as hexadecimal bytes (white space ignored). A body line
+that itself starts with "--- " is written as "\\--- ".
+
+Outcomes: PASS, FAIL (with a diff), and NORESULT when the case itself is
+broken (unreadable, unknown section), so a bad fixture never looks like a
+product fault. The last line reads "N passed, N failed".
+"""
+import argparse
+import difflib
+import os
+import shlex
+import subprocess
+import sys
+import tempfile
+
+TIMEOUT = 60
+
+
+class CaseError(Exception):
+    pass
+
+
+def parse_case(path):
+    with open(path, "rb") as f:
+        raw = f.read()
+    head = {}
+    sections = []
+    cur = None
+    for line in raw.split(b"\n")[:-1] if raw.endswith(b"\n") else raw.split(b"\n"):
+        if line.startswith(b"--- "):
+            header = line[4:].decode("latin-1").strip()
+            flags = set()
+            for flag in ("(noeol)", "(hex)"):
+                if header.endswith(flag):
+                    flags.add(flag)
+                    header = header[: -len(flag)].strip()
+                    if header.endswith(("(noeol)", "(hex)")):
+                        for f2 in ("(noeol)", "(hex)"):
+                            if header.endswith(f2):
+                                flags.add(f2)
+                                header = header[: -len(f2)].strip()
+            cur = [header, flags, []]
+            sections.append(cur)
+            continue
+        if cur is None:
+            text = line.decode("latin-1")
+            if not text.strip() or text.startswith("#"):
+                continue
+            if ":" not in text:
+                raise CaseError("header line without colon: %r" % text)
+            k, v = text.split(":", 1)
+            head[k.strip()] = v.strip()
+            continue
+        if line.startswith(b"\\--- "):
+            line = line[1:]
+        cur[2].append(line)
+    out = []
+    for name, flags, lines in sections:
+        if "(hex)" in flags:
+            body = bytes.fromhex("".join(l.decode("ascii") for l in lines).replace(" ", "").replace("\t", ""))
+        else:
+            body = b"".join(l + b"\n" for l in lines)
+            if "(noeol)" in flags and body.endswith(b"\n"):
+                body = body[:-1]
+        out.append((name, body))
+    return head, out
+
+
+def show(data):
+    return data.decode("latin-1").splitlines(keepends=True)
+
+
+def diff(label, want, got):
+    lines = difflib.unified_diff(show(want), show(got), "expected " + label, "actual " + label, n=3)
+    text = "".join(l if l.endswith("\n") else l + "\n\\ no newline\n" for l in lines)
+    return text.replace("\t", "\\t")
+
+
+def run_case(kiv, path):
+    head, sections = parse_case(path)
+    args = shlex.split(head.get("args", ""))
+    want_status = int(head.get("status", "0"))
+    stdin = b""
+    problems = []
+    with tempfile.TemporaryDirectory(prefix="kive2e-") as work:
+        checks = []
+        for name, body in sections:
+            if name.startswith("file "):
+                target = os.path.join(work, name[5:].strip())
+                os.makedirs(os.path.dirname(target), exist_ok=True)
+                with open(target, "wb") as f:
+                    f.write(body)
+            elif name == "stdin":
+                stdin = body
+            elif name in ("stdout", "stderr", "kiv.log") or name.startswith(("expect-file ", "expect-absent ")) \
+                    or name.endswith(" contains"):
+                checks.append((name, body))
+            elif name.startswith("readonly "):
+                os.chmod(os.path.join(work, name[9:].strip()), 0o444)
+            else:
+                raise CaseError("unknown section %r" % name)
+        try:
+            proc = subprocess.run([kiv] + args, input=stdin, cwd=work, capture_output=True, timeout=TIMEOUT)
+        except subprocess.TimeoutExpired:
+            return ["timed out after %d s" % TIMEOUT]
+
+        def content(what):
+            if what == "stdout":
+                return proc.stdout
+            if what == "stderr":
+                return proc.stderr
+            name = what[5:] if what.startswith("file:") else what
+            p = os.path.join(work, name)
+            if not os.path.exists(p):
+                return None
+            with open(p, "rb") as f:
+                return f.read()
+
+        if proc.returncode != want_status:
+            problems.append("exit status %d, expected %d" % (proc.returncode, want_status))
+        for name, body in checks:
+            if name.endswith(" contains"):
+                what = name[: -len(" contains")].strip()
+                got = content(what)
+                if got is None:
+                    problems.append("%s: missing" % what)
+                elif body.rstrip(b"\n") not in got:
+                    problems.append("%s lacks the fragment:\n%s\n--- %s was:\n%s" % (
+                        what, body.decode("latin-1"), what, got.decode("latin-1")))
+            elif name.startswith("expect-absent "):
+                if content(name[14:].strip()) is not None:
+                    problems.append("file %s exists but must not" % name[14:].strip())
+            else:
+                what = name[12:].strip() if name.startswith("expect-file ") else name
+                got = content(what)
+                if got is None:
+                    problems.append("%s: missing" % what)
+                elif got != body:
+                    problems.append(diff(what, body, got))
+    return problems
+
+
+def main():
+    ap = argparse.ArgumentParser()
+    ap.add_argument("--kiv", required=True)
+    ap.add_argument("--cases", required=True)
+    ap.add_argument("filter", nargs="*", help="run only cases whose path contains one of these")
+    a = ap.parse_args()
+    kiv = os.path.abspath(a.kiv)
+    files = []
+    for root, _, names in os.walk(a.cases):
+        files += [os.path.join(root, n) for n in names if n.endswith(".case")]
+    files.sort()
+    if a.filter:
+        files = [f for f in files if any(s in f for s in a.filter)]
+    passed = failed = noresult = 0
+    for path in files:
+        rel = os.path.relpath(path, a.cases)
+        try:
+            problems = run_case(kiv, path)
+        except (CaseError, ValueError, OSError) as e:
+            noresult += 1
+            print("NORESULT %s: %s" % (rel, e))
+            continue
+        if problems:
+            failed += 1
+            print("FAIL %s" % rel)
+            for p in problems:
+                print("  " + p.replace("\n", "\n  "))
+        else:
+            passed += 1
+            print("PASS %s" % rel)
+    if noresult:
+        print("%d cases gave no result (broken case files)" % noresult)
+    print("%d passed, %d failed" % (passed, failed + noresult))
+    return 0 if failed == 0 and noresult == 0 and files else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
