@@ -1,0 +1,207 @@
+// String, StringPuffer and pair formatting: the cases other subsystems rely on.
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <random>
+#include <sstream>
+
+#include "foundation/String.h"
+
+TEST(String, IndexingCountsFromEitherEndAndYieldsZeroOutside) {
+    String s("abc");
+    EXPECT_EQ(s[0], 'a');
+    EXPECT_EQ(s[3], 0);
+    EXPECT_EQ(s[99], 0);
+    EXPECT_EQ(s[-1], 'c');
+    EXPECT_EQ(s[-3], 'a');
+    EXPECT_EQ(s[-4], 0);
+    EXPECT_EQ(String()[-1], 0);
+}
+
+TEST(String, SearchFirstIsZeroBasedAndLastIsOneBased) {
+    String s("a.b.c");
+    EXPECT_EQ(s.suche("."), 1);
+    EXPECT_EQ(s.suchePosition('.'), 4);
+    EXPECT_EQ(s.suche("x"), -1);
+    EXPECT_EQ(s.suchePosition('x'), -1);
+}
+
+TEST(String, PartsAreClippedToTheText) {
+    String s("hello");
+    EXPECT_EQ(s.teil(1, 3), "ell");
+    EXPECT_EQ(s.teil(-5, 2), "he");
+    EXPECT_EQ(s.teil(4, 99), "o");
+    EXPECT_EQ(s.teil(9, 2), "");
+    EXPECT_EQ(s.links(99), "hello");
+    EXPECT_EQ(s.rechts(99), "hello");
+    EXPECT_EQ(s.rechts(2), "lo");
+    EXPECT_EQ(s.links(-1), "");
+    EXPECT_EQ(s.rechts(-1), "");
+}
+
+TEST(String, ConstructionRepeatsAndNeverHoldsNul) {
+    EXPECT_EQ(String("ab", 3), "ababab");
+    EXPECT_EQ(String('x', 0), "");
+    EXPECT_EQ(String('-', 3), "---");
+    EXPECT_EQ(String(dataInteger(-42)), "-42");
+    EXPECT_EQ(String(std::string("a\0b", 3)).laenge(), 1);
+    String t("self");
+    t = t;
+    EXPECT_EQ(t, "self");
+}
+
+TEST(String, CaseAndWhiteSpaceTouchOnlyAscii) {
+    String s(" \t\xe4" "Ab z\r\n");
+    String g(s);
+    g.gross();
+    EXPECT_EQ(g, " \t\xe4" "AB Z\r\n");
+    String k(s);
+    k.trimme();
+    EXPECT_EQ(k, "\xe4" "Ab z");
+    String w(" \t\n\v\f\r");
+    EXPECT_EQ(w.trimme(), "");
+    String e("abc");
+    EXPECT_EQ(e.ersterGross(3), "abc");
+    EXPECT_EQ(e.ersterGross(1), "aBc");
+}
+
+TEST(String, ReplaceScansOnBehindTheInsertedText) {
+    String s("aaa");
+    EXPECT_EQ(s.ersetze("a", "aa"), 3);
+    EXPECT_EQ(s, "aaaaaa");
+    String t("a.b.c");
+    EXPECT_EQ(t.ersetzeZeichen('.', '/'), 2);
+    EXPECT_EQ(t, "a/b/c");
+    EXPECT_EQ(String("a<b&c").sgml(), "a&lt;b&amp;c");
+}
+
+TEST(String, SplitKeepsEmptyParts) {
+    struct Fall { const char* text; const char* trenner; std::vector<std::string> teile; };
+    const Fall faelle[] = {
+        {"a,,b", ",", {"a", "", "b"}},
+        {"", ",", {""}},
+        {"a,", ",", {"a", ""}},
+        {"a--b--", "--", {"a", "b", ""}},
+        {"abc", ";", {"abc"}},
+    };
+    for (const auto& f : faelle) {
+        int n = 0;
+        std::unique_ptr<String[]> teile(String(f.text).zerlege(f.trenner, n));
+        ASSERT_EQ(n, static_cast<int>(f.teile.size())) << f.text;
+        for (int i = 0; i < n; ++i) EXPECT_EQ(teile[i].str(), f.teile[i]) << f.text << " part " << i;
+    }
+}
+
+TEST(StringReader, WordStopsAfter32BytesAndAtForeignBytes) {
+    std::istringstream in(std::string(33, 'w') + " rest");
+    String w;
+    EXPECT_EQ(w.liesWort(in), 32);
+    EXPECT_EQ(in.get(), 'w');
+    std::istringstream in2("$a.b_9%(x");
+    EXPECT_EQ(w.liesWort(in2), 7);
+    EXPECT_EQ(w, "$a.b_9%");
+    EXPECT_EQ(in2.get(), '(');
+    std::istringstream leer("");
+    EXPECT_EQ(w.liesWort(leer), 0);
+    EXPECT_TRUE(w.istLeer());
+}
+
+TEST(StringReader, UntilStopsAtWhiteSpaceOrEndSetAndPutsItBack) {
+    std::istringstream in("abc,def");
+    String w;
+    EXPECT_EQ(w.liesBis(in, ","), 3);
+    EXPECT_EQ(in.get(), ',');
+    std::istringstream in2("ab cd)");
+    EXPECT_EQ(w.liesBisMitQuotes(in2, ")", 0), 5);
+    EXPECT_EQ(w, "ab cd");
+    std::istringstream in3("x\"a)b\"y)z");
+    EXPECT_EQ(w.liesBisMitQuotes(in3, ")", 1), 5);
+    EXPECT_EQ(w, "xa)by");
+    EXPECT_EQ(in3.get(), ')');
+}
+
+TEST(StringReader, QuotedTextDecodesEscapesAndCountsLines) {
+    struct Fall { std::string ein; int ergebnis; std::string text; int zeilen; };
+    const Fall faelle[] = {
+        {"\"ab\"", 2, "ab", 0},
+        {"\"a\"\"b\"", 3, "a\"b", 0},
+        {"\"a\\\"b\"", 3, "a\"b", 0},
+        {"\"a\\\\b\"", 3, "a\\b", 0},
+        {"\"a\\nb\"", 3, "a\nb", 0},
+        {"\"a\\xb\"", 4, "a\\xb", 0},
+        {"\"a\\\nb\"", 2, "ab", 1},
+        {"\"a\nb\"", 3, "a\nb", 1},
+        {"\"\"", 0, "", 0},
+        {"\"open", -1, "", 0},
+        {"x\"", -1, "", 0},
+    };
+    for (const auto& f : faelle) {
+        std::istringstream in(f.ein);
+        String s("junk");
+        int zeilen = 0;
+        EXPECT_EQ(s.liesQuotiert(in, &zeilen), f.ergebnis) << f.ein;
+        EXPECT_EQ(s.str(), f.text) << f.ein;
+        EXPECT_EQ(zeilen, f.zeilen) << f.ein;
+    }
+    std::istringstream nichtQuote("x");
+    String s;
+    s.liesQuotiert(nichtQuote);
+    EXPECT_EQ(nichtQuote.get(), 'x');
+}
+
+TEST(StringReader, QuoteThenReadGivesEveryTextBack) {
+    std::mt19937 zufall(7);
+    const char alphabet[] = "ab\"\\\n n";
+    for (int runde = 0; runde < 500; ++runde) {
+        std::string t;
+        int n = zufall() % 12;
+        for (int i = 0; i < n; ++i) t += alphabet[zufall() % (sizeof alphabet - 1)];
+        int geschrieben = 0, gelesen = 0;
+        String q = String(t).quotiere(&geschrieben);
+        std::istringstream in(q.str() + "tail");
+        String back;
+        ASSERT_EQ(back.liesQuotiert(in, &gelesen), static_cast<int>(t.size())) << q;
+        EXPECT_EQ(back.str(), t);
+        EXPECT_EQ(geschrieben, gelesen);
+        EXPECT_EQ(in.get(), 't');
+    }
+    EXPECT_EQ(String().quotiere(), "\"\"");
+}
+
+TEST(StringPuffer, HandsItsTextOverAndStartsAfresh) {
+    StringPuffer p(2, 3);
+    p << 'a' << 'b' << 'c' << '\0';
+    EXPECT_EQ(p.laenge(), 3);
+    String s(p);
+    EXPECT_EQ(s, "abc");
+    EXPECT_TRUE(p.abgegeben());
+    p.haengeAn('d');
+    EXPECT_FALSE(p.abgegeben());
+    EXPECT_EQ(String(p), "d");
+    p.haengeAn("xyz");
+    EXPECT_EQ(String(p), "xyz");
+    StringPuffer q("abcdef", 4);
+    q.setze("abcdef", 2);
+    EXPECT_STREQ(q.c_str(), "ab");
+    EXPECT_EQ(String(q.leere()), "");
+}
+
+TEST(WertePaar, PhysicalValueChoosesFixedOrScientificNotation) {
+    struct Fall { double wert; const char* text; };
+    const Fall faelle[] = {
+        {0.0, "0.00"},
+        {1.0, "1.0000000"},
+        {1.5, "1.5000000"},
+        {100.0, "100.00000"},
+        {1234567.0, "1234567.0"},
+        {12345678.0, "1.235E+07"},
+        {123456789.0, "1.235E+08"},
+        {0.0001, "0.00010000000"},
+        {0.00001, "1.000E-05"},
+        {-2.5, "-2.5000000"},
+    };
+    for (const auto& f : faelle) EXPECT_EQ(waehleFormat(8, f.wert, 10), f.text) << f.wert;
+    std::ostringstream o;
+    o << WertePaar(10, 1.0) << ' ' << WertePaarStr(255, "x y");
+    EXPECT_EQ(o.str(), "( 0A / 1.0000000 ) ( FF / \"x y\" )");
+}
