@@ -72,7 +72,7 @@ private:
 };
 
 // CRC-32 as used by IEEE 802.3: reflected polynomial 0xEDB88320, start and
-// final XOR 0xFFFFFFFF. Eight bytes per table round.
+// final XOR 0xFFFFFFFF. Sixteen bytes per table round.
 class Crc32Rechner {
 public:
     void nimm(const std::uint8_t* daten, std::size_t anzahl);
