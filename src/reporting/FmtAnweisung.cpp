@@ -127,8 +127,9 @@ FmtVariable::FmtVariable(const String& text) {
     trenner = String(trennerText);
     nachspann = String(nach);
 
-    // Keywords count wherever they stand in an option; of the number
-    // styles the last one in this order wins.
+    // Keywords count wherever they stand in an option, so "lower" sets low
+    // (intended). Of the number styles the last one in this order wins; the
+    // objects format their numbers themselves, so the style is only kept.
     const auto hat = [&opt](const char* wort) { return opt.find(wort) != std::string::npos; };
     if (hat("hex")) zahlenFormat = 0x240;
     if (hat("dec")) zahlenFormat = 0x10;
@@ -245,7 +246,7 @@ int FmtVariablenBaustein::gibAus(std::ostream& strom, FmtObjekt& objekt, FmtZust
     geschrieben = false;
     const String& name = variable.liefereName();
     if (aktiv(zustand)) {
-        if (!stopName.istLeer() && stopName == name) {
+        if (!stopName.istLeer() && stopName == name) {   // the active state is tested first
             setzeLetzten(zustand, '0');
             return 0;
         }

@@ -281,12 +281,12 @@ TEST_F(FmtTest, ValuesOutsideARunAndFromStreams) {
 
 TEST_F(FmtTest, ManyValuesAndLongStatements) {
     // Linear work and no deep recursion, also when freeing the chain.
-    objekt.werte[1].assign(200000, "7");
+    objekt.werte[1].assign(50000, "7");
     std::string anweisung;
-    for (int i = 0; i < 100000; ++i) anweisung += R"(<(Leer\?>x<:>y)";
+    for (int i = 0; i < 50000; ++i) anweisung += R"(<(Leer\?>x<:>y)";
     anweisung += R"(<Bytes\"<>,">)";
     const std::string aus = lauf(anweisung);
-    EXPECT_EQ(aus.size(), 100000u + 2 * 200000 - 1);
+    EXPECT_EQ(aus.size(), 50000u + 2 * 50000 - 1);
 }
 
 TEST_F(FmtTest, RandomStatementsNeverBreak) {
