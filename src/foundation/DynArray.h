@@ -168,7 +168,7 @@ public:
     void leere();
 
 private:
-    DynArray<char*> feld_;
+    mutable DynArray<char*> feld_;   // reading an entry may not grow it, but [] is the only access
     std::int32_t fuellstand_ = 0;
     std::int32_t position_ = 0;
     const char* aktuelle_ = nullptr;

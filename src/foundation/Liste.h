@@ -171,6 +171,10 @@ public:
     }
     // The node whose element compares equal to `schluessel`, or null.
     BasisNode* sucheKnoten(const ListenElement* schluessel) const;
+    // The last node that sorts strictly before / first strictly after the
+    // key, or null.
+    BasisNode* sucheKleiner(const ListenElement* schluessel) const;
+    BasisNode* sucheGroesser(const ListenElement* schluessel) const;
 
 protected:
     int vergleiche(const BasisNode& knoten) const override;
@@ -206,7 +210,10 @@ private:
     const Liste* liste_ = nullptr;
     const ElementCltn* baum_ = nullptr;
     Stand stand_ = Stand::Anfang;
-    const void* letztes_ = nullptr;   // chain: link; tree: element
+    // Chain: the link delivered last. Tree: the element delivered last; the
+    // walk goes on at the first node after its key, so the node itself may
+    // go away in between.
+    const void* letztes_ = nullptr;
 };
 
 class Liste {
@@ -316,8 +323,8 @@ public:
     void loesche() override;
     using Liste::sucheElementF;
 
-    // Replaces the comparator (a null one ends the program), empties the
-    // tree and the chain.
+    // Replaces the comparator (a null one ends the program) and starts
+    // empty, as `loesche` does. An owned old comparator is deleted.
     void setzeKomparator(ListenKomparator* einKomparator);
     const ListenKomparator* liefereKomparator() const { return komparator_; }
 

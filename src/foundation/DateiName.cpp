@@ -1,0 +1,65 @@
+// File name splitting.
+// Covered by tests/unit/foundation/DateiTest.cpp.
+#include "foundation/DateiName.h"
+
+#include <ostream>
+
+DateiName programmDatei;
+
+DateiName& DateiName::operator=(const String& ganz) {
+    ganz_ = ganz;
+    zerlege();
+    return *this;
+}
+
+void DateiName::zerlege() {
+    // The path ends behind the rightmost separator of any of the styles
+    // (device ":", bracket directories ">" and "]", "/" and "\").
+    int pfadEnde = 0;
+    for (char trenner : {':', '>', ']', '/', '\\'}) {
+        const int p = ganz_.suchePosition(trenner);
+        if (p > pfadEnde) pfadEnde = p;
+    }
+    pfad_ = ganz_.links(pfadEnde);
+    const String rest = ganz_.teil(pfadEnde, ganz_.laenge() - pfadEnde);
+
+    // A point as the first byte starts a hidden name, not an extension.
+    const int punkt = rest.suchePosition('.');
+    if (punkt >= 2) {
+        name_ = rest.links(punkt - 1);
+        extension_ = rest.teil(punkt, rest.laenge() - punkt);
+    } else {
+        name_ = rest;
+        extension_ = String();
+    }
+
+    // A version suffix stays out of the extension.
+    const int version = extension_.suche(String(";"));
+    if (version >= 0) extension_ = extension_.links(version);
+}
+
+void DateiName::setzeZusammen() {
+    ganz_ = pfad_ + name_ + "." + extension_;
+}
+
+void DateiName::setzeName(const String& name) {
+    name_ = name;
+    setzeZusammen();
+}
+
+void DateiName::setzeExtension(const String& extension) {
+    extension_ = extension;
+    setzeZusammen();
+}
+
+DateiName DateiName::vervollstaendigt() const {
+    if (!pfad_.istLeer()) return *this;
+    DateiName ergebnis = programmDatei;
+    ergebnis.setzeName(name_);
+    ergebnis.setzeExtension(extension_);
+    return ergebnis;
+}
+
+std::ostream& operator<<(std::ostream& strom, const DateiName& dateiName) {
+    return strom << dateiName.liefereGanz();
+}
