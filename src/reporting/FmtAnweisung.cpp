@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <ostream>
+#include <sstream>
 #include <string_view>
 
 #include "reporting/Fehler.h"

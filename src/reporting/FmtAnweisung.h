@@ -29,7 +29,6 @@
 #include <cstdint>
 #include <iosfwd>
 #include <memory>
-#include <sstream>
 #include <string>
 
 #include "foundation/String.h"

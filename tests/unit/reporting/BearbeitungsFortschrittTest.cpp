@@ -94,11 +94,6 @@ TEST_F(FortschrittTest, NestedOperationsUseTheirOwnMarks) {
     EXPECT_EQ(aus.str(), "A\n*B\n+C\n#D\n*\n\n\n*\n");
 }
 
-TEST_F(FortschrittTest, EmptyLabelStillWritesItsLine) {
-    { BearbeitungsFortschritt f(1000, ""); }
-    EXPECT_EQ(aus.str(), "\n\n");
-}
-
 // Records what a progress counter asks of its display.
 struct Protokoll {
     static std::vector<std::string> aufrufe;
