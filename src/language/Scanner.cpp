@@ -1,0 +1,503 @@
+#include "language/Scanner.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <cstring>
+#include <iostream>
+
+dataInteger scannerModus = 1;
+
+namespace {
+
+// Internal faults of the automaton end the process; they can only come from
+// a broken state table, never from input.
+[[noreturn]] void interneStoerung(std::ostream& strom, const char* text) {
+    strom << text << std::endl;
+    std::exit(1);
+}
+
+class NilZustand : public ScannerZustand {
+public:
+    void operator()(Scanner&) const override {
+        interneStoerung(std::cout, "ERROR! The automaton state is nil!");
+    }
+};
+const NilZustand nilZustand;
+
+}  // namespace
+
+// ---------------------------------------------------------------- Scanner
+
+Scanner::Scanner() : text(64, 64), zustand(&nilZustand), fehlerText(64, 64) { zustandsStapel.reserve(1024); }
+
+Scanner::~Scanner() = default;
+
+void Scanner::oeffne(std::istream& strom, dataInteger zeile) {
+    quelle.oeffne(strom, zeile);
+    zustand = &nilZustand;
+    zustandsStapel.clear();
+    brauchtZeichen = 1;
+    fehler = 0;
+    fertig = 0;
+    text.leere();
+    fehlerText.leere();
+    letztesToken = KdoToken::ENDE;
+}
+
+dataInteger Scanner::naechstesToken(String& wert, QuellPosition& pos) {
+    fertig = 0;
+    fehler = 0;
+    start();
+    while (!fertig) {
+        if (fehler) {
+            // The place where the scanner gave up, not where the token began.
+            pos = quelle.position();
+            letztesToken = KdoToken::SCANFEHLER;
+            return KdoToken::SCANFEHLER;
+        }
+        if (brauchtZeichen) {
+            zeichen = static_cast<unsigned char>(quelle.naechstes());
+            brauchtZeichen = 0;
+        }
+        (*zustand)(*this);
+    }
+    if (fehler) {
+        pos = quelle.position();
+        letztesToken = KdoToken::SCANFEHLER;
+        return KdoToken::SCANFEHLER;
+    }
+    wert = String(std::string_view(text.c_str(), text.laenge()));
+    pos = position;
+    letztesToken = token;
+    return token;
+}
+
+void Scanner::liefere(dataInteger tokenNummer, int verbrauche) {
+    token = tokenNummer;
+    brauchtZeichen = verbrauche ? 1 : 0;
+    fertig = 1;
+}
+
+void Scanner::beginne() {
+    text.leere();
+    position = quelle.position();
+}
+
+void Scanner::beginneMit() {
+    beginne();
+    text.haengeAn(static_cast<char>(zeichen));
+    brauchtZeichen = 1;
+}
+
+void Scanner::beginneOhne() {
+    beginne();
+    brauchtZeichen = 1;
+}
+
+void Scanner::haengeAn() {
+    text.haengeAn(static_cast<char>(zeichen));
+    brauchtZeichen = 1;
+}
+
+void Scanner::ueberlies() { brauchtZeichen = 1; }
+
+void Scanner::lieferZeichen() {
+    beginneMit();
+    liefere(zeichen, 1);
+}
+
+bool Scanner::istLeerVon(int c) const { return c == ' ' || c == '\t' || c == '\n'; }
+
+void Scanner::rufe(const ScannerZustand& naechster) {
+    zustandsStapel.push_back(zustand);
+    zustand = &naechster;
+}
+
+void Scanner::kehreZurueck() {
+    if (zustandsStapel.empty()) interneStoerung(std::cerr, "Scanner::Stack::pop(): fatal error #1");
+    zustand = zustandsStapel.back();
+    zustandsStapel.pop_back();
+}
+
+void Scanner::unerwartetesZeichen() {
+    fehler = 1;
+    StringPuffer zeile;
+    StringPuffer marke;
+    QuellPosition pos = quelle.position();
+    quelle.zeilenText(pos, zeile);
+    quelle.marke(pos, marke);
+    std::cout << "ErrorUnexpectedChar\n" << zeile << '\n' << marke << std::endl;
+}
+
+void Scanner::setzeFehler(const char* meldung) {
+    fehler = 1;
+    fehlerText.setze(meldung);
+}
+
+// ------------------------------------------------------------- KdoScanner
+
+class KdoScanner::Zustand : public ScannerZustand {
+public:
+    using Funktion = void (KdoScanner::*)();
+    constexpr explicit Zustand(Funktion f) : funktion(f) {}
+    void operator()(Scanner& scanner) const override { (static_cast<KdoScanner&>(scanner).*funktion)(); }
+
+private:
+    Funktion funktion;
+};
+
+const KdoScanner::Zustand KdoScanner::start_(&KdoScanner::zustandStart);
+const KdoScanner::Zustand KdoScanner::rohtext_(&KdoScanner::zustandRohtext);
+const KdoScanner::Zustand KdoScanner::rohtextFortsetzung_(&KdoScanner::zustandRohtextFortsetzung);
+const KdoScanner::Zustand KdoScanner::schraegstrich_(&KdoScanner::zustandSchraegstrich);
+const KdoScanner::Zustand KdoScanner::kommentar_(&KdoScanner::zustandKommentar);
+const KdoScanner::Zustand KdoScanner::fortsetzung_(&KdoScanner::zustandFortsetzung);
+const KdoScanner::Zustand KdoScanner::zeichenkette_(&KdoScanner::zustandZeichenkette);
+const KdoScanner::Zustand KdoScanner::zeichenketteFortsetzung_(&KdoScanner::zustandZeichenketteFortsetzung);
+const KdoScanner::Zustand KdoScanner::bezeichner_(&KdoScanner::zustandBezeichner);
+const KdoScanner::Zustand KdoScanner::zahl_(&KdoScanner::zustandZahl);
+const KdoScanner::Zustand KdoScanner::nachkomma_(&KdoScanner::zustandNachkomma);
+const KdoScanner::Zustand KdoScanner::punkt_(&KdoScanner::zustandPunkt);
+
+namespace {
+
+struct Schluesselwort {
+    const char* wort;
+    dataInteger token;
+};
+
+// Sorted by byte value once, then searched by halving.
+const std::array<Schluesselwort, 17>& schluesselwoerter() {
+    static const std::array<Schluesselwort, 17> tabelle = [] {
+        using namespace KdoToken;
+        std::array<Schluesselwort, 17> t{{
+            {"ANZEIGEKDOOBJEKTE", ANZEIGEKDOOBJEKTE},
+            {"AUSFUEHRE", AUSFUEHRE},
+            {"AUSFUEHRETRANS", AUSFUEHRETRANS},
+            {"DAT", DAT},
+            {"SYSOSP", SYSOSP},
+            {"RETURN", RETURN},
+            {"RETURNMAIN", RETURNMAIN},
+            {"HOLEPARAMETER", HOLEPARAMETER},
+            {"LIEFERENAME", LIEFERENAME},
+            {"EXIT", EXIT},
+            {"KDOOTYPCHECK", KDOOTYPCHECK},
+            {"IMFEHLERFALL", IMFEHLERFALL},
+            {"ANZEIGEIMFEHLERFALL", ANZEIGEIMFEHLERFALL},
+            {"UMSETZE", UMSETZE},
+            {"VATER", VATER},
+            {"SOHN", SOHN},
+            {"NAECHSTER", NAECHSTER},
+        }};
+        std::sort(t.begin(), t.end(),
+                  [](const Schluesselwort& a, const Schluesselwort& b) { return std::strcmp(a.wort, b.wort) < 0; });
+        return t;
+    }();
+    return tabelle;
+}
+
+}  // namespace
+
+dataInteger KdoScanner::sucheSchluesselwort(const char* wort) {
+    std::string gross(wort);
+    for (char& c : gross)
+        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+    const auto& t = schluesselwoerter();
+    std::size_t unten = 0, oben = t.size();
+    while (unten < oben) {
+        std::size_t mitte = (unten + oben) / 2;
+        int v = std::strcmp(gross.c_str(), t[mitte].wort);
+        if (v == 0) return t[mitte].token;
+        if (v < 0)
+            oben = mitte;
+        else
+            unten = mitte + 1;
+    }
+    return KdoToken::NAME;
+}
+
+void KdoScanner::fehlerStringEnde() { setzeFehler("Das Ende des Doppelt-Hochkomma-Strings wurde nicht gefunden."); }
+
+bool KdoScanner::istLeerVon(int c) const {
+    return c == ' ' || c == '\t' || c == '\n' || c == '\f' || c == '\r' || c == 26;
+}
+
+void KdoScanner::start() {
+    doppelteHochkommas = 0;
+    hochkommas = 0;
+    geheZu(start_);
+}
+
+void KdoScanner::zustandStart() {
+    if (scannerModus == 0)
+        zustandStartRohtext();
+    else
+        zustandStartNormal();
+}
+
+// Raw argument text: what the parser sees of a user command's arguments.
+void KdoScanner::zustandStartRohtext() {
+    using namespace KdoToken;
+    // Only a line without its final newline gets here; the raw text would
+    // otherwise swallow the end of input forever.
+    if (quellEnde()) {
+        beginne();
+        liefere(ENDE, 0);
+        return;
+    }
+    switch (zeichen) {
+    case '\n':
+        beginne();
+        liefere(ZEILENENDE, 1);
+        scannerModus = 1;
+        return;
+    case '(':
+        lieferZeichen();
+        return;
+    case ')':
+        scannerModus = 1;
+        [[fallthrough]];
+    case ',':
+        // An empty place between separators still is an argument.
+        if (liefereLetztesToken() == ',' || liefereLetztesToken() == '(') {
+            beginne();
+            liefere(TEXT, 0);
+        } else {
+            lieferZeichen();
+        }
+        return;
+    case '"':
+        doppelteHochkommas = 1;
+        beginneMit();
+        geheZu(rohtext_);
+        return;
+    case '\'':
+        hochkommas = 1;
+        beginneMit();
+        geheZu(rohtext_);
+        return;
+    default:
+        // Leading blanks belong to the text.
+        beginneMit();
+        geheZu(rohtext_);
+        return;
+    }
+}
+
+void KdoScanner::zustandRohtext() {
+    using namespace KdoToken;
+    if (quellEnde()) {
+        liefere(TEXT, 0);
+        return;
+    }
+    switch (zeichen) {
+    case '\n':
+        liefere(TEXT, 0);
+        return;
+    case '"':
+        ++doppelteHochkommas;
+        haengeAn();
+        return;
+    case '\'':
+        ++hochkommas;
+        haengeAn();
+        return;
+    case ')':
+    case ',':
+        // Parentheses do not nest: the first one outside quotes ends the text.
+        if (doppelteHochkommas % 2 == 0 && hochkommas % 2 == 0)
+            liefere(TEXT, 0);
+        else
+            haengeAn();
+        return;
+    case '\\':
+        ueberlies();
+        geheZu(rohtextFortsetzung_);
+        return;
+    default:
+        haengeAn();
+        return;
+    }
+}
+
+void KdoScanner::zustandRohtextFortsetzung() {
+    if (zeichen == '\n')
+        ueberlies();
+    else
+        text.haengeAn('\\');
+    geheZu(rohtext_);
+}
+
+void KdoScanner::zustandStartNormal() {
+    using namespace KdoToken;
+    // A byte 255 in the input ends it as well; intended, the source can not
+    // tell it from the end of input in this state.
+    if (zeichen == 255) {
+        beginne();
+        liefere(ENDE, 0);
+        return;
+    }
+    switch (zeichen) {
+    case '!':
+        ueberlies();
+        geheZu(kommentar_);
+        return;
+    case '/':
+        beginneMit();
+        geheZu(schraegstrich_);
+        return;
+    case '\n':
+        beginne();
+        liefere(ZEILENENDE, 1);
+        return;
+    default:
+        break;
+    }
+    if (istLeer()) {
+        ueberlies();
+        return;
+    }
+    switch (zeichen) {
+    case '-':
+        beginneMit();
+        liefere(MINUS, 1);
+        return;
+    case '+':
+        beginneMit();
+        liefere(PLUS, 1);
+        return;
+    case '>':
+        lieferZeichen();
+        return;
+    case '\\':
+        ueberlies();
+        rufe(fortsetzung_);
+        return;
+    case '"':
+        beginneOhne();
+        geheZu(zeichenkette_);
+        return;
+    default:
+        break;
+    }
+    if (istZiffer()) {
+        beginneMit();
+        geheZu(scannerModus == 2 ? zahl_ : bezeichner_);
+    } else if (istBuchstabe() || zeichen == '_') {
+        beginneMit();
+        geheZu(bezeichner_);
+    } else {
+        lieferZeichen();
+    }
+}
+
+void KdoScanner::zustandSchraegstrich() {
+    if (zeichen == '/') {
+        ueberlies();
+        geheZu(kommentar_);
+    } else {
+        liefere('/', 0);
+    }
+}
+
+void KdoScanner::zustandKommentar() {
+    // The newline stays current: it still ends the line.
+    if (zeichen == '\n' || quellEnde())
+        geheZu(start_);
+    else
+        ueberlies();
+}
+
+// A backslash-newline continues a token or a line; any other backslash stays.
+void KdoScanner::zustandFortsetzung() {
+    if (zeichen == '\n')
+        ueberlies();
+    else
+        text.haengeAn('\\');
+    kehreZurueck();
+}
+
+void KdoScanner::zustandZeichenkette() {
+    using namespace KdoToken;
+    if (quellEnde()) {
+        fehlerStringEnde();
+        return;
+    }
+    switch (zeichen) {
+    case '\n':
+    case '\r':
+        setzeFehler("Das Zeichen '\\n' wurde im String gefunden.");
+        return;
+    case '"':
+        liefere(TEXT, 1);
+        return;
+    case '\\':
+        ueberlies();
+        geheZu(zeichenketteFortsetzung_);
+        return;
+    default:
+        haengeAn();
+        return;
+    }
+}
+
+// A backslash does not protect a double quote; intended, strings can not
+// hold one.
+void KdoScanner::zustandZeichenketteFortsetzung() {
+    if (zeichen == '\n' || zeichen == '\r')
+        ueberlies();
+    else
+        text.haengeAn('\\');
+    geheZu(zeichenkette_);
+}
+
+void KdoScanner::zustandBezeichner() {
+    if (istBuchstabe() || istZiffer() || zeichen == '_') {
+        haengeAn();
+    } else if (zeichen == '\\') {
+        ueberlies();
+        rufe(fortsetzung_);
+    } else {
+        liefere(sucheSchluesselwort(text.c_str()), 0);
+    }
+}
+
+void KdoScanner::zustandZahl() {
+    if (istZiffer()) {
+        haengeAn();
+    } else if (zeichen == '.') {
+        haengeAn();
+        geheZu(nachkomma_);
+    } else if (zeichen == '\\') {
+        ueberlies();
+        rufe(fortsetzung_);
+    } else {
+        liefere(KdoToken::ZAHL, 0);
+    }
+}
+
+void KdoScanner::zustandNachkomma() {
+    if (istZiffer()) {
+        haengeAn();
+    } else if (zeichen == '\\') {
+        ueberlies();
+        rufe(fortsetzung_);
+    } else {
+        liefere(KdoToken::REALZAHL, 0);
+    }
+}
+
+// A number that starts with a point; no transition leads here, kept so that
+// the automaton stays complete.
+void KdoScanner::zustandPunkt() {
+    if (istZiffer()) {
+        haengeAn();
+        geheZu(nachkomma_);
+    } else if (zeichen == '\\') {
+        ueberlies();
+        rufe(fortsetzung_);
+    } else {
+        liefere('.', 0);
+    }
+}
