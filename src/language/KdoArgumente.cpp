@@ -1,0 +1,351 @@
+// Argument classes: numbers, truth values, texts, file names, enumeration.
+// Covered by tests/unit/language/KdoArgumenteTest.cpp.
+#include "language/KdoArgumente.h"
+
+#include <cctype>
+#include <ios>
+#include <ostream>
+
+#include "language/KdoKommando.h"
+#include "reporting/Fehler.h"
+
+// ---------------------------------------------------------------------------
+// Bool forms
+
+template <class Basis>
+int KdoBoolForm<Basis>::interpretiereBool(AnwKommando& anw, int definition, const char* funktion) {
+    std::istream& strom = anw.liefereStrom();
+    KdoArgument::ueberspringe(strom);
+    if (!strom.good()) {
+        this->meldeKlammer(anw, funktion);
+        return 0;
+    }
+    if (KdoArgument::istLeer(strom)) {
+        ladeVorgabe();
+        if (definition == 1) merkeVorgabe();
+        return 1;
+    }
+    const std::streampos pos = KdoArgument::position(strom);
+    KdoArgument::ueberspringe(strom);
+    const int c = strom.get();
+    if (c != EOF && kannBeginnen(c)) {
+        strom.putback(static_cast<char>(c));
+        if (!Basis::interpretiere(anw, definition)) return 0;
+        gesetzt = 1;
+        if (definition == 1) merkeVorgabe();
+        return 1;
+    }
+    if (c == platzhalter) {
+        KdoArgument::ueberspringe(strom);
+        if (KdoArgument::folgtEnde(strom)) {
+            gesetzt = 0;
+            if (definition == 1) merkeVorgabe();
+            return 1;
+        }
+        if (!strom.good()) this->meldeKlammer(anw, funktion);
+        else this->meldeFalsch(anw, pos, funktion);
+        return 0;
+    }
+    this->meldeFalsch(anw, pos, funktion);
+    return 0;
+}
+
+// ---------------------------------------------------------------------------
+// Integer, BoolInteger
+
+void KdoArgumentInteger::zeigeWert(std::ostream& strom) const {
+    strom << std::dec << aktuell;
+}
+
+void KdoArgumentInteger::zeigeVorgabe(std::ostream& strom) const {
+    strom << std::dec << vorgabe;
+}
+
+int KdoArgumentInteger::interpretiere(AnwKommando& anw, int definition) {
+    return rahmen(anw, definition, "KdoArgumentInteger::interpretiere");
+}
+
+KdoArgument::Token KdoArgumentInteger::liesToken(AnwKommando&, std::istream& strom) {
+    return liesDezimal(strom, aktuell) ? Gelesen : Fehlgeschlagen;
+}
+
+int KdoArgumentBoolInteger::interpretiere(AnwKommando& anw, int definition) {
+    return interpretiereBool(anw, definition, "KdoArgumentBoolInteger::interpretiere");
+}
+
+void KdoArgumentBoolInteger::setzeArgWertInt(const dataInteger& wert) {
+    aktuell = wert;
+    gesetzt = 1;
+}
+
+// No sign: a leading "-" is a wrong argument here.
+bool KdoArgumentBoolInteger::kannBeginnen(int c) const {
+    return c >= '0' && c <= '9';
+}
+
+// ---------------------------------------------------------------------------
+// IntegerHex, BoolIntegerHex
+
+namespace {
+void zeigeHex(std::ostream& strom, adrInteger wert) {
+    const auto alt = strom.flags();
+    strom << std::hex << std::uppercase << wert;
+    strom.flags(alt);
+}
+}  // namespace
+
+void KdoArgumentIntegerHex::zeigeWert(std::ostream& strom) const {
+    zeigeHex(strom, aktuell);
+}
+
+void KdoArgumentIntegerHex::zeigeVorgabe(std::ostream& strom) const {
+    zeigeHex(strom, vorgabe);
+}
+
+int KdoArgumentIntegerHex::interpretiere(AnwKommando& anw, int definition) {
+    return rahmen(anw, definition, "KdoArgumentIntegerHex::interpretiere");
+}
+
+KdoArgument::Token KdoArgumentIntegerHex::liesToken(AnwKommando&, std::istream& strom) {
+    return liesHex(strom, aktuell) ? Gelesen : Fehlgeschlagen;
+}
+
+unsigned char KdoArgumentIntegerHex::liefereArgWertCharHex() {
+    if (aktuell >= 256) {
+        Fehler("CMD-VALTOOBIG", "KdoArgument::liefereArgWertCharHex",
+               name + " (" + typText() + ") <-> dataInteger ", 'E');
+    }
+    return static_cast<unsigned char>(aktuell);
+}
+
+int KdoArgumentBoolIntegerHex::interpretiere(AnwKommando& anw, int definition) {
+    return interpretiereBool(anw, definition, "KdoArgumentBoolIntegerHex::interpretiere");
+}
+
+void KdoArgumentBoolIntegerHex::setzeArgWertIntHex(const adrInteger& wert) {
+    aktuell = wert;
+    gesetzt = 1;
+}
+
+bool KdoArgumentBoolIntegerHex::kannBeginnen(int c) const {
+    return std::isxdigit(static_cast<unsigned char>(c)) != 0;
+}
+
+// ---------------------------------------------------------------------------
+// Phys, Bool
+
+void KdoArgumentPhys::zeigeWert(std::ostream& strom) const {
+    strom << std::dec << aktuell;
+}
+
+void KdoArgumentPhys::zeigeVorgabe(std::ostream& strom) const {
+    strom << std::dec << vorgabe;
+}
+
+int KdoArgumentPhys::interpretiere(AnwKommando& anw, int definition) {
+    return rahmen(anw, definition, "KdoArgumentPhys::interpretiere");
+}
+
+KdoArgument::Token KdoArgumentPhys::liesToken(AnwKommando&, std::istream& strom) {
+    return liesPhys(strom, aktuell) ? Gelesen : Fehlgeschlagen;
+}
+
+void KdoArgumentBool::zeigeWert(std::ostream& strom) const {
+    strom << (aktuell ? 'y' : 'n');
+}
+
+void KdoArgumentBool::zeigeVorgabe(std::ostream& strom) const {
+    strom << (vorgabe ? 'y' : 'n');
+}
+
+int KdoArgumentBool::interpretiere(AnwKommando& anw, int definition) {
+    return rahmen(anw, definition, "KdoArgumentBool::interpretiere");
+}
+
+KdoArgument::Token KdoArgumentBool::liesToken(AnwKommando&, std::istream& strom) {
+    if (eingabe.liesBis(strom, ",)") == 0) return Fehlgeschlagen;
+    eingabe.klein();
+    if (eingabe == "j" || eingabe == "ja" || eingabe == "y" || eingabe == "yes") {
+        aktuell = 1;
+        return Gelesen;
+    }
+    if (eingabe == "n" || eingabe == "nein" || eingabe == "no") {
+        aktuell = 0;
+        return Gelesen;
+    }
+    return Fehlgeschlagen;
+}
+
+// ---------------------------------------------------------------------------
+// Texts
+
+void KdoArgumentText::zeigeWert(std::ostream& strom) const {
+    strom << aktuell;
+}
+
+void KdoArgumentText::zeigeVorgabe(std::ostream& strom) const {
+    strom << vorgabe;
+}
+
+KdoArgument::Token KdoArgumentText::liesWortToken(std::istream& strom) {
+    if (aktuell.liesWort(strom) == 0) return Fehlgeschlagen;
+    return Gelesen;
+}
+
+KdoArgument::Token KdoArgumentText::liesQuotiertToken(std::istream& strom) {
+    if (aktuell.liesQuotiert(strom, nullptr) < 0) return Fehlgeschlagen;
+    return Gelesen;
+}
+
+KdoArgument::Token KdoArgumentText::liesEinzeiligToken(AnwKommando& anw, std::istream& strom) {
+    const Token t = liesQuotiertToken(strom);
+    if (t != Gelesen) return t;
+    if (aktuell.suche("\n") >= 0) {
+        Fehler("CMD-WRONGARG-TOOLONG", "KdoArgumentString::interpretiere",
+               falschDetail(anw.liefereText(), aktuell), 'E');
+        aktuell = String();
+        return Gemeldet;
+    }
+    return Gelesen;
+}
+
+int KdoArgumentWort::interpretiere(AnwKommando& anw, int definition) {
+    return rahmen(anw, definition, "KdoArgumentWort::interpretiere");
+}
+
+KdoArgument::Token KdoArgumentWort::liesToken(AnwKommando&, std::istream& strom) {
+    return liesWortToken(strom);
+}
+
+int KdoArgumentBoolWort::interpretiere(AnwKommando& anw, int definition) {
+    return interpretiereBool(anw, definition, "KdoArgumentBoolWort::interpretiere");
+}
+
+void KdoArgumentBoolWort::setzeArgWertStr(const String& wert) {
+    aktuell = wert;
+    gesetzt = 1;
+}
+
+int KdoArgumentNameInListe::interpretiere(AnwKommando& anw, int definition) {
+    return rahmen(anw, definition, "KdoArgumentNameInListe::interpretiere");
+}
+
+int KdoArgumentBoolNameInListe::interpretiere(AnwKommando& anw, int definition) {
+    return interpretiereBool(anw, definition, "KdoArgumentBoolNameInListe::interpretiere");
+}
+
+void KdoArgumentBoolNameInListe::setzeArgWertStr(const String& wert) {
+    aktuell = wert;
+    gesetzt = 1;
+}
+
+int KdoArgumentLString::interpretiere(AnwKommando& anw, int definition) {
+    return rahmen(anw, definition, "KdoArgumentLString::interpretiere");
+}
+
+KdoArgument::Token KdoArgumentLString::liesToken(AnwKommando&, std::istream& strom) {
+    return liesQuotiertToken(strom);
+}
+
+int KdoArgumentString::interpretiere(AnwKommando& anw, int definition) {
+    return rahmen(anw, definition, "KdoArgumentString::interpretiere");
+}
+
+KdoArgument::Token KdoArgumentString::liesToken(AnwKommando& anw, std::istream& strom) {
+    return liesEinzeiligToken(anw, strom);
+}
+
+int KdoArgumentRegExpr::interpretiere(AnwKommando& anw, int definition) {
+    return rahmen(anw, definition, "KdoArgumentRegExpr::interpretiere");
+}
+
+KdoArgument::Token KdoArgumentRegExpr::liesToken(AnwKommando&, std::istream& strom) {
+    return liesQuotiertToken(strom);
+}
+
+// ---------------------------------------------------------------------------
+// DateiName, DateiPfad
+
+void KdoArgumentDateiName::zeigeWert(std::ostream& strom) const {
+    strom << aktuell.liefereGanz();
+}
+
+void KdoArgumentDateiName::zeigeVorgabe(std::ostream& strom) const {
+    strom << vorgabe.liefereGanz();
+}
+
+int KdoArgumentDateiName::interpretiere(AnwKommando& anw, int definition) {
+    return rahmen(anw, definition, "KdoArgumentDateiName::interpretiere");
+}
+
+// Any run of bytes without white space, comma or ")"; quotes are plain bytes.
+KdoArgument::Token KdoArgumentDateiName::liesToken(AnwKommando&, std::istream& strom) {
+    if (eingabe.liesBis(strom, ",)") == 0) return Fehlgeschlagen;
+    aktuell = eingabe;
+    return Gelesen;
+}
+
+int KdoArgumentDateiPfad::interpretiere(AnwKommando& anw, int definition) {
+    return rahmen(anw, definition, "KdoArgumentDateiPfad::interpretiere");
+}
+
+// ---------------------------------------------------------------------------
+// Enum
+
+KdoArgumentEnum::KdoArgumentEnum(const String& argName, const String& namenText)
+    : KdoArgument(argName), namen(std::make_unique<TextFeld>()) {
+    int anzahl = 0;
+    String* teile = namenText.zerlege(",", anzahl);
+    for (int i = 0; i < anzahl; ++i) namen->haengeAn(teile[i].links(127).c_str());
+    delete[] teile;
+}
+
+KdoArgumentEnum::~KdoArgumentEnum() = default;
+
+void KdoArgumentEnum::ausgabe(std::ostream& strom) const {
+    strom << "Enum{";
+    for (std::int32_t i = 0; i < namen->fuellstand(); ++i) {
+        if (i > 0) strom << ',';
+        if (const char* t = namen->text(i)) strom << t;
+    }
+    strom << '}';
+}
+
+const TextFeld* KdoArgumentEnum::liefereEnumWerte() {
+    return namen.get();
+}
+
+void KdoArgumentEnum::zeigeWert(std::ostream& strom) const {
+    if (const char* t = namen->text(aktuell)) strom << t;
+}
+
+void KdoArgumentEnum::zeigeVorgabe(std::ostream& strom) const {
+    if (const char* t = namen->text(vorgabe)) strom << t;
+}
+
+int KdoArgumentEnum::interpretiere(AnwKommando& anw, int definition) {
+    return rahmen(anw, definition, "KdoArgumentEnum::interpretiere");
+}
+
+KdoArgument::Token KdoArgumentEnum::liesToken(AnwKommando&, std::istream& strom) {
+    // An empty token fails without a message; the only class that does so.
+    if (eingabe.liesBis(strom, ",)") == 0) return Gemeldet;
+    for (std::int32_t i = 0; i < namen->fuellstand(); ++i) {
+        const char* t = namen->text(i);
+        if (t && eingabe == t) {
+            aktuell = i;
+            return Gelesen;
+        }
+    }
+    return Fehlgeschlagen;
+}
+
+void KdoArgumentEnum::setzeArgWertInt(const dataInteger& wert) {
+    if (static_cast<std::uint32_t>(wert) >= static_cast<std::uint32_t>(namen->fuellstand())) {
+        std::ostringstream detail;
+        detail << std::hex << std::uppercase << static_cast<std::uint32_t>(wert);
+        Fehler("CMD-INDEXINVALID", "KdoArgumentEnum::setzeArgWertInt", String(detail.str()), 'W');
+        return;
+    }
+    aktuell = wert;
+}

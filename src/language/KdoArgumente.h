@@ -1,0 +1,479 @@
+// The concrete argument classes of command signatures.
+//
+// Each class reads one kind of token at its place of the command text,
+// keeps a current and a default value and serves the accessors of its
+// value type (see KdoArgument). The Bool forms add `gesetzt`: 1 when a
+// value was given, 0 when the placeholder "/" stands, so that a handler can
+// tell an absent optional value from a given one.
+//
+// Covered by tests/unit/language/KdoArgumenteTest.cpp and
+// tests/unit/language/KdoArgumentListenTest.cpp.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "foundation/DynArray.h"
+#include "language/KdoArgument.h"
+
+class KdoKommando;
+class Liste;
+
+// ---------------------------------------------------------------------------
+// The Bool form of a plain argument class
+
+template <class Basis>
+class KdoBoolForm : public Basis {
+public:
+    using Basis::Basis;
+
+    YesNo& liefereArgWertBool() override { return gesetzt; }
+    void setzeArgWertBool(const YesNo& wert) override { gesetzt = wert; }
+    void zeigeWert(std::ostream& strom) const override {
+        if (gesetzt != 1) strom << platzhalter;
+        else Basis::zeigeWert(strom);
+    }
+    void zeigeVorgabe(std::ostream& strom) const override {
+        if (vorgabeGesetzt != 1) strom << platzhalter;
+        else Basis::zeigeVorgabe(strom);
+    }
+    void ladeVorgabe() override {
+        Basis::ladeVorgabe();
+        gesetzt = vorgabeGesetzt;
+    }
+    void merkeVorgabe() override {
+        Basis::merkeVorgabe();
+        vorgabeGesetzt = gesetzt;
+    }
+
+protected:
+    // 1 if `c` can begin a value of the plain form.
+    virtual bool kannBeginnen(int) const { return false; }
+    // Empty place, a value of the plain form, or the placeholder.
+    int interpretiereBool(AnwKommando& anw, int definition, const char* funktion);
+
+    YesNo gesetzt = 0;
+    YesNo vorgabeGesetzt = 0;
+    char platzhalter = '/';
+};
+
+// ---------------------------------------------------------------------------
+// Numbers and truth values
+
+class KdoArgumentInteger : public KdoArgument {
+public:
+    explicit KdoArgumentInteger(const String& name) : KdoArgument(name) {}
+    String liefereTypName() const override { return "Integer"; }
+    KdoArgTyp liefereTyp() const override { return KdoArgTyp::Integer; }
+    void zeigeWert(std::ostream& strom) const override;
+    void zeigeVorgabe(std::ostream& strom) const override;
+    void ladeVorgabe() override { aktuell = vorgabe; }
+    void merkeVorgabe() override { vorgabe = aktuell; }
+    int interpretiere(AnwKommando& anw, int definition) override;
+    dataInteger& liefereArgWertInt() override { return aktuell; }
+    void setzeArgWertInt(const dataInteger& wert) override { aktuell = wert; }
+
+protected:
+    Token liesToken(AnwKommando& anw, std::istream& strom) override;
+    dataInteger aktuell = 0;
+    dataInteger vorgabe = 0;
+};
+
+class KdoArgumentBoolInteger : public KdoBoolForm<KdoArgumentInteger> {
+public:
+    using KdoBoolForm::KdoBoolForm;
+    String liefereTypName() const override { return "BoolInteger"; }
+    KdoArgTyp liefereTyp() const override { return KdoArgTyp::BoolInteger; }
+    int interpretiere(AnwKommando& anw, int definition) override;
+    void setzeArgWertInt(const dataInteger& wert) override;
+
+protected:
+    bool kannBeginnen(int c) const override;
+};
+
+class KdoArgumentIntegerHex : public KdoArgument {
+public:
+    explicit KdoArgumentIntegerHex(const String& name) : KdoArgument(name) {}
+    String liefereTypName() const override { return "IntegerHex"; }
+    KdoArgTyp liefereTyp() const override { return KdoArgTyp::IntegerHex; }
+    void zeigeWert(std::ostream& strom) const override;
+    void zeigeVorgabe(std::ostream& strom) const override;
+    void ladeVorgabe() override { aktuell = vorgabe; }
+    void merkeVorgabe() override { vorgabe = aktuell; }
+    int interpretiere(AnwKommando& anw, int definition) override;
+    adrInteger& liefereArgWertIntHex() override { return aktuell; }
+    // The value as a byte; 256 and above report "CMD-VALTOOBIG".
+    unsigned char liefereArgWertCharHex() override;
+    void setzeArgWertIntHex(const adrInteger& wert) override { aktuell = wert; }
+
+protected:
+    Token liesToken(AnwKommando& anw, std::istream& strom) override;
+    adrInteger aktuell = 0;
+    adrInteger vorgabe = 0;
+};
+
+class KdoArgumentBoolIntegerHex : public KdoBoolForm<KdoArgumentIntegerHex> {
+public:
+    using KdoBoolForm::KdoBoolForm;
+    String liefereTypName() const override { return "BoolIntegerHex"; }
+    KdoArgTyp liefereTyp() const override { return KdoArgTyp::BoolIntegerHex; }
+    int interpretiere(AnwKommando& anw, int definition) override;
+    void setzeArgWertIntHex(const adrInteger& wert) override;
+
+protected:
+    bool kannBeginnen(int c) const override;
+};
+
+class KdoArgumentPhys : public KdoArgument {
+public:
+    explicit KdoArgumentPhys(const String& name) : KdoArgument(name) {}
+    String liefereTypName() const override { return "Phys"; }
+    KdoArgTyp liefereTyp() const override { return KdoArgTyp::Phys; }
+    void zeigeWert(std::ostream& strom) const override;
+    void zeigeVorgabe(std::ostream& strom) const override;
+    void ladeVorgabe() override { aktuell = vorgabe; }
+    void merkeVorgabe() override { vorgabe = aktuell; }
+    int interpretiere(AnwKommando& anw, int definition) override;
+    dataPhys& liefereArgWertPhys() override { return aktuell; }
+    void setzeArgWertPhys(const dataPhys& wert) override { aktuell = wert; }
+
+protected:
+    Token liesToken(AnwKommando& anw, std::istream& strom) override;
+    dataPhys aktuell = 0;
+    dataPhys vorgabe = 0;
+};
+
+class KdoArgumentBool : public KdoArgument {
+public:
+    explicit KdoArgumentBool(const String& name) : KdoArgument(name) {}
+    String liefereTypName() const override { return "Bool"; }
+    KdoArgTyp liefereTyp() const override { return KdoArgTyp::Bool; }
+    void zeigeWert(std::ostream& strom) const override;
+    void zeigeVorgabe(std::ostream& strom) const override;
+    void ladeVorgabe() override { aktuell = vorgabe; }
+    void merkeVorgabe() override { vorgabe = aktuell; }
+    int interpretiere(AnwKommando& anw, int definition) override;
+    YesNo& liefereArgWertBool() override { return aktuell; }
+    void setzeArgWertBool(const YesNo& wert) override { aktuell = wert; }
+
+protected:
+    Token liesToken(AnwKommando& anw, std::istream& strom) override;
+    YesNo aktuell = 0;
+    YesNo vorgabe = 0;
+};
+
+// ---------------------------------------------------------------------------
+// Texts
+
+// Common value part of the text arguments.
+class KdoArgumentText : public KdoArgument {
+public:
+    explicit KdoArgumentText(const String& name) : KdoArgument(name) {}
+    void zeigeWert(std::ostream& strom) const override;
+    void zeigeVorgabe(std::ostream& strom) const override;
+    void ladeVorgabe() override { aktuell = vorgabe; }
+    void merkeVorgabe() override { vorgabe = aktuell; }
+    String& liefereArgWertStr() override { return aktuell; }
+    void setzeArgWertStr(const String& wert) override { aktuell = wert; }
+
+protected:
+    // Readers shared by several classes.
+    Token liesWortToken(std::istream& strom);
+    Token liesQuotiertToken(std::istream& strom);
+    // A quoted text that must stay on one line ("CMD-WRONGARG-TOOLONG").
+    Token liesEinzeiligToken(AnwKommando& anw, std::istream& strom);
+
+    String aktuell;
+    String vorgabe;
+};
+
+class KdoArgumentWort : public KdoArgumentText {
+public:
+    explicit KdoArgumentWort(const String& name) : KdoArgumentText(name) {}
+    String liefereTypName() const override { return "Wort"; }
+    KdoArgTyp liefereTyp() const override { return KdoArgTyp::Wort; }
+    int interpretiere(AnwKommando& anw, int definition) override;
+
+protected:
+    Token liesToken(AnwKommando& anw, std::istream& strom) override;
+};
+
+class KdoArgumentBoolWort : public KdoBoolForm<KdoArgumentWort> {
+public:
+    using KdoBoolForm::KdoBoolForm;
+    String liefereTypName() const override { return "BoolWort"; }
+    KdoArgTyp liefereTyp() const override { return KdoArgTyp::BoolWort; }
+    int interpretiere(AnwKommando& anw, int definition) override;
+    void setzeArgWertStr(const String& wert) override;
+
+protected:
+    bool kannBeginnen(int c) const override { return istWortZeichen(c); }
+};
+
+// A word naming an element of a list of the command's object; the name is
+// not checked while parsing.
+class KdoArgumentNameInListe : public KdoArgumentWort {
+public:
+    KdoArgumentNameInListe(const String& name, KdoKommando* kommando)
+        : KdoArgumentWort(name), kommando(kommando) {}
+    String liefereTypName() const override { return "NameInListe"; }
+    KdoArgTyp liefereTyp() const override { return KdoArgTyp::NameInListe; }
+    int interpretiere(AnwKommando& anw, int definition) override;
+
+protected:
+    KdoKommando* kommando;
+};
+
+class KdoArgumentBoolNameInListe : public KdoBoolForm<KdoArgumentNameInListe> {
+public:
+    using KdoBoolForm::KdoBoolForm;
+    String liefereTypName() const override { return "BoolNameInListe"; }
+    KdoArgTyp liefereTyp() const override { return KdoArgTyp::BoolNameInListe; }
+    int interpretiere(AnwKommando& anw, int definition) override;
+    void setzeArgWertStr(const String& wert) override;
+
+protected:
+    bool kannBeginnen(int c) const override { return istWortZeichen(c); }
+};
+
+// A double-quoted text; line feeds allowed.
+class KdoArgumentLString : public KdoArgumentText {
+public:
+    explicit KdoArgumentLString(const String& name) : KdoArgumentText(name) {}
+    String liefereTypName() const override { return "LString"; }
+    KdoArgTyp liefereTyp() const override { return KdoArgTyp::LString; }
+    int interpretiere(AnwKommando& anw, int definition) override;
+
+protected:
+    Token liesToken(AnwKommando& anw, std::istream& strom) override;
+};
+
+// A double-quoted text on one line.
+class KdoArgumentString : public KdoArgumentText {
+public:
+    explicit KdoArgumentString(const String& name) : KdoArgumentText(name) {}
+    String liefereTypName() const override { return "String"; }
+    KdoArgTyp liefereTyp() const override { return KdoArgTyp::String; }
+    int interpretiere(AnwKommando& anw, int definition) override;
+
+protected:
+    Token liesToken(AnwKommando& anw, std::istream& strom) override;
+};
+
+// A comma-separated list of names (a quoted text or a single word) that
+// selects elements of a list of the command's object when it is delivered.
+class KdoArgumentNamenInListe : public KdoArgumentText {
+public:
+    KdoArgumentNamenInListe(const String& name, KdoKommando* kommando)
+        : KdoArgumentText(name), kommando(kommando) {}
+    String liefereTypName() const override { return "NamenInListe"; }
+    KdoArgTyp liefereTyp() const override { return KdoArgTyp::NamenInListe; }
+    int interpretiere(AnwKommando& anw, int definition) override;
+    // Selects the named elements with `auswahl` 2, all of them for an empty
+    // value. 1 if every name was found.
+    int liefereArgWertListe() override;
+    void setzeArgWertListe(const String& namen) override { aktuell = namen; }
+
+protected:
+    Token liesToken(AnwKommando& anw, std::istream& strom) override;
+    // The object's list, or null after "INT-CMD-ARG-LIST-NOT-EXIST".
+    Liste* liefereListe();
+    int waehleAus(Liste& liste);
+
+    KdoKommando* kommando;
+};
+
+class KdoArgumentBoolNamenInListe : public KdoBoolForm<KdoArgumentNamenInListe> {
+public:
+    using KdoBoolForm::KdoBoolForm;
+    String liefereTypName() const override { return "BoolNamenInListe"; }
+    KdoArgTyp liefereTyp() const override { return KdoArgTyp::BoolNamenInListe; }
+    // The placeholder of this class is written inside quotes: "/".
+    int interpretiere(AnwKommando& anw, int definition) override;
+    int liefereArgWertListe() override;
+    void setzeArgWertStr(const String& wert) override;
+    void setzeArgWertListe(const String& namen) override;
+};
+
+// A regular expression, stored as plain text.
+class KdoArgumentRegExpr : public KdoArgumentText {
+public:
+    explicit KdoArgumentRegExpr(const String& name) : KdoArgumentText(name) {}
+    String liefereTypName() const override { return "RegExpr"; }
+    KdoArgTyp liefereTyp() const override { return KdoArgTyp::RegExpr; }
+    int interpretiere(AnwKommando& anw, int definition) override;
+
+protected:
+    Token liesToken(AnwKommando& anw, std::istream& strom) override;
+};
+
+// ---------------------------------------------------------------------------
+// File names
+
+class KdoArgumentDateiName : public KdoArgument {
+public:
+    explicit KdoArgumentDateiName(const String& name) : KdoArgument(name) {}
+    String liefereTypName() const override { return "DateiName"; }
+    KdoArgTyp liefereTyp() const override { return KdoArgTyp::DateiName; }
+    void zeigeWert(std::ostream& strom) const override;
+    void zeigeVorgabe(std::ostream& strom) const override;
+    void ladeVorgabe() override { aktuell = vorgabe; }
+    void merkeVorgabe() override { vorgabe = aktuell; }
+    int interpretiere(AnwKommando& anw, int definition) override;
+    DateiName& liefereArgWertDatei() override { return aktuell; }
+    void setzeArgWertDatei(const DateiName& wert) override { aktuell = wert; }
+
+protected:
+    Token liesToken(AnwKommando& anw, std::istream& strom) override;
+    DateiName aktuell{"x.x"};
+    DateiName vorgabe{"x.x"};
+};
+
+class KdoArgumentDateiPfad : public KdoArgumentDateiName {
+public:
+    explicit KdoArgumentDateiPfad(const String& name) : KdoArgumentDateiName(name) {}
+    String liefereTypName() const override { return "DateiPfad"; }
+    KdoArgTyp liefereTyp() const override { return KdoArgTyp::DateiPfad; }
+    int interpretiere(AnwKommando& anw, int definition) override;
+};
+
+// ---------------------------------------------------------------------------
+// Command objects
+
+// The path of a command object, resolved through `kdoBaum` when delivered.
+// `erlaubteTypen` is the brace text of the signature, such as "Eprom".
+class KdoArgumentKdoObjekt : public KdoArgument {
+public:
+    KdoArgumentKdoObjekt(const String& name, const String& erlaubteTypen);
+    String liefereTypName() const override { return "KdoObjekt"; }
+    KdoArgTyp liefereTyp() const override { return KdoArgTyp::KdoObjekt; }
+    // The type name, then the allowed types in parentheses.
+    void ausgabe(std::ostream& strom) const override;
+    void zeigeWert(std::ostream& strom) const override { strom << pfad; }
+    void zeigeVorgabe(std::ostream& strom) const override { strom << vorgabe; }
+    void ladeVorgabe() override { pfad = vorgabe; }
+    void merkeVorgabe() override { vorgabe = pfad; }
+    int interpretiere(AnwKommando& anw, int definition) override;
+    KdoObjekt* liefereArgWertKdoObjekt() override;
+    void setzeArgWertKdoObjekt(KdoObjekt* objekt) override;
+
+protected:
+    Token liesToken(AnwKommando& anw, std::istream& strom) override;
+    KdoObjekt* loese();
+
+    std::vector<String> typen;
+    String pfad;
+    String vorgabe;
+    String kommandoText;   // for later messages
+    String rohText;
+};
+
+class KdoArgumentBoolKdoObjekt : public KdoBoolForm<KdoArgumentKdoObjekt> {
+public:
+    using KdoBoolForm::KdoBoolForm;
+    String liefereTypName() const override { return "BoolKdoObjekt"; }
+    KdoArgTyp liefereTyp() const override { return KdoArgTyp::BoolKdoObjekt; }
+    int interpretiere(AnwKommando& anw, int definition) override;
+    // An empty path gives null without a message.
+    KdoObjekt* liefereArgWertKdoObjekt() override;
+    void setzeArgWertKdoObjekt(KdoObjekt* objekt) override;
+};
+
+// ---------------------------------------------------------------------------
+// Enumeration
+
+// One of the names of the brace text; the value is the name's index.
+class KdoArgumentEnum : public KdoArgument {
+public:
+    KdoArgumentEnum(const String& name, const String& namenText);
+    ~KdoArgumentEnum() override;
+    String liefereTypName() const override { return "Enum"; }
+    KdoArgTyp liefereTyp() const override { return KdoArgTyp::Enum; }
+    // "Enum{", the names joined by ",", "}".
+    void ausgabe(std::ostream& strom) const override;
+    const TextFeld* liefereEnumWerte() override;
+    void zeigeWert(std::ostream& strom) const override;
+    void zeigeVorgabe(std::ostream& strom) const override;
+    void ladeVorgabe() override { aktuell = vorgabe; }
+    void merkeVorgabe() override { vorgabe = aktuell; }
+    int interpretiere(AnwKommando& anw, int definition) override;
+    dataInteger& liefereArgWertInt() override { return aktuell; }
+    // Only an index below the name count is taken ("CMD-INDEXINVALID").
+    void setzeArgWertInt(const dataInteger& wert) override;
+
+protected:
+    Token liesToken(AnwKommando& anw, std::istream& strom) override;
+
+    std::unique_ptr<TextFeld> namen;
+    dataInteger aktuell = 0;
+    dataInteger vorgabe = 0;
+};
+
+// ---------------------------------------------------------------------------
+// Lists
+
+// Pairs "hex/phys" separated by white space, such as "100/1.5 200/2.5".
+class KdoArgumentWPListe : public KdoArgument {
+public:
+    explicit KdoArgumentWPListe(const String& name) : KdoArgument(name) {}
+    String liefereTypName() const override { return "WPListe"; }
+    KdoArgTyp liefereTyp() const override { return KdoArgTyp::WPListe; }
+    void zeigeWert(std::ostream& strom) const override;
+    void zeigeVorgabe(std::ostream& strom) const override;
+    void ladeVorgabe() override { aktuell = vorgabe; }
+    void merkeVorgabe() override { vorgabe = aktuell; }
+    // An empty place gives the empty list, not the default.
+    int interpretiere(AnwKommando& anw, int definition) override;
+    WertePaar* liefereArgWertWP(std::uint16_t i) override;
+    void setzeArgWertWP(std::uint16_t i, const WertePaar& paar) override;
+    void initWPListe() override { aktuell.clear(); }
+    std::int32_t liefereAnzahlWP() override { return static_cast<std::int32_t>(aktuell.size()); }
+
+protected:
+    std::vector<WertePaar> aktuell;
+    std::vector<WertePaar> vorgabe;
+};
+
+// Pairs hex/"text", such as 1000/"Text".
+class KdoArgumentWPStrListe : public KdoArgument {
+public:
+    explicit KdoArgumentWPStrListe(const String& name) : KdoArgument(name) {}
+    String liefereTypName() const override { return "WPStrListe"; }
+    KdoArgTyp liefereTyp() const override { return KdoArgTyp::WPStrListe; }
+    void zeigeWert(std::ostream& strom) const override;
+    void zeigeVorgabe(std::ostream& strom) const override;
+    void ladeVorgabe() override { aktuell = vorgabe; }
+    void merkeVorgabe() override { vorgabe = aktuell; }
+    int interpretiere(AnwKommando& anw, int definition) override;
+    WertePaarStr* liefereArgWertWPStr(std::uint16_t i) override;
+    // An index not below the count warns and appends all the same.
+    void setzeArgWertWPStr(std::uint16_t i, const WertePaarStr& paar) override;
+    void initWPStrListe() override { aktuell.clear(); }
+    std::int32_t liefereAnzahlWPStr() override { return static_cast<std::int32_t>(aktuell.size()); }
+
+protected:
+    std::vector<WertePaarStr> aktuell;
+    std::vector<WertePaarStr> vorgabe;
+};
+
+// Parameters as texts. Current value and default may be the same array.
+class KdoArgumentParameterListe : public KdoArgument {
+public:
+    explicit KdoArgumentParameterListe(const String& name);
+    String liefereTypName() const override { return "ParameterListe"; }
+    KdoArgTyp liefereTyp() const override { return KdoArgTyp::ParameterListe; }
+    void zeigeWert(std::ostream& strom) const override;
+    void zeigeVorgabe(std::ostream& strom) const override;
+    void ladeVorgabe() override { aktuell = vorgabe; }
+    void merkeVorgabe() override { vorgabe = aktuell; }
+    int interpretiere(AnwKommando& anw, int definition) override;
+    DynArray<String>& liefereArgWertDynArrStr() override { return *aktuell; }
+    // The elements joined by ",".
+    String& liefereArgWertStr() override;
+    // Splits the text at "," and ")" into a new array.
+    void setzeArgWertStr(const String& wert) override;
+
+protected:
+    std::shared_ptr<DynArray<String>> aktuell;
+    std::shared_ptr<DynArray<String>> vorgabe;
+};

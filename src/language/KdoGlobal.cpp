@@ -1,0 +1,4 @@
+#include "language/KdoGlobal.h"
+
+Tabulator* dokPosition = nullptr;
+std::ostream* kdoAnzeigeStream = nullptr;
