@@ -212,6 +212,22 @@ void StandardSummierer::nimm(const std::uint8_t* daten, std::size_t anzahl)
         teil_[offen_++] = daten[j];
 }
 
+void StandardSummierer::nimmNullen(std::uint64_t anzahl)
+{
+    // Zeros add nothing; they only move the position inside the addend.
+    while (offen_ != 0 && anzahl != 0) {
+        teil_[offen_++] = 0;
+        --anzahl;
+        if (offen_ == anzahlBytes_) {
+            addiereAddend(teil_, anzahlBytes_);
+            offen_ = 0;
+        }
+    }
+    auto rest = static_cast<int>(anzahl % static_cast<std::uint64_t>(anzahlBytes_));
+    for (int k = 0; k < rest; ++k)
+        teil_[offen_++] = 0;
+}
+
 void StandardSummierer::schliesseAb()
 {
     if (offen_ == 0)

@@ -27,6 +27,8 @@ public:
     // Feeds bytes in walk order. Complete addends are added; the bytes of an
     // addend that is still incomplete wait for the next call.
     void nimm(const std::uint8_t* daten, std::size_t anzahl);
+    // The same for `anzahl` zero bytes, in constant time.
+    void nimmNullen(std::uint64_t anzahl);
 
     // Adds the waiting bytes as a short addend of only that many bytes (the
     // walk ran into the end of the address space). Does nothing when none wait.

@@ -210,6 +210,18 @@ TEST(Algorithmen, NullenWieNullBytes)
             EXPECT_EQ(c16.ergebnis(), referenz::crc16(mitNullen, poly));
         }
 
+        for (int n = 1; n <= 4; ++n) {
+            StandardSummierer st(n, true);
+            st.nimm(vorn.data(), vorn.size());
+            st.nimmNullen(k);
+            EXPECT_EQ(st.offen(), static_cast<int>(mitNullen.size() % static_cast<std::size_t>(n)));
+            st.schliesseAb();
+            StandardSummierer ganz(n, true);
+            ganz.nimm(mitNullen.data(), mitNullen.size());
+            ganz.schliesseAb();
+            EXPECT_EQ(st.summe(), ganz.summe()) << "n " << n;
+        }
+
         SiemensSummierer si;
         si.nimm(adr, vorn.data(), vorn.size());
         si.nimmNullen(adr + static_cast<std::uint32_t>(vorn.size()), k);

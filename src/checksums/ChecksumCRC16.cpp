@@ -1,0 +1,57 @@
+// The CRC-16; see ChecksumCRC16.h.
+// Covered by tests/unit/checksums/ChecksumCrcTest.cpp.
+#include "checksums/ChecksumCRC16.h"
+
+#include "checksums/ChecksumAlgorithmen.h"
+#include "checksums/EpromLauf.h"
+
+ChecksumCRC16::ChecksumCRC16(adrInteger anfAdr, adrInteger endAdr, int swap, std::uint16_t polynom)
+    : Checksumme(anfAdr, endAdr), swap(swap != 0), polynom(polynom)
+{
+}
+
+String ChecksumCRC16::liefereName() const
+{
+    return polynom == 0xA001 ? "Checksumme CRC16" : "Checksumme CRC16 CCITT";
+}
+
+std::uint16_t ChecksumCRC16::liefereGroesse() const
+{
+    return 2;
+}
+
+int ChecksumCRC16::bilde(int, Eprom& eprom, adrInteger* summe)
+{
+    adrInteger von, bis;
+    liefereBereich(eprom, von, bis);
+    // A field that touches the range is refused, but the sum is delivered.
+    const int zielOk = pruefeCrcZiel(von, bis, 2, "ChecksumCRC16::bilde");
+    Crc16Rechner rechner(polynom);
+    if (von <= bis)
+        laufeMitNullen(
+            eprom, von, bis,
+            [&](adrInteger, const std::uint8_t* daten, std::uint64_t anzahl) { rechner.nimm(daten, anzahl); },
+            [&](adrInteger, std::uint64_t anzahl) { rechner.nimmNullen(anzahl); });
+    *summe = vorzeichenErweitert(rechner.ergebnis());
+    if (zielOk)
+        schreibeCrcZiel(eprom, *summe, 2, swap);
+    return 1;
+}
+
+int ChecksumCRC16::bildeSumme(Eprom& eprom, adrInteger* summe)
+{
+    return bilde(1, eprom, summe);
+}
+
+adrInteger ChecksumCRC16::liefereSumme(Eprom& eprom)
+{
+    adrInteger summe = 0;
+    bilde(1, eprom, &summe);
+    return summe;
+}
+
+void ChecksumCRC16::zeigeBericht(Eprom& eprom, std::ostream& strom)
+{
+    // One heading for both polynomials, two digits at least; intended.
+    zeigeBerichtMit(eprom, strom, "Checksumme CRC16", 2, 0xFFFFu);
+}

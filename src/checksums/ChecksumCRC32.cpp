@@ -1,0 +1,57 @@
+// The CRC-32; see ChecksumCRC32.h.
+// Covered by tests/unit/checksums/ChecksumCrcTest.cpp.
+#include "checksums/ChecksumCRC32.h"
+
+#include "checksums/ChecksumAlgorithmen.h"
+#include "checksums/EpromLauf.h"
+
+ChecksumCRC32::ChecksumCRC32(adrInteger anfAdr, adrInteger endAdr, int swap)
+    : Checksumme(anfAdr, endAdr), swap(swap != 0)
+{
+}
+
+String ChecksumCRC32::liefereName() const
+{
+    return "Checksumme CRC32";
+}
+
+std::uint16_t ChecksumCRC32::liefereGroesse() const
+{
+    return 4;
+}
+
+int ChecksumCRC32::bilde(int, Eprom& eprom, adrInteger* summe)
+{
+    adrInteger von, bis;
+    liefereBereich(eprom, von, bis);
+    // A field that touches the range is refused, but the sum is delivered.
+    const int zielOk = pruefeCrcZiel(von, bis, 4, "ChecksumCRC32::bilde");
+    Crc32Rechner rechner;
+    if (von <= bis)
+        laufeMitNullen(
+            eprom, von, bis,
+            [&](adrInteger, const std::uint8_t* daten, std::uint64_t anzahl) { rechner.nimm(daten, anzahl); },
+            [&](adrInteger, std::uint64_t anzahl) { rechner.nimmNullen(anzahl); });
+    *summe = rechner.ergebnis();
+    if (zielOk)
+        schreibeCrcZiel(eprom, *summe, 4, swap);
+    return 1;
+}
+
+int ChecksumCRC32::bildeSumme(Eprom& eprom, adrInteger* summe)
+{
+    return bilde(1, eprom, summe);
+}
+
+adrInteger ChecksumCRC32::liefereSumme(Eprom& eprom)
+{
+    adrInteger summe = 0;
+    bilde(1, eprom, &summe);
+    return summe;
+}
+
+void ChecksumCRC32::zeigeBericht(Eprom& eprom, std::ostream& strom)
+{
+    // Four digits at least, although the value has eight; intended.
+    zeigeBerichtMit(eprom, strom, "Checksumme CRC32", 4);
+}

@@ -1,0 +1,129 @@
+// The checksum command handlers; see ChecksumKommandos.h.
+// Covered by tests/unit/checksums/ChecksumKommandoTest.cpp.
+#include "checksums/ChecksumKommandos.h"
+
+#include <memory>
+
+#include "checksums/ChecksumCRC16.h"
+#include "checksums/ChecksumCRC32.h"
+#include "checksums/ChecksumSiemens.h"
+#include "checksums/ChecksumStandard.h"
+#include "image/Eprom.h"
+#include "language/KdoKommando.h"
+#include "reporting/Fehler.h"
+
+namespace {
+
+// Start and end of the range; an absent one is the image's bound.
+// Every 32-bit address passes the images' address check, so none is made.
+void liesBereich(Eprom& eprom, KdoKommando& kommando, adrInteger& start, adrInteger& ende)
+{
+    start = kommando[0].liefereArgWertBool() ? kommando[0].liefereArgWertIntHex() : eprom.liefereAnfAdr();
+    ende = kommando[1].liefereArgWertBool() ? kommando[1].liefereArgWertIntHex() : eprom.liefereEndAdr();
+}
+
+bool dateiGegeben(const DateiName& datei)
+{
+    return datei.liefereGanz() != "/";
+}
+
+} // namespace
+
+int kdoCheckSumme(Eprom& eprom, adrInteger& letzteChecksumme, std::int32_t& geaendert, KdoKommando& kommando)
+{
+    adrInteger start, ende;
+    liesBereich(eprom, kommando, start, ende);
+    const bool mitZiel = kommando[2].liefereArgWertBool() != 0;
+    const adrInteger ziel = mitZiel ? kommando[2].liefereArgWertIntHex() : 0;
+    const int kompensierung = kommando[3].liefereArgWertBool();
+    const adrInteger addierWert = kommando[4].liefereArgWertBool() ? letzteChecksumme : 0;
+    const auto anzahlBytes = static_cast<std::uint16_t>(kommando[5].liefereArgWertInt() + 1);
+    const auto ergebnisGroesse = static_cast<std::uint16_t>(kommando[6].liefereArgWertInt() + 1);
+    const int swap = kommando[7].liefereArgWertBool();
+    const DateiName datei = kommando[8].liefereArgWertDatei();
+    const dataInteger modus = kommando[9].liefereArgWertInt();
+    const String format = kommando[10].liefereArgWertStr();
+
+    int ergebnis;
+    {
+        ChecksumStandard summe(kompensierung, start, ende, nullptr, addierWert, anzahlBytes, swap, ergebnisGroesse);
+        if (mitZiel)
+            summe.setzeZielAdr(ziel);
+        ergebnis = summe.bildeSumme(eprom, &letzteChecksumme);
+        // The file is written even after a failed sum, with what it reached;
+        // intended.
+        if (dateiGegeben(datei))
+            summe.anzeigeErgebnis(eprom, letzteChecksumme, datei, modus, format);
+    }
+    // Also after a failure, with the unmasked partial sum; intended.
+    Fehler("CHECKSUM", "KivEprom::kdoCheckSumme ", Checksumme::hex(letzteChecksumme, 2 * ergebnisGroesse), 'S');
+    if (mitZiel)
+        geaendert = 1;
+    return ergebnis;
+}
+
+int kdoCheckSummeSiemens(Eprom& eprom, KdoKommando& kommando)
+{
+    adrInteger start, ende;
+    liesBereich(eprom, kommando, start, ende);
+    const DateiName datei = kommando[2].liefereArgWertDatei();
+    const dataInteger modus = kommando[3].liefereArgWertInt();
+    const String format = kommando[4].liefereArgWertStr();
+
+    adrInteger wert = 0;
+    int ergebnis;
+    {
+        ChecksumSiemens summe(start, ende);
+        ergebnis = summe.bildeSumme(eprom, &wert);
+        if (dateiGegeben(datei))
+            summe.anzeigeErgebnis(eprom, wert, datei, modus, format);
+    }
+    Fehler("CHECKSUM_SIEMENS", "KivEprom::kdoCheckSummeSiemens ", Checksumme::hex(wert, 8), 'S');
+    return ergebnis;
+}
+
+int kdoCheckSummeCRC(Eprom& eprom, std::int32_t& geaendert, KdoKommando& kommando)
+{
+    adrInteger start, ende;
+    liesBereich(eprom, kommando, start, ende);
+    const bool mitZiel = kommando[2].liefereArgWertBool() != 0;
+    const adrInteger ziel = mitZiel ? kommando[2].liefereArgWertIntHex() : 0;
+    const dataInteger verfahren = kommando[3].liefereArgWertInt();
+    const int swap = kommando[4].liefereArgWertBool();
+    const DateiName datei = kommando[5].liefereArgWertDatei();
+    const dataInteger modus = kommando[6].liefereArgWertInt();
+    const String format = kommando[7].liefereArgWertStr();
+
+    std::unique_ptr<Checksumme> summe;
+    const char* label;
+    int stellen = 4;
+    adrInteger maske = 0xFFFFu;
+    switch (verfahren) {
+    case 0:
+        summe = std::make_unique<ChecksumCRC16>(start, ende, swap, 0xA001);
+        label = "CHECKSUM_CRC16";
+        break;
+    case 1:
+        summe = std::make_unique<ChecksumCRC16>(start, ende, swap, 0x1021);
+        label = "CHECKSUM_CRC16_CCITT";
+        break;
+    default:
+        summe = std::make_unique<ChecksumCRC32>(start, ende, swap);
+        label = "CHECKSUM_CRC32";
+        stellen = 8;
+        maske = 0xFFFFFFFFu;
+        break;
+    }
+    if (mitZiel)
+        summe->setzeZielAdr(ziel);
+    adrInteger wert = 0;
+    const int ergebnis = summe->bildeSumme(eprom, &wert);
+    if (dateiGegeben(datei))
+        summe->anzeigeErgebnis(eprom, wert, datei, modus, format);
+    summe.reset();
+    Fehler(label, "KivEprom::kdoCheckSummeCRC ", Checksumme::hex(wert & maske, stellen), 'S');
+    // Set even when the field was refused and nothing was written; intended.
+    if (mitZiel)
+        geaendert = 1;
+    return ergebnis;
+}

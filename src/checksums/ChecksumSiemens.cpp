@@ -1,0 +1,50 @@
+// The four-lane sum; see ChecksumSiemens.h.
+// Covered by tests/unit/checksums/ChecksumCrcTest.cpp.
+#include "checksums/ChecksumSiemens.h"
+
+#include "checksums/ChecksumAlgorithmen.h"
+#include "checksums/EpromLauf.h"
+
+ChecksumSiemens::ChecksumSiemens(adrInteger anfAdr, adrInteger endAdr) : Checksumme(anfAdr, endAdr) {}
+
+String ChecksumSiemens::liefereName() const
+{
+    return "Checksumme Siemens";
+}
+
+std::uint16_t ChecksumSiemens::liefereGroesse() const
+{
+    return 4;
+}
+
+int ChecksumSiemens::bilde(int, Eprom& eprom, adrInteger* summe)
+{
+    adrInteger von, bis;
+    liefereBereich(eprom, von, bis);
+    SiemensSummierer summierer;
+    if (von <= bis)
+        laufeMitNullen(
+            eprom, von, bis,
+            [&](adrInteger adr, const std::uint8_t* daten, std::uint64_t anzahl) { summierer.nimm(adr, daten, anzahl); },
+            [&](adrInteger adr, std::uint64_t anzahl) { summierer.nimmNullen(adr, anzahl); });
+    *summe = summierer.ergebnis();
+    return 1;
+}
+
+int ChecksumSiemens::bildeSumme(Eprom& eprom, adrInteger* summe)
+{
+    return bilde(1, eprom, summe);
+}
+
+adrInteger ChecksumSiemens::liefereSumme(Eprom& eprom)
+{
+    adrInteger summe = 0;
+    bilde(1, eprom, &summe);
+    return summe;
+}
+
+void ChecksumSiemens::zeigeBericht(Eprom& eprom, std::ostream& strom)
+{
+    // Heading and width are those of the standard sum; intended.
+    zeigeBerichtMit(eprom, strom, "Byteweise Addition mit 2-Byte-Ergebnis", 4);
+}

@@ -1,0 +1,135 @@
+// The checksum base class; see Checksumme.h.
+// Covered by tests/unit/checksums/ChecksumStandardTest.cpp.
+#include "checksums/Checksumme.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <fstream>
+#include <ostream>
+
+#include "foundation/Datei.h"
+#include "foundation/DateiName.h"
+#include "image/Eprom.h"
+#include "reporting/Fehler.h"
+
+Checksumme::Checksumme(adrInteger anfAdr, adrInteger endAdr) : anfAdr(anfAdr), endAdr(endAdr) {}
+
+Checksumme::~Checksumme() = default;
+
+String Checksumme::liefereName() const
+{
+    return "Checksumme";
+}
+
+std::uint16_t Checksumme::liefereGroesse() const
+{
+    return 4;
+}
+
+void Checksumme::zeigeKurz(std::ostream&, Eprom&, adrInteger) {}
+
+void Checksumme::setzeZielAdr(adrInteger adr)
+{
+    zielAdr = std::make_unique<adrInteger>(adr);
+}
+
+const String& Checksumme::variablenListe()
+{
+    static const String liste("AnfAdr\nEndAdr\nChksum\nChksumTyp\n ");
+    return liste;
+}
+
+String Checksumme::hex(std::uint32_t wert, int stellen)
+{
+    char text[16];
+    std::snprintf(text, sizeof text, "%0*X", std::clamp(stellen, 0, 8), static_cast<unsigned>(wert));
+    return String(text);
+}
+
+adrInteger Checksumme::anzeigeAnfang(Eprom& eprom) const
+{
+    return std::max(eprom.liefereAnfAdr(), anfAdr);
+}
+
+adrInteger Checksumme::anzeigeEnde(Eprom& eprom) const
+{
+    return std::min(eprom.liefereEndAdr(), endAdr);
+}
+
+void Checksumme::liefereBereich(Eprom& eprom, adrInteger& von, adrInteger& bis) const
+{
+    von = std::max(anfAdr, eprom.liefereAnfAdr());
+    bis = std::min(endAdr, eprom.liefereEndAdr());
+}
+
+int Checksumme::pruefeCrcZiel(adrInteger von, adrInteger bis, adrInteger w, const char* funktion) const
+{
+    if (!zielAdr)
+        return 1;
+    const adrInteger t = *zielAdr;
+    if (t <= bis && t + w - 1 >= von) {
+        Fehler("CHK-TARGET-ADDRESS-NOT-VALID", funktion, String(), 'E');
+        return 0;
+    }
+    return 1;
+}
+
+void Checksumme::schreibeCrcZiel(Eprom& eprom, adrInteger wert, adrInteger w, int swap) const
+{
+    if (!zielAdr)
+        return;
+    if (swap) {
+        adrInteger umgekehrt = 0;
+        for (adrInteger i = 0; i < w; ++i)
+            umgekehrt = (umgekehrt << 8) | ((wert >> (8 * i)) & 0xFFu);
+        wert = umgekehrt;
+    }
+    for (adrInteger i = 0; i < w; ++i)
+        if (!eprom.setzeByte(*zielAdr + i, static_cast<std::uint8_t>((wert >> (8 * (w - 1 - i))) & 0xFFu)))
+            return;
+}
+
+void Checksumme::zeigeBerichtMit(Eprom& eprom, std::ostream& strom, const char* titel, int stellen,
+                                 adrInteger maske)
+{
+    strom << titel << '\n'
+          << "von " << hex(anzeigeAnfang(eprom), 6) << " bis " << hex(anzeigeEnde(eprom), 6) << '\n'
+          << "Ergebnis: " << hex(liefereSumme(eprom) & maske, stellen) << '\n';
+}
+
+int Checksumme::ersetzeVariable(FmtVariable& variable)
+{
+    switch (variable.liefereIndex(variablenListe())) {
+    case 0:
+        return variable.ausgabe(hex(anzeigeAnfAdr, 6));
+    case 1:
+        return variable.ausgabe(hex(anzeigeEndAdr, 6));
+    case 2: {
+        std::uint16_t groesse = liefereGroesse();
+        std::uint32_t wert = groesse == 2 ? (chksum & 0xFFFFu) : chksum;
+        return variable.ausgabe(hex(wert, 2 * groesse));
+    }
+    case 3:
+        return variable.ausgabe(liefereName());
+    default:
+        return variable.unbekannteVariable("Checksumme::anzeigeErgebnis", *this);
+    }
+}
+
+int Checksumme::anzeigeErgebnis(Eprom& eprom, adrInteger summe, const DateiName& datei, int modus,
+                                const String& format)
+{
+    Schreibmodus art = modus == 0 ? Schreibmodus::ueberschreiben : Schreibmodus::anhaengen;
+    if (!pruefeZielDatei(datei, art, "Checksumme::anzeigeErgebnis "))
+        return 0;
+    std::ofstream strom(datei.liefereGanz().c_str(), modus == 0 ? std::ios::out : std::ios::out | std::ios::app);
+    // A file that cannot be opened is passed over without a word; intended.
+    if (!strom)
+        return 1;
+    chksum = summe;
+    anzeigeAnfAdr = anzeigeAnfang(eprom);
+    anzeigeEndAdr = anzeigeEnde(eprom);
+    FmtAnweisung anweisung(format);
+    anweisung.ausgabe(strom, *this);
+    return 1;
+}
