@@ -168,7 +168,7 @@ public:
     void leere();
 
 private:
-    mutable DynArray<char*> feld_;   // reading an entry may not grow it, but [] is the only access
+    mutable DynArray<char*> feld_;   // [] is its only access, also for reading
     std::int32_t fuellstand_ = 0;
     std::int32_t position_ = 0;
     const char* aktuelle_ = nullptr;

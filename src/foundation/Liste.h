@@ -14,7 +14,6 @@
 
 #include <cstdint>
 #include <iosfwd>
-#include <memory>
 
 #include "foundation/String.h"
 
@@ -24,7 +23,7 @@ extern std::int32_t anzahlListen;
 class ListenElement {
 public:
     virtual ~ListenElement() = default;
-    // Debug and list display; writes the name by default.
+    // List display; by default the name on a line of its own.
     virtual std::ostream& ausgabe(std::ostream& strom) const;
     virtual String liefereName() const = 0;
 
