@@ -1,0 +1,163 @@
+// Covered by tests/unit/image/LongDynArrayTest.cpp.
+#include "foundation/LongDynArray.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "foundation/String.h"
+#include "reporting/Fehler.h"
+
+namespace {
+
+std::unique_ptr<std::uint8_t[]> neuerBlock(std::uint32_t groesse) {
+    return std::unique_ptr<std::uint8_t[]>(new std::uint8_t[groesse]);
+}
+
+// Offset of `index` from `basis` as the signed distance on the address ring.
+std::int32_t abstand(std::int32_t index, std::int32_t basis) {
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(index) -
+                                     static_cast<std::uint32_t>(basis));
+}
+
+}  // namespace
+
+LongDynArray::LongDynArray(const LongDynArray& quelle)
+    : vorgabe_(quelle.vorgabe_), anzahl_(quelle.anzahl_), basis_(quelle.basis_),
+      gewarnt_(quelle.gewarnt_) {
+    std::uint32_t bloecke = static_cast<std::uint32_t>(quelle.bloecke_.size());
+    bloecke_.reserve(bloecke);
+    for (std::uint32_t b = 0; b < bloecke; ++b) {
+        std::uint32_t groesse = blockLaenge(b);
+        bloecke_.push_back(neuerBlock(groesse));
+        // A frozen source hands on its size but none of its bytes.
+        if (gewarnt_)
+            std::memset(bloecke_.back().get(), 0, groesse);
+        else
+            std::memcpy(bloecke_.back().get(), quelle.bloecke_[b].get(), groesse);
+    }
+}
+
+LongDynArray& LongDynArray::operator=(const LongDynArray& quelle) {
+    if (this != &quelle) {
+        LongDynArray kopie(quelle);
+        *this = std::move(kopie);
+    }
+    return *this;
+}
+
+void LongDynArray::warne(const char* funktion, std::int64_t detail) {
+    if (!gewarnt_) {
+        String text(std::to_string(detail));
+        Fehler("FELDZUGROSS", funktion, text, 'W');
+    }
+    gewarnt_ = 1;
+}
+
+std::uint8_t& LongDynArray::letztes() {
+    std::int32_t rest;
+    std::uint32_t index = static_cast<std::uint32_t>(basis_) + static_cast<std::uint32_t>(anzahl_ - 1);
+    return zeiger(static_cast<std::int32_t>(index), rest)[0];
+}
+
+bool LongDynArray::kannUmfassen(std::int32_t von, std::int32_t bis) const {
+    if (gewarnt_) return false;
+    std::int64_t laenge = abstand(bis, von);
+    if (laenge < 0) return false;
+    std::int64_t unten = 0, oben = laenge;
+    if (anzahl_ > 0) {
+        std::int64_t offVon = abstand(von, basis_);
+        unten = std::min<std::int64_t>(0, offVon);
+        oben = std::max<std::int64_t>(anzahl_ - 1, offVon + laenge);
+    }
+    // The stricter of the two limits: downward growth stops one short.
+    return oben - unten + 1 <= maxAnzahl - 1;
+}
+
+void LongDynArray::wachseAufwaerts(std::int64_t off) {
+    std::int64_t groesse = anzahl_;
+    while (groesse - 1 < off) {
+        if (groesse < blockGroesse)
+            groesse *= 2;
+        else
+            groesse = (groesse / blockGroesse + 1) * blockGroesse;
+    }
+    groesse = std::min(groesse, maxAnzahl);
+
+    std::uint32_t volle = static_cast<std::uint32_t>(anzahl_ / blockGroesse);
+    std::uint32_t alteBloecke = static_cast<std::uint32_t>(bloecke_.size());
+    std::uint32_t neueBloecke = static_cast<std::uint32_t>((groesse + blockGroesse - 1) / blockGroesse);
+    std::int32_t alteAnzahl = anzahl_;
+    std::unique_ptr<std::uint8_t[]> altTeil;
+    std::uint32_t altTeilLaenge = 0;
+    if (volle < alteBloecke) {
+        altTeil = std::move(bloecke_[volle]);
+        altTeilLaenge = static_cast<std::uint32_t>(alteAnzahl - std::int64_t(volle) * blockGroesse);
+    }
+    anzahl_ = static_cast<std::int32_t>(groesse);
+    bloecke_.resize(neueBloecke);
+    for (std::uint32_t b = volle; b < neueBloecke; ++b) {
+        std::uint32_t laenge = blockLaenge(b);
+        bloecke_[b] = neuerBlock(laenge);
+        std::uint8_t* p = bloecke_[b].get();
+        std::uint32_t kopiert = 0;
+        if (b == volle && altTeil && !gewarnt_) {
+            std::memcpy(p, altTeil.get(), altTeilLaenge);
+            kopiert = altTeilLaenge;
+        }
+        std::memset(p + kopiert, vorgabe_, laenge - kopiert);
+    }
+}
+
+void LongDynArray::wachseAbwaerts(std::int32_t index, std::int64_t neueAnzahl) {
+    std::vector<std::unique_ptr<std::uint8_t[]>> alt;
+    alt.swap(bloecke_);
+    std::int32_t alteAnzahl = anzahl_;
+    std::uint32_t vorn = static_cast<std::uint32_t>(neueAnzahl - alteAnzahl);
+    anzahl_ = static_cast<std::int32_t>(neueAnzahl);
+    basis_ = index;
+    std::uint32_t bloecke = static_cast<std::uint32_t>((neueAnzahl + blockGroesse - 1) / blockGroesse);
+    bloecke_.resize(bloecke);
+    for (std::uint32_t b = 0; b < bloecke; ++b) {
+        bloecke_[b] = neuerBlock(blockLaenge(b));
+        std::memset(bloecke_[b].get(), vorgabe_, blockLaenge(b));
+    }
+    if (gewarnt_) return;
+    // Every old byte moves `vorn` places up; copy chunk piece by chunk piece.
+    std::uint32_t quelle = 0, gesamt = static_cast<std::uint32_t>(alteAnzahl);
+    while (quelle < gesamt) {
+        std::uint32_t qb = quelle / blockGroesse, qi = quelle % blockGroesse;
+        std::uint32_t ziel = quelle + vorn;
+        std::uint32_t zb = ziel / blockGroesse, zi = ziel % blockGroesse;
+        std::uint32_t n = std::min<std::uint32_t>(blockGroesse - qi, blockGroesse - zi);
+        n = std::min(n, gesamt - quelle);
+        std::memcpy(bloecke_[zb].get() + zi, alt[qb].get() + qi, n);
+        quelle += n;
+    }
+}
+
+std::uint8_t& LongDynArray::operator[](std::int32_t index) {
+    if (anzahl_ == 0) {
+        anzahl_ = 1;
+        basis_ = index;
+        bloecke_.clear();
+        bloecke_.push_back(neuerBlock(1));
+        bloecke_[0][0] = gewarnt_ ? 0 : vorgabe_;
+    } else {
+        std::int32_t off = abstand(index, basis_);
+        if (off > anzahl_ - 1) {
+            if (off <= maxAnzahl - 1)
+                wachseAufwaerts(off);
+            else
+                warne("LongDynArray::[]+", off);
+        } else if (off < 0) {
+            std::int64_t neueAnzahl = std::int64_t(anzahl_) - off;
+            if (neueAnzahl <= maxAnzahl - 1)
+                wachseAbwaerts(index, neueAnzahl);
+            else
+                warne("LongDynArray::[]-", neueAnzahl);
+        }
+    }
+    if (gewarnt_) return letztes();
+    std::int32_t rest;
+    return zeiger(index, rest)[0];
+}

@@ -1,0 +1,644 @@
+// Covered by tests/unit/image/EpromTest.cpp and EpromAnzeigeTest.cpp.
+#include "image/Eprom.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <iomanip>
+#include <ostream>
+#include <sstream>
+
+#include "reporting/BearbeitungsFortschritt.h"
+#include "reporting/Fehler.h"
+
+namespace {
+
+constexpr adrInteger fensterMaske = 0xFFFFFF;   // offset inside a 16 MiB window
+
+// The arrays are indexed by the address taken as a signed 32-bit number.
+inline std::int32_t idx(adrInteger adr) { return static_cast<std::int32_t>(adr); }
+
+std::string hexGross(std::uint64_t wert) {
+    char puffer[24];
+    std::snprintf(puffer, sizeof puffer, "%llX", static_cast<unsigned long long>(wert));
+    return puffer;
+}
+
+// Copies one array's stored elements of anf..end from `quelle` to `ziel`.
+// Only what the source holds is copied: elsewhere it reads as its default,
+// which a fresh target holds already. A frozen source holds nothing usable.
+void kopiereFeld(LongDynArray& quelle, LongDynArray& ziel, adrInteger anf, adrInteger end) {
+    if (anf > end || quelle.istGewarnt() || quelle.liefereAnzahl() == 0) return;
+    adrInteger a = anf;
+    for (;;) {
+        std::uint64_t bisEnde = std::uint64_t(end) - a + 1;
+        if (quelle.enthaelt(idx(a))) {
+            std::int32_t rest;
+            const std::uint8_t* q = quelle.zeiger(idx(a), rest);
+            std::uint32_t n = static_cast<std::uint32_t>(std::min<std::uint64_t>(rest, bisEnde));
+            std::uint32_t i = 0;
+            while (i < n) {
+                adrInteger z = a + i;
+                if (ziel.enthaelt(idx(z))) {
+                    std::int32_t zrest;
+                    std::uint8_t* p = ziel.zeiger(idx(z), zrest);
+                    std::uint32_t k = std::min<std::uint32_t>(static_cast<std::uint32_t>(zrest), n - i);
+                    std::memcpy(p, q + i, k);
+                    i += k;
+                } else {
+                    ziel[idx(z)] = q[i];
+                    ++i;
+                }
+            }
+            if (n == bisEnde) return;
+            a += n;
+        } else {
+            // Jump to where the source's storage begins, if inside the range.
+            adrInteger sprung = static_cast<adrInteger>(quelle.liefereBasis()) - a;
+            if (sprung == 0 || sprung >= bisEnde) return;
+            a += sprung;
+        }
+    }
+}
+
+void kopiereBereich(EpromBereich& quelle, EpromBereich& ziel, adrInteger anf, adrInteger end) {
+    kopiereFeld(quelle.daten, ziel.daten, anf, end);
+    kopiereFeld(quelle.anzSchr, ziel.anzSchr, anf, end);
+}
+
+// Makes both arrays of a fixed region span it at once.
+void beruehre(EpromBereich& b) {
+    b.daten[idx(b.anfAdr)];
+    b.daten[idx(b.endAdr)];
+    b.anzSchr[idx(b.anfAdr)];
+    b.anzSchr[idx(b.endAdr)];
+}
+
+}  // namespace
+
+// ===================================================================
+// EpromSegment
+// ===================================================================
+
+EpromSegment::EpromSegment() { bereiche.push_back(std::make_unique<EpromBereich>()); }
+
+EpromSegment::EpromSegment(const EpromSegment& quelle)
+    : beschrieben(quelle.beschrieben), alleErweiterbar_(quelle.alleErweiterbar_) {
+    for (const auto& b : quelle.bereiche) bereiche.push_back(std::make_unique<EpromBereich>(*b));
+}
+
+void EpromSegment::aktualisiereModus() {
+    alleErweiterbar_ = std::all_of(bereiche.begin(), bereiche.end(),
+                                   [](const auto& b) { return b->erweiterbar == 1; });
+}
+
+EpromBereich* EpromSegment::sucheBereich(adrInteger adr, int& code) {
+    if (!alleErweiterbar_) {
+        for (auto& b : bereiche)
+            if (b->anfAdr <= adr && adr <= b->endAdr) {
+                code = fest;
+                return b.get();
+            }
+        code = nichtImEprom;
+        return nullptr;
+    }
+    if (adr <= fensterMaske) {
+        // The low window always answers from the first region, whatever its bounds.
+        code = freiUnten;
+        return bereiche.front().get();
+    }
+    std::size_t i = 0;
+    for (; i < bereiche.size(); ++i) {
+        EpromBereich& b = *bereiche[i];
+        if (b.basisAdr > adr) break;
+        if (std::uint64_t(b.basisAdr) + fensterMaske >= adr) {
+            code = freiOben;
+            return &b;
+        }
+    }
+    auto neu = std::make_unique<EpromBereich>(0xFFFFFFFF, 0, adr & ~fensterMaske, 1);
+    EpromBereich* p = neu.get();
+    bereiche.insert(bereiche.begin() + static_cast<std::ptrdiff_t>(i), std::move(neu));
+    code = freiOben;
+    return p;
+}
+
+EpromBereich* EpromSegment::findeBereich(adrInteger adr, int& code, adrInteger& grenze) const {
+    if (!alleErweiterbar_) {
+        adrInteger g = 0xFFFFFFFF;
+        for (const auto& b : bereiche) {
+            if (b->anfAdr <= adr && adr <= b->endAdr) {
+                code = fest;
+                grenze = std::min(g, b->endAdr);
+                return b.get();
+            }
+            // An earlier region that starts further up would win the lookup there.
+            if (b->anfAdr > adr) g = std::min(g, b->anfAdr - 1);
+        }
+        code = nichtImEprom;
+        return nullptr;
+    }
+    if (adr <= fensterMaske) {
+        code = freiUnten;
+        grenze = fensterMaske;
+        return bereiche.front().get();
+    }
+    for (const auto& b : bereiche) {
+        if (b->basisAdr > adr) return nullptr;
+        std::uint64_t fensterEnde = std::uint64_t(b->basisAdr) + fensterMaske;
+        if (fensterEnde >= adr) {
+            code = freiOben;
+            grenze = static_cast<adrInteger>(std::min<std::uint64_t>(fensterEnde, 0xFFFFFFFF));
+            return b.get();
+        }
+    }
+    return nullptr;
+}
+
+int EpromSegment::liesDaten(adrInteger adr, std::uint8_t& byte) {
+    int code;
+    EpromBereich* b = sucheBereich(adr, code);
+    if (code == nichtImEprom) return nichtImEprom;
+    // After one access beyond the array's limit the whole region is out.
+    if (b->daten.istGewarnt()) return nichtImEprom;
+    byte = b->daten[idx(adr)];
+    return code;
+}
+
+int EpromSegment::liesAnzSchr(adrInteger adr, std::uint8_t& anz) {
+    int code;
+    EpromBereich* b = sucheBereich(adr, code);
+    if (code == nichtImEprom) return nichtImEprom;
+    if (b->anzSchr.istGewarnt()) return nichtImEprom;
+    anz = b->anzSchr[idx(adr)];
+    return code;
+}
+
+void EpromSegment::definiere(adrInteger von, adrInteger bis) {
+    for (const auto& b : bereiche)
+        if (b->anfAdr == von && b->endAdr == bis) return;
+
+    EpromBereich* links = nullptr;    // von falls into it, behind its start
+    EpromBereich* rechts = nullptr;   // bis falls into it, before its end
+    for (const auto& b : bereiche)
+        if (b->anfAdr < von && von <= b->endAdr) {
+            links = b.get();
+            break;
+        }
+    for (const auto& b : bereiche)
+        if (b->anfAdr <= bis && bis < b->endAdr) {
+            rechts = b.get();
+            break;
+        }
+
+    auto neu = std::make_unique<EpromBereich>(von, bis, 0, 0);
+    beruehre(*neu);
+    std::unique_ptr<EpromBereich> unten, oben;
+    if (links) {
+        unten = std::make_unique<EpromBereich>(links->anfAdr, von - 1, 0, 0);
+        beruehre(*unten);
+        kopiereBereich(*links, *unten, links->anfAdr, von - 1);
+        kopiereBereich(*links, *neu, von, std::min(links->endAdr, bis));
+    }
+    if (rechts) {
+        oben = std::make_unique<EpromBereich>(bis + 1, rechts->endAdr, 0, 0);
+        beruehre(*oben);
+        kopiereBereich(*rechts, *oben, bis + 1, rechts->endAdr);
+        kopiereBereich(*rechts, *neu, std::max(rechts->anfAdr, von), bis);
+    }
+
+    std::vector<std::unique_ptr<EpromBereich>> liste;
+    for (auto& b : bereiche) {
+        if (b.get() == links) {
+            liste.push_back(std::move(unten));
+        } else if (b.get() == rechts) {
+            liste.push_back(std::move(oben));
+        } else if (b->anfAdr >= von && b->endAdr <= bis) {
+            // Swallowed by the new region; the empty default region copies nothing.
+            kopiereBereich(*b, *neu, b->anfAdr, b->endAdr);
+        } else {
+            liste.push_back(std::move(b));
+        }
+    }
+    if (links && links == rechts) liste.push_back(std::move(oben));
+    liste.push_back(std::move(neu));
+    bereiche.swap(liste);   // the old list, with links and rechts, dies here
+    if (bereiche.size() > 1)
+        for (auto& b : bereiche) b->erweiterbar = 0;
+    aktualisiereModus();
+}
+
+int EpromSegment::loesche(adrInteger adr) {
+    for (auto it = bereiche.begin(); it != bereiche.end(); ++it) {
+        if ((*it)->anfAdr <= adr && adr <= (*it)->endAdr) {
+            bereiche.erase(it);
+            if (bereiche.empty()) bereiche.push_back(std::make_unique<EpromBereich>());
+            aktualisiereModus();
+            return 1;
+        }
+    }
+    return 0;
+}
+
+adrInteger EpromSegment::liefereAnfAdr() const {
+    adrInteger a = 0xFFFFFFFF;
+    for (const auto& b : bereiche) a = std::min(a, b->anfAdr);
+    return a;
+}
+
+adrInteger EpromSegment::liefereEndAdr() const {
+    adrInteger e = 0;
+    for (const auto& b : bereiche) e = std::max(e, b->endAdr);
+    return e;
+}
+
+// ===================================================================
+// Eprom: construction and table
+// ===================================================================
+
+Eprom::Eprom() {
+    segmente.push_back(std::make_unique<EpromSegment>());
+    baueTabelle();
+}
+
+Eprom::Eprom(const Eprom& quelle)
+    : besitztSegmente(quelle.besitztSegmente), fuehreBereiche(quelle.fuehreBereiche) {
+    for (const auto& s : quelle.segmente) segmente.push_back(std::make_unique<EpromSegment>(*s));
+    baueTabelle();
+}
+
+Eprom& Eprom::operator=(const Eprom& quelle) {
+    if (this != &quelle) {
+        std::vector<std::unique_ptr<EpromSegment>> kopie;
+        for (const auto& s : quelle.segmente) kopie.push_back(std::make_unique<EpromSegment>(*s));
+        segmente.swap(kopie);
+        besitztSegmente = quelle.besitztSegmente;
+        fuehreBereiche = quelle.fuehreBereiche;
+        baueTabelle();
+    }
+    return *this;
+}
+
+Eprom::~Eprom() = default;
+
+void Eprom::baueTabelle() {
+    anzBereiche = 0;
+    for (const auto& s : segmente) anzBereiche += s->anzahlBereiche();
+    bereiche.clear();
+    bereiche.reserve(static_cast<std::size_t>(anzBereiche));
+    for (std::size_t s = 0; s < segmente.size(); ++s)
+        for (const auto& b : segmente[s]->bereiche)
+            bereiche.push_back({static_cast<std::int32_t>(s), b->anfAdr, b->endAdr});
+    std::stable_sort(bereiche.begin(), bereiche.end(),
+                     [](const EpromBereichEintrag& x, const EpromBereichEintrag& y) {
+                         return x.anfAdr < y.anfAdr;
+                     });
+}
+
+void Eprom::nachSchreiben(int code, adrInteger von, adrInteger bis) {
+    if (!fuehreBereiche) return;
+    if (code == EpromSegment::freiUnten && !bereiche.empty()) {
+        // Only row 0 is patched, whichever region it stands for.
+        bereiche[0].anfAdr = std::min(bereiche[0].anfAdr, von);
+        bereiche[0].endAdr = std::max(bereiche[0].endAdr, bis);
+    } else if (code == EpromSegment::freiOben) {
+        baueTabelle();
+    }
+}
+
+void Eprom::meldeNichtImEprom(const char* funktion, adrInteger adr) {
+    std::ostringstream text;
+    text << "Adr.: " << hexGross(adr) << "\n";
+    anzeigeBereiche(text);
+    Fehler("EPR-ADR-NOT-IN-EPROM", funktion, String(text.str()), 'E');
+}
+
+// ===================================================================
+// Bytes
+// ===================================================================
+
+int Eprom::sucheByte(adrInteger adr, std::uint8_t& byte, int& segNr) {
+    int ergebnis = EpromSegment::nichtImEprom;
+    segNr = 0;
+    for (std::size_t s = 0; s < segmente.size(); ++s) {
+        segNr = static_cast<int>(s);
+        ergebnis = segmente[s]->liesDaten(adr, byte);
+        if (ergebnis == EpromSegment::fest) break;
+    }
+    return ergebnis;
+}
+
+int Eprom::sucheAnzSchr(adrInteger adr, std::uint8_t& anz) {
+    int ergebnis = EpromSegment::nichtImEprom;
+    for (const auto& s : segmente) {
+        ergebnis = s->liesAnzSchr(adr, anz);
+        if (ergebnis == EpromSegment::fest) break;
+    }
+    return ergebnis;
+}
+
+int Eprom::schreibe(adrInteger adr, std::uint8_t wert, int meldung) {
+    std::uint8_t alt = 0;
+    int segNr;
+    int code = sucheByte(adr, alt, segNr);
+    if (code == EpromSegment::nichtImEprom) {
+        if (meldung) meldeNichtImEprom("Eprom::setzeByteMit", adr);
+        return 0;
+    }
+    EpromSegment& seg = *segmente[static_cast<std::size_t>(segNr)];
+    EpromBereich* b = seg.sucheBereich(adr, code);
+    if (b->erweiterbar) {
+        bool verschoben = false;
+        if (adr < b->anfAdr) b->anfAdr = adr, verschoben = true;
+        if (adr > b->endAdr) b->endAdr = adr, verschoben = true;
+        if (verschoben && code != EpromSegment::freiOben) code = EpromSegment::freiUnten;
+    }
+    b->daten[idx(adr)] = wert;
+    std::uint8_t& anz = b->anzSchr[idx(adr)];
+    if (anz < 255) ++anz;
+    seg.beschrieben = 1;
+    nachSchreiben(code, adr, adr);
+    return 1;
+}
+
+int Eprom::setzeByteMit(adrInteger adr, std::uint8_t wert) { return schreibe(adr, wert, 1); }
+int Eprom::setzeByte(adrInteger adr, std::uint8_t wert) { return schreibe(adr, wert, 0); }
+
+int Eprom::liefereByte(adrInteger adr, std::uint8_t& byte, int meldung) {
+    int segNr;
+    if (sucheByte(adr, byte, segNr) == EpromSegment::nichtImEprom) {
+        byte = 0;
+        if (meldung) meldeNichtImEprom("Eprom::liefereByte", adr);
+        return 0;
+    }
+    return 1;
+}
+
+std::uint8_t Eprom::liefereAnzSchr(adrInteger adr) {
+    std::uint8_t anz = 0;
+    if (sucheAnzSchr(adr, anz) == EpromSegment::nichtImEprom) return 0;
+    return anz;
+}
+
+std::uint8_t Eprom::liefereAnzSchrMit(adrInteger adr) {
+    std::uint8_t anz = 0;
+    if (sucheAnzSchr(adr, anz) == EpromSegment::nichtImEprom) {
+        meldeNichtImEprom("Eprom::liefereAnzSchrMit", adr);
+        return 0;
+    }
+    return anz;
+}
+
+// A stretch of one region written at once. Applies only where the byte-wise
+// path would neither insert a region nor freeze an array, so that both end in
+// the same state; gives 0 where the byte-wise path must run.
+std::uint32_t Eprom::schreibeSpanne(adrInteger adr, const std::uint8_t* quelle, std::uint32_t anzahl) {
+    if (segmente.size() != 1) return 0;
+    EpromSegment& seg = *segmente[0];
+    int code;
+    adrInteger grenze;
+    EpromBereich* b = seg.findeBereich(adr, code, grenze);
+    if (!b) return 0;
+    adrInteger letzte =
+        static_cast<adrInteger>(std::min<std::uint64_t>(std::uint64_t(adr) + anzahl - 1, grenze));
+    if (!b->daten.kannUmfassen(idx(adr), idx(letzte)) || !b->anzSchr.kannUmfassen(idx(adr), idx(letzte)))
+        return 0;
+    b->daten[idx(adr)];
+    b->daten[idx(letzte)];
+    b->anzSchr[idx(adr)];
+    b->anzSchr[idx(letzte)];
+    std::uint32_t n = letzte - adr + 1;
+    for (std::uint32_t i = 0; i < n;) {
+        std::int32_t rd, rz;
+        std::uint8_t* d = b->daten.zeiger(idx(adr + i), rd);
+        std::uint8_t* z = b->anzSchr.zeiger(idx(adr + i), rz);
+        std::uint32_t k = std::min({static_cast<std::uint32_t>(rd), static_cast<std::uint32_t>(rz), n - i});
+        std::memcpy(d, quelle + i, k);
+        for (std::uint32_t j = 0; j < k; ++j) z[j] = static_cast<std::uint8_t>(z[j] + (z[j] != 255));
+        i += k;
+    }
+    if (b->erweiterbar) {
+        bool verschoben = false;
+        if (adr < b->anfAdr) b->anfAdr = adr, verschoben = true;
+        if (letzte > b->endAdr) b->endAdr = letzte, verschoben = true;
+        if (verschoben && code != EpromSegment::freiOben) code = EpromSegment::freiUnten;
+    }
+    seg.beschrieben = 1;
+    nachSchreiben(code, adr, letzte);
+    return n;
+}
+
+std::uint32_t Eprom::setzeBytes(adrInteger adr, const std::uint8_t* quelle, std::uint32_t anzahl,
+                                int meldung) {
+    std::uint32_t fertig = 0;
+    while (fertig < anzahl) {
+        adrInteger a = adr + fertig;
+        std::uint32_t k = schreibeSpanne(a, quelle + fertig, anzahl - fertig);
+        if (k == 0) {
+            if (!schreibe(a, quelle[fertig], meldung)) return fertig;
+            k = 1;
+        }
+        fertig += k;
+    }
+    return fertig;
+}
+
+std::uint32_t Eprom::leseSpanne(adrInteger adr, std::uint32_t max, const std::uint8_t*& daten,
+                                const std::uint8_t*& zaehler) {
+    if (segmente.size() != 1) return 0;
+    int code;
+    adrInteger grenze;
+    EpromBereich* b = segmente[0]->findeBereich(adr, code, grenze);
+    if (!b || !b->daten.enthaelt(idx(adr)) || !b->anzSchr.enthaelt(idx(adr))) return 0;
+    std::int32_t rd, rz;
+    daten = b->daten.zeiger(idx(adr), rd);
+    zaehler = b->anzSchr.zeiger(idx(adr), rz);
+    std::uint64_t n = std::min<std::uint64_t>(max, std::uint64_t(grenze) - adr + 1);
+    n = std::min<std::uint64_t>(n, static_cast<std::uint32_t>(std::min(rd, rz)));
+    return static_cast<std::uint32_t>(n);
+}
+
+int Eprom::liefereBytes(adrInteger adr, std::uint32_t anzahl, std::uint8_t* ziel, std::uint8_t* zaehler) {
+    int ok = 1;
+    std::uint32_t i = 0;
+    while (i < anzahl) {
+        adrInteger a = adr + i;
+        const std::uint8_t *d, *z;
+        std::uint32_t k = leseSpanne(a, anzahl - i, d, z);
+        if (k) {
+            std::memcpy(ziel + i, d, k);
+            if (zaehler) std::memcpy(zaehler + i, z, k);
+            i += k;
+            continue;
+        }
+        if (zaehler) zaehler[i] = liefereAnzSchr(a);
+        if (!liefereByte(a, ziel[i], 0)) ok = 0;
+        ++i;
+    }
+    return ok;
+}
+
+// ===================================================================
+// Extent and regions
+// ===================================================================
+
+adrInteger Eprom::liefereAnfAdr() const {
+    adrInteger a = 0xFFFFFFFF;
+    for (const auto& s : segmente) a = std::min(a, s->liefereAnfAdr());
+    return a;
+}
+
+adrInteger Eprom::liefereEndAdr() const {
+    adrInteger e = 0;
+    for (const auto& s : segmente) e = std::max(e, s->liefereEndAdr());
+    return e;
+}
+
+int Eprom::liefereBereich(adrInteger adr, adrInteger& von, adrInteger& bis) const {
+    for (const auto& z : bereiche) {
+        if (z.endAdr >= adr) {
+            von = std::max(z.anfAdr, adr);
+            bis = z.endAdr;
+            return 1;
+        }
+    }
+    return 0;
+}
+
+int Eprom::definiereBereich(adrInteger anf, adrInteger end) {
+    for (auto& s : segmente) s->definiere(anf, end);
+    baueTabelle();
+    return 1;
+}
+
+int Eprom::loescheBereich(adrInteger adr) {
+    int ergebnis = 1;
+    for (auto& s : segmente)
+        if (!s->loesche(adr)) ergebnis = 0;
+    baueTabelle();
+    return ergebnis;
+}
+
+int Eprom::istFrei() const {
+    for (const auto& s : segmente)
+        if (!s->istFrei()) return 0;
+    return 1;
+}
+
+// ===================================================================
+// Whole-image operations
+// ===================================================================
+
+std::uint32_t Eprom::fuelle(std::uint8_t wert, const adrInteger* von, const adrInteger* bis) {
+    std::uint32_t gefuellt = 0;
+    for (auto& s : segmente) {
+        for (auto& bp : s->bereiche) {
+            EpromBereich& b = *bp;
+            adrInteger lo = b.anfAdr, hi = b.endAdr;
+            if (von && *von > lo) lo = *von;
+            if (bis && *bis < hi) hi = *bis;
+            if (lo > hi) continue;
+            adrInteger a = lo;
+            for (;;) {
+                std::uint32_t n;
+                if (b.daten.enthaelt(idx(a)) && b.anzSchr.enthaelt(idx(a))) {
+                    std::int32_t rd, rz;
+                    std::uint8_t* d = b.daten.zeiger(idx(a), rd);
+                    std::uint8_t* z = b.anzSchr.zeiger(idx(a), rz);
+                    n = static_cast<std::uint32_t>(
+                        std::min<std::uint64_t>(std::min(rd, rz), std::uint64_t(hi) - a + 1));
+                    for (std::uint32_t j = 0; j < n; ++j)
+                        if (z[j] == 0) {
+                            d[j] = wert;
+                            z[j] = 1;
+                            ++gefuellt;
+                        }
+                } else {
+                    n = 1;
+                    if (b.anzSchr[idx(a)] == 0) {
+                        b.daten[idx(a)] = wert;
+                        b.anzSchr[idx(a)] = 1;
+                        ++gefuellt;
+                    }
+                }
+                if (std::uint64_t(a) + n > hi) break;
+                a += n;
+            }
+        }
+    }
+    return gefuellt;
+}
+
+int Eprom::swap(adrInteger anf, adrInteger end, BearbeitungsFortschritt* anzeige) {
+    if (anf & 1) {
+        // The text says 0x but the number is decimal; intended, users know it so.
+        Fehler("START-ADRESS-ODD", "Eprom::swap ", String("0x" + std::to_string(anf)), 'E');
+        return 0;
+    }
+    if (!(end & 1)) {
+        Fehler("LENGTH-ODD", "Eprom::swap ", "", 'E');
+        return 0;
+    }
+    for (auto& s : segmente) {
+        for (const auto& b : s->bereiche) {
+            adrInteger lo = std::max(b->anfAdr, anf), hi = std::min(b->endAdr, end);
+            if (hi > lo && ((lo & 1) || !(hi & 1))) {
+                Fehler("REGION-START-OR-LENGTH-ODD", "Eprom::swap ", "", 'E');
+                return 0;
+            }
+        }
+        for (auto& bp : s->bereiche) {
+            EpromBereich& b = *bp;
+            adrInteger lo = std::max(b.anfAdr, anf), hi = std::min(b.endAdr, end);
+            if (hi < lo || (lo & 1) || !(hi & 1)) continue;
+            if (anzeige) *anzeige += static_cast<dataInteger>(lo - b.anfAdr);
+            for (adrInteger a = lo;; a += 2) {
+                std::uint8_t d0 = b.daten[idx(a)], d1 = b.daten[idx(a + 1)];
+                b.daten[idx(a)] = d1;
+                b.daten[idx(a + 1)] = d0;
+                std::uint8_t z0 = b.anzSchr[idx(a)], z1 = b.anzSchr[idx(a + 1)];
+                b.anzSchr[idx(a)] = z1;
+                b.anzSchr[idx(a + 1)] = z0;
+                if (anzeige) *anzeige += 2;
+                if (a + 1 == hi) break;
+            }
+            if (anzeige) *anzeige += static_cast<dataInteger>(b.endAdr - hi);
+        }
+    }
+    return 1;
+}
+
+int Eprom::teileEvenOdd(Eprom& gerade, Eprom& ungerade) {
+    adrInteger a = 0, von, bis;
+    while (liefereBereich(a, von, bis)) {
+        if (von <= bis) {
+            adrInteger x = von;
+            for (;;) {
+                const std::uint8_t *d, *z;
+                // The targets may not be this image: their writes would move our chunks.
+                std::uint32_t k = (&gerade == this || &ungerade == this) ? 0 : leseSpanne(x, static_cast<std::uint32_t>(std::min<std::uint64_t>(
+                                                     std::uint64_t(bis) - x + 1, 0xFFFFFFFF)),
+                                             d, z);
+                if (k == 0) {
+                    std::uint8_t byte = 0;
+                    if (liefereAnzSchr(x) > 0) {
+                        liefereByte(x, byte, 0);
+                        if (!((x & 1) ? ungerade : gerade).setzeByte(x / 2, byte)) return 0;
+                    }
+                    k = 1;
+                } else {
+                    for (std::uint32_t j = 0; j < k; ++j) {
+                        if (z[j] == 0) continue;
+                        adrInteger y = x + j;
+                        if (!((y & 1) ? ungerade : gerade).setzeByte(y / 2, d[j])) return 0;
+                    }
+                }
+                if (std::uint64_t(x) + k > bis) break;
+                x += k;
+            }
+        }
+        if (bis == 0xFFFFFFFF) break;
+        a = bis + 1;
+    }
+    return 1;
+}

@@ -1,0 +1,175 @@
+// Eprom: the in-memory image of one EPROM.
+//
+// A sparse map from 32-bit addresses to bytes that also remembers how often
+// each byte was written (saturating at 255). A byte is `belegt` when its write
+// count is not 0. An image is *free* until the first `definiereBereich`: it
+// accepts every address and records the span written, in windows of 16 MiB.
+// After that it is *fixed* and accepts only addresses inside its regions.
+// Deleting the last region makes it free again.
+//
+// Reads are not free of side effects: reading an unknown address of a free
+// image grows the storage of the low region or inserts an empty region for a
+// higher window. Nothing may rely on reads leaving the image alone.
+//
+// Every walk over addresses stops at 0xFFFFFFFF instead of wrapping.
+// Ownership: an Eprom owns its segments, they own their regions, a region
+// owns its two byte arrays.
+//
+// Covered by tests/unit/image/EpromTest.cpp and EpromAnzeigeTest.cpp.
+#pragma once
+
+#include <cstdint>
+#include <iosfwd>
+#include <memory>
+#include <vector>
+
+#include "foundation/LongDynArray.h"
+#include "foundation/String.h"
+#include "foundation/Typen.h"
+
+class BearbeitungsFortschritt;
+
+// One contiguous stretch of storage. The arrays are indexed by the absolute
+// address. An empty region has anfAdr 0xFFFFFFFF and endAdr 0.
+struct EpromBereich {
+    adrInteger anfAdr = 0xFFFFFFFF;
+    adrInteger endAdr = 0;
+    adrInteger basisAdr = 0;      // start of the 16 MiB window of a free region
+    LongDynArray daten;
+    LongDynArray anzSchr;         // write count per address
+    std::int32_t erweiterbar = 1; // 1: bounds grow with the bytes written
+
+    EpromBereich() = default;
+    EpromBereich(adrInteger anf, adrInteger end, adrInteger basis, std::int32_t erw)
+        : anfAdr(anf), endAdr(end), basisAdr(basis), erweiterbar(erw) {}
+};
+
+// One row of the sorted region table.
+struct EpromBereichEintrag {
+    std::int32_t segNr = 0;
+    adrInteger anfAdr = 0xFFFFFFFF;
+    adrInteger endAdr = 0;
+};
+
+class EpromSegment {
+public:
+    // Lookup codes of sucheBereich.
+    static constexpr int nichtImEprom = -1;
+    static constexpr int fest = 0;
+    static constexpr int freiUnten = 1;
+    static constexpr int freiOben = 2;
+
+    EpromSegment();   // holds the empty default region
+    EpromSegment(const EpromSegment& quelle);
+    EpromSegment& operator=(const EpromSegment&) = delete;
+
+    // The region that answers for `adr`, with its code; in a free segment an
+    // address above the low window may insert a new empty region.
+    EpromBereich* sucheBereich(adrInteger adr, int& code);
+    // The same lookup without inserting: null where sucheBereich would give
+    // -1 or insert. `grenze` is the highest address for which the same lookup
+    // gives the same region with the same code.
+    EpromBereich* findeBereich(adrInteger adr, int& code, adrInteger& grenze) const;
+
+    // Reads of one element; -1 when not in the image or the array is frozen.
+    int liesDaten(adrInteger adr, std::uint8_t& byte);
+    int liesAnzSchr(adrInteger adr, std::uint8_t& anz);
+
+    void definiere(adrInteger von, adrInteger bis);
+    int loesche(adrInteger adr);
+
+    adrInteger liefereAnfAdr() const;
+    adrInteger liefereEndAdr() const;
+    bool istFrei() const { return alleErweiterbar_; }
+    std::int32_t anzahlBereiche() const { return static_cast<std::int32_t>(bereiche.size()); }
+
+    std::int32_t beschrieben = 0;   // set by every write; nothing reads it
+    std::vector<std::unique_ptr<EpromBereich>> bereiche;   // creation order, not address order
+
+private:
+    void aktualisiereModus();
+    bool alleErweiterbar_ = true;
+};
+
+class Eprom {
+public:
+    Eprom();
+    Eprom(const Eprom& quelle);
+    Eprom& operator=(const Eprom& quelle);
+    ~Eprom();
+
+    // ---- Bytes ----
+    // Write one byte; 0 for an address outside the image (the Mit form
+    // reports "EPR-ADR-NOT-IN-EPROM").
+    int setzeByteMit(adrInteger adr, std::uint8_t wert);
+    int setzeByte(adrInteger adr, std::uint8_t wert);
+    // Read one byte; 0 (and byte 0) outside the image, reported when
+    // `meldung` is 1. No occupancy test.
+    int liefereByte(adrInteger adr, std::uint8_t& byte, int meldung);
+    std::uint8_t liefereAnzSchrMit(adrInteger adr);
+    std::uint8_t liefereAnzSchr(adrInteger adr);
+    // The common lookup: -1, 0, 1, 2 and the segment that answered.
+    int sucheByte(adrInteger adr, std::uint8_t& byte, int& segNr);
+
+    // Bulk forms for the file readers and writers; they leave the image
+    // exactly as the same calls byte by byte would.
+    // Writes `anzahl` bytes to rising addresses (which must not pass
+    // 0xFFFFFFFF) and gives how many went in before the first refusal; a
+    // refused byte is reported when `meldung` is 1.
+    std::uint32_t setzeBytes(adrInteger adr, const std::uint8_t* quelle, std::uint32_t anzahl,
+                             int meldung);
+    // Reads `anzahl` bytes (as liefereByte without report; refused ones are
+    // 0) and, if `zaehler` is not null, their write counts (as
+    // liefereAnzSchr). Gives 1 if every byte was in the image.
+    int liefereBytes(adrInteger adr, std::uint32_t anzahl, std::uint8_t* ziel,
+                     std::uint8_t* zaehler = nullptr);
+
+    // ---- Extent and regions ----
+    adrInteger liefereAnfAdr() const;   // 0xFFFFFFFF when empty
+    adrInteger liefereEndAdr() const;   // 0 when empty
+    // The first table row whose end is not below `adr`: von = max(row start,
+    // adr), bis = row end. 0 and nothing changed when there is none.
+    int liefereBereich(adrInteger adr, adrInteger& von, adrInteger& bis) const;
+    int definiereBereich(adrInteger anf, adrInteger end);
+    int loescheBereich(adrInteger adr);
+    int istFrei() const;
+
+    // ---- Whole-image operations ----
+    // Fills every unwritten address of the regions (clipped to the given
+    // bounds) with `wert`, write count 1; gives the number filled.
+    std::uint32_t fuelle(std::uint8_t wert, const adrInteger* von, const adrInteger* bis);
+    // Exchanges the bytes of each even/odd pair in anf..end.
+    int swap(adrInteger anf, adrInteger end, BearbeitungsFortschritt* anzeige);
+    // Copies each written byte to adr / 2 of one of the two images.
+    int teileEvenOdd(Eprom& gerade, Eprom& ungerade);
+
+    // ---- Displays ----
+    void anzeigeBereiche(std::ostream& os);
+    void anzeigeBytes(adrInteger anf, adrInteger end, const String& kopf, std::ostream& os, int hex);
+    std::uint32_t anzeigeBelegung(std::ostream& os, adrInteger anf, adrInteger end);
+    std::uint32_t anzeigeDifferenzen(std::ostream& os, const String& name1, const String& name2,
+                                     Eprom& anderes, adrInteger anf1, adrInteger anf2,
+                                     adrInteger end1);
+
+    // ---- Inspection (tests, displays) ----
+    std::int32_t liefereAnzSegmente() const { return static_cast<std::int32_t>(segmente.size()); }
+    std::int32_t liefereAnzBereiche() const { return anzBereiche; }
+    const std::vector<EpromBereichEintrag>& liefereTabelle() const { return bereiche; }
+    const EpromSegment& liefereSegment(int i) const { return *segmente[static_cast<std::size_t>(i)]; }
+
+private:
+    int schreibe(adrInteger adr, std::uint8_t wert, int meldung);
+    std::uint32_t schreibeSpanne(adrInteger adr, const std::uint8_t* quelle, std::uint32_t anzahl);
+    std::uint32_t leseSpanne(adrInteger adr, std::uint32_t max, const std::uint8_t*& daten,
+                             const std::uint8_t*& zaehler);
+    int sucheAnzSchr(adrInteger adr, std::uint8_t& anz);
+    void nachSchreiben(int code, adrInteger von, adrInteger bis);
+    void baueTabelle();
+    void meldeNichtImEprom(const char* funktion, adrInteger adr);
+
+    std::int32_t anzBereiche = 0;
+    std::vector<EpromBereichEintrag> bereiche;              // the region table
+    std::vector<std::unique_ptr<EpromSegment>> segmente;    // always one
+    std::int32_t besitztSegmente = 1;
+    std::int32_t fuehreBereiche = 1;
+};

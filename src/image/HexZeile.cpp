@@ -1,0 +1,383 @@
+// Covered by tests/unit/image/HexZeileTest.cpp.
+#include "image/HexZeile.h"
+
+#include <algorithm>
+#include <cstring>
+#include <ostream>
+
+#include "image/Eprom.h"
+#include "image/HexText.h"
+#include "reporting/Fehler.h"
+
+using hextext::istLeer;
+using hextext::klein;
+using hextext::SchreibPuffer;
+using hextext::wert;
+using hextext::ziffern;
+
+namespace {
+
+// Stores n bytes from rising image addresses, going on past a refused byte
+// and wrapping past 0xFFFFFFFF as addresses do. 1 if every byte went in.
+int speichereAlle(Eprom& eprom, adrInteger adr, const std::uint8_t* p, std::uint32_t n) {
+    int ok = 1;
+    std::uint32_t i = 0;
+    while (i < n) {
+        adrInteger a = adr + i;
+        std::uint32_t bisUmbruch =
+            static_cast<std::uint32_t>(std::min<std::uint64_t>(n - i, (std::uint64_t(1) << 32) - a));
+        std::uint32_t k = eprom.setzeBytes(a, p + i, bisUmbruch, 0);
+        i += k;
+        if (k < bisUmbruch) {
+            ok = 0;
+            ++i;
+        }
+    }
+    return ok;
+}
+
+// Fetches n bytes from the image onto the line, adding them to `summe`.
+int schreibeBytes(SchreibPuffer& p, Eprom& eprom, adrInteger adr, std::uint32_t n, std::uint32_t& summe) {
+    int ok = 1;
+    std::uint8_t puffer[1024];
+    for (std::uint32_t i = 0; i < n;) {
+        adrInteger a = adr + i;
+        std::uint32_t k = static_cast<std::uint32_t>(
+            std::min<std::uint64_t>({n - i, sizeof puffer, (std::uint64_t(1) << 32) - a}));
+        if (!eprom.liefereBytes(a, k, puffer)) ok = 0;
+        for (std::uint32_t j = 0; j < k; ++j) {
+            p.byte(puffer[j]);
+            summe += puffer[j];
+        }
+        i += k;
+    }
+    return ok;
+}
+
+}  // namespace
+
+// ===================================================================
+// Intel
+// ===================================================================
+
+IntelHexZeile::IntelHexZeile(std::string_view zeile)
+    : laenge(static_cast<std::int32_t>(zeile.size())), text_(zeile) {}
+
+IntelHexZeile::IntelHexZeile() = default;
+
+int IntelHexZeile::zerlege() {
+    laenge = static_cast<std::int32_t>(text_.size());
+    if (laenge < 11) return 0;
+    // A valid line has 2 * 255 + 10 digits at most; more fail the count test.
+    std::uint8_t nib[2 * maxDaten + 12];
+    std::size_t n = 0;
+    for (std::size_t i = 1; i < text_.size(); ++i) {
+        char c = text_[i];
+        int v = wert(c);
+        if (v >= 0) {
+            if (n < sizeof nib) nib[n] = static_cast<std::uint8_t>(v);
+            ++n;
+        } else if (istLeer(c)) {
+            --laenge;
+        } else {
+            Fehler("HEXFILE-NOINTEL-FMT", "IntelHexZeile::zerlege", String(ziffern(text_, i)), 'W');
+            return 0;
+        }
+    }
+    if (n >= 2)
+        anzahl = nib[0] * 16u + nib[1];
+    else if (n == 1)
+        anzahl = nib[0];
+    if (std::int64_t(laenge) != std::int64_t(anzahl) * 2 + 11) {
+        std::string t = ziffern(text_, text_.size()) + "\n    " +
+                        klein(static_cast<std::uint32_t>((laenge - 11) / 2)) + " != " + klein(anzahl);
+        Fehler("HEXFILE-BYTECOUNT", "IntelHexZeile::zerlege", String(t), 'W');
+        return 0;
+    }
+    auto byte = [&](std::size_t k) { return static_cast<std::uint32_t>(nib[2 * k] * 16u + nib[2 * k + 1]); };
+    adrHoch = byte(1);
+    adrTief = byte(2);
+    typ = byte(3);
+    std::uint32_t summe = adrHoch + adrTief + typ + anzahl;
+    for (std::uint32_t i = 0; i < anzahl; ++i) {
+        daten[i] = static_cast<std::uint8_t>(byte(4 + i));
+        summe += daten[i];
+    }
+    adresse = adrHoch * 256 + adrTief;
+    pruefsumme = byte(4 + anzahl);
+    std::uint32_t berechnet = (0u - summe) & 0xFF;
+    if (pruefsumme != berechnet) {
+        std::string t = ziffern(text_, text_.size()) + "\n    " + klein(berechnet) + " != " + klein(pruefsumme);
+        Fehler("HEXFILE-CHKSUM", "IntelHexZeile::zerlege", String(t), 'W');
+        return 0;
+    }
+    return 1;
+}
+
+int IntelHexZeileDaten::speichere(Eprom& eprom, adrInteger basis, const adrInteger* anfAdr,
+                                  const adrInteger* endAdr, const adrInteger* externeAdr) {
+    int ergebnis = zerlege();
+    if (!ergebnis) return ergebnis;
+    adrInteger a = adresse + basis;
+    adresse = a;
+
+    // The window is one of file addresses.
+    std::uint64_t lo = anfAdr ? *anfAdr : 0;
+    std::uint64_t hi = endAdr ? *endAdr : 0xFFFFFFFF;
+    if (externeAdr) {
+        std::uint32_t d = static_cast<std::uint32_t>(hi) - static_cast<std::uint32_t>(lo);
+        lo = *externeAdr;
+        hi = std::min<std::uint64_t>(lo + d, 0xFFFFFFFF);
+    }
+    if (anzahl == 0) return 1;
+    std::uint64_t e = std::uint64_t(a) + anzahl - 1;
+    if (lo > e || hi < a) return 1;
+    std::uint32_t skip = lo > a ? static_cast<std::uint32_t>(lo - a) : 0;
+    std::uint64_t n = anzahl;
+    if (hi < e) n -= e - hi;
+    adrInteger ziel = a + skip;
+    // Without a start the window starts at 0; the file reader always gives one.
+    if (externeAdr) ziel = a + skip - *externeAdr + (anfAdr ? *anfAdr : 0);
+    if (n <= skip) return 1;
+    return speichereAlle(eprom, ziel, daten + skip, static_cast<std::uint32_t>(n - skip));
+}
+
+int IntelHexZeileDaten::schreibe(std::ostream& os, Eprom& eprom, adrInteger adr, std::uint32_t anz,
+                                 adrInteger basis, const adrInteger* anfAdr, const adrInteger* externeAdr) {
+    adrInteger dateiAdr = adr;
+    if (externeAdr) dateiAdr = adr + *externeAdr - (anfAdr ? *anfAdr : 0);
+    dateiAdr -= basis;
+    SchreibPuffer p(os);
+    p.zeichen(':');
+    p.zahl(anz, 2);
+    p.zahl(dateiAdr & 0xFFFF, 4);
+    p.text("00");
+    std::uint32_t summe = anz + ((dateiAdr >> 8) & 0xFF) + (dateiAdr & 0xFF);
+    int ok = schreibeBytes(p, eprom, adr, anz, summe);
+    p.zahl((0u - summe) & 0xFF, 2);
+    p.zeichen('\n');
+    return ok;
+}
+
+int IntelHexZeileSegment::liefereBasis(adrInteger& basis) {
+    if (!zerlege()) {
+        basis = 0;
+        return 0;
+    }
+    // The first two data bytes, whatever the count says.
+    basis = (daten[0] * 256u + daten[1]) * 16u;
+    return 1;
+}
+
+int IntelHexZeileLinear::liefereBasis(adrInteger& basis) {
+    if (!zerlege()) {
+        basis = 0;
+        return 0;
+    }
+    basis = (daten[0] * 256u + daten[1]) * 65536u;
+    return 1;
+}
+
+int schreibeSegmentZeile(std::ostream& os, adrInteger adr, adrInteger& basis) {
+    basis = adr & 0xFFFF0000;
+    std::uint32_t s = basis / 16;
+    std::uint32_t hoch = (s >> 8) & 0xFF;
+    SchreibPuffer p(os);
+    p.text(":02000002");
+    p.zahl(hoch, 2);
+    p.zahl(s & 0xFF, 2);
+    // Can come out as "100" instead of "00"; intended, see schreibeLinearZeile.
+    p.zahl(0x100 - ((hoch + s + 4) & 0xFF), 2);
+    p.zeichen('\n');
+    return 1;
+}
+
+int schreibeLinearZeile(std::ostream& os, adrInteger adr, adrInteger& basis) {
+    basis = adr & 0xFFFF0000;
+    std::uint32_t s = basis / 65536;
+    std::uint32_t hoch = (s >> 8) & 0xFF;
+    SchreibPuffer p(os);
+    p.text(":02000004");
+    p.zahl(hoch, 2);
+    p.zahl(s & 0xFF, 2);
+    // Where the bytes add up to 0 this writes "100" for the checksum, and the
+    // reader then refuses the line as too long. Intended: files keep coming
+    // out as they always have.
+    p.zahl(0x100 - ((hoch + s + 6) & 0xFF), 2);
+    p.zeichen('\n');
+    return 1;
+}
+
+// ===================================================================
+// Motorola
+// ===================================================================
+
+MotorolaHexZeile::MotorolaHexZeile(char typZiffer, int adrBytes, std::string_view zeile, bool mitText)
+    : laenge(static_cast<std::int16_t>(std::min<std::size_t>(zeile.size(), 0x7FFF))),
+      typZiffer_(typZiffer), adrBytes_(adrBytes), hatEingabe_(mitText), text_(zeile) {}
+
+int MotorolaHexZeile::liesHexPaar(std::uint32_t& w) {
+    if (lesePos_ + 2 > anzZiffern_) return 0;
+    w = static_cast<std::uint32_t>(wert(ziffern_[lesePos_]) * 16 + wert(ziffern_[lesePos_ + 1]));
+    lesePos_ += 2;
+    laenge = static_cast<std::int16_t>(laenge - 2);
+    return 1;
+}
+
+int MotorolaHexZeile::liesAdresse() {
+    anzahl = static_cast<std::int16_t>(anzahl - (adrBytes_ + 1));
+    summe = static_cast<std::uint32_t>(anzahl + adrBytes_ + 1);
+    adresse = 0;
+    for (int k = 0; k < adrBytes_; ++k) {
+        std::uint32_t w;
+        if (!liesHexPaar(w)) return 0;
+        adresse = (adresse << 8) | w;
+        summe += w;
+    }
+    return 1;
+}
+
+int MotorolaHexZeile::zerlege() {
+    if (!hatEingabe_ || laenge < 10) {
+        Fehler("HEXFILE-NOMOTOROLA-FMT", "MotorolaHexZeile::zerlege", "", 'W');
+        return 0;
+    }
+    --laenge;
+    anzZiffern_ = 0;
+    lesePos_ = 0;
+    for (std::size_t i = 1; i < text_.size(); ++i) {
+        char c = text_[i];
+        if (wert(c) >= 0) {
+            if (anzZiffern_ < static_cast<int>(sizeof ziffern_)) ziffern_[anzZiffern_++] = c;
+        } else if (istLeer(c)) {
+            --laenge;
+        } else {
+            Fehler("HEXFILE-NOMOTOROLA-FMT", "MotorolaHexZeile::zerlege", String(ziffern(text_, i)), 'W');
+            return 0;
+        }
+    }
+    const std::string alle = ziffern(text_, text_.size());
+    char typ = 0;
+    if (lesePos_ < anzZiffern_) {
+        typ = ziffern_[lesePos_++];
+        --laenge;
+    }
+    if (!typ || !std::strchr("0123789", typ)) {
+        Fehler("HEXFILE-NOMOTOROLA-FMT", "MotorolaHexZeile::zerlege", String(alle), 'W');
+        return 0;
+    }
+    std::uint32_t zaehl = 0;
+    liesHexPaar(zaehl);
+    anzahl = static_cast<std::int16_t>(zaehl);
+    int adresseOk = liesAdresse();
+    if (laenge != anzahl * 2 + 2 || !adresseOk) {
+        std::string t = alle + "\n    " + klein(static_cast<std::uint32_t>((laenge - 2) / 2)) + " != " +
+                        klein(static_cast<std::uint16_t>(anzahl));
+        Fehler("HEXFILE-BYTECOUNT", "MotorolaHexZeile::zerlege", String(t), 'W');
+        return 0;
+    }
+    for (int i = 0; i < anzahl; ++i) {
+        std::uint32_t w = 0;
+        liesHexPaar(w);
+        daten[i] = static_cast<std::uint8_t>(w);
+        summe += w;
+    }
+    std::uint32_t gelesen = 0;
+    liesHexPaar(gelesen);
+    summe = ~summe & 0xFF;
+    if (summe != gelesen) {
+        // The value read comes first here, the other way round from Intel;
+        // intended, the message has always read so.
+        std::string t = alle + "\n    " + klein(gelesen) + " != " + klein(summe);
+        Fehler("HEXFILE-CHKSUM", "MotorolaHexZeile::zerlege", String(t), 'W');
+        return 0;
+    }
+    return 1;
+}
+
+int MotorolaHexZeile::schreibeKopf(std::ostream& os) {
+    SchreibPuffer p(os);
+    std::uint32_t zaehl = static_cast<std::uint32_t>(std::max<int>(anzahl, 0)) + adrBytes_ + 1;
+    p.zeichen(typZiffer_);
+    p.zahl(zaehl, 2);
+    summe = zaehl;
+    for (int k = adrBytes_ - 1; k >= 0; --k) {
+        std::uint32_t b = (adresse >> (8 * k)) & 0xFF;
+        p.zahl(b, 2);
+        summe += b;
+    }
+    p.leere();
+    return os.good() ? 1 : 0;
+}
+
+MotorolaHexZeileKopf::MotorolaHexZeileKopf() : MotorolaHexZeile('0', 2, festerKopf, true) {}
+MotorolaHexZeileKopf::MotorolaHexZeileKopf(std::string_view zeile) : MotorolaHexZeile('0', 2, zeile, true) {}
+
+int MotorolaHexZeileKopf::schreibe(std::ostream& os) {
+    os << "S";
+    if (schreibeKopf(os)) {
+        SchreibPuffer p(os);
+        for (int i = 0; i < anzahl; ++i) {
+            p.zahl(daten[i], 2);
+            summe += daten[i];
+        }
+        p.zahl(~summe & 0xFF, 2);
+        p.zeichen('\n');
+    }
+    return os.good() ? 1 : 0;
+}
+
+int MotorolaHexZeileEnde::schreibe(std::ostream& os) {
+    os << "S";
+    if (schreibeKopf(os)) {
+        SchreibPuffer p(os);
+        p.zahl(~summe & 0xFF, 2);
+        p.zeichen('\n');
+    }
+    return os.good() ? 1 : 0;
+}
+
+int MotorolaHexZeileDaten::speichere(Eprom& eprom, const adrInteger* anfAdr, const adrInteger* endAdr,
+                                     const adrInteger* externeAdr) {
+    int ergebnis = zerlege();
+    if (!ergebnis) return ergebnis;
+    // The window is one of image addresses, unlike Intel's.
+    adrInteger lo = anfAdr ? *anfAdr : 0;
+    adrInteger hi = endAdr ? *endAdr : 0xFFFFFFFF;
+    adrInteger delta = externeAdr ? lo - *externeAdr : 0;
+    std::uint32_t n = static_cast<std::uint32_t>(std::max<int>(anzahl, 0));
+    std::uint32_t i = 0;
+    while (i < n) {
+        adrInteger a = adresse + delta + i;
+        if (a < lo || a > hi) {
+            ++i;
+            continue;
+        }
+        // A run inside the window that does not wrap; refusals are not looked at.
+        std::uint32_t lauf = static_cast<std::uint32_t>(std::min<std::uint64_t>(n - i, std::uint64_t(hi) - a + 1));
+        speichereAlle(eprom, a, daten + i, lauf);
+        i += lauf;
+    }
+    return 1;
+}
+
+int MotorolaHexZeileDaten::schreibe(std::ostream& os, Eprom& eprom, adrInteger adr, adrInteger fileAdr,
+                                    std::uint32_t anz) {
+    adresse = fileAdr;
+    anzahl = static_cast<std::int16_t>(std::min<std::uint32_t>(anz, 0x7FFF));
+    SchreibPuffer p(os);
+    std::uint32_t zaehl = anz + static_cast<std::uint32_t>(adrBytes_) + 1;
+    p.zeichen('S');
+    p.zeichen(typZiffer_);
+    p.zahl(zaehl, 2);
+    summe = zaehl;
+    for (int k = adrBytes_ - 1; k >= 0; --k) {
+        std::uint32_t b = (fileAdr >> (8 * k)) & 0xFF;
+        p.zahl(b, 2);
+        summe += b;
+    }
+    int ok = schreibeBytes(p, eprom, adr, anz, summe);
+    p.zahl(~summe & 0xFF, 2);
+    p.zeichen('\n');
+    return ok;
+}
