@@ -1,0 +1,288 @@
+// The object tree: comparison of full names, path parsing, insertion,
+// removal with the current object moving up, moving around, and the order of
+// the search rules.
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "foundation/MeldungsFaenger.h"
+#include "language/KdoObjekt.h"
+
+namespace {
+
+class TestObjekt : public KdoObjekt {
+public:
+    TestObjekt(const char* typ, const char* name) : KdoObjekt(name), typ_(typ) {}
+    const String& liefereKdoOTyp() const override { return typ_; }
+
+private:
+    String typ_;
+};
+
+std::string voll(KdoObjektBasis* o) { return o ? o->liefereVollenNamen().str() : "(null)"; }
+
+TEST(KdoRelation, JudgesFullNames) {
+    struct Fall {
+        const char* a;
+        const char* b;
+        int erwartet;
+    } faelle[] = {
+        {"<Kiv>Kiv", "<Kiv>Kiv.<Eprom>a", 0},
+        {"<Kiv>Kiv", "<Kiv>Kiv", 0},
+        {"<Kiv>Kiv.<Eprom>a", "<Kiv>Kiv.<Eprom>b", 1},
+        {"<Kiv>Kiv.<Eprom>a", "<Kiv>Kiv.<Eprom>a", 1},   // equal non-root names count as brothers
+        {"<Kiv>Kiv.<Eprom>a", "<Kiv>Kiv", 2},
+        {"<Kiv>Kiv.<Eprom>a", "<Kiv>Kiv.<Eprom>b.<Eprom>c", 3},
+        // plain substring search: containing counts as descending
+        {"<Eprom>a", "<Kiv>Kiv.<Eprom>ab.<Eprom>c", 0},
+    };
+    for (const Fall& f : faelle) {
+        KdoObjekt a("", f.a), b("", f.b);
+        EXPECT_EQ(kdoRelation(&a, &b), f.erwartet) << f.a << " / " << f.b;
+    }
+}
+
+TEST(KdoRelation, ComparisonsAndClearing) {
+    KdoObjekt a("x", "<A>b"), b("y", "<A>c");
+    EXPECT_EQ(kdoVergleich(&a, &b), -1);
+    EXPECT_EQ(kdoVergleich(&b, &a), 1);
+    EXPECT_EQ(kdoVergleich(&a, &a), 0);
+    EXPECT_EQ(kdoNamensVergleich(&a, &b), -1);
+    kdoLoesche(&a);
+    EXPECT_EQ(a.liefereVollenNamen(), "");
+    EXPECT_EQ(a.liefereKdoOTyp(), "Pseudo");
+    EXPECT_EQ(a.liefereZusatzTyp(), "");
+}
+
+TEST(KdoObjektPfad, ParsesPathsAndStopsSilently) {
+    struct Fall {
+        const char* text;
+        std::vector<std::pair<std::string, std::string>> elemente;   // (typ, name)
+    } faelle[] = {
+        {"<Kiv>Kiv.<Eprom>a", {{"Kiv", "Kiv"}, {"Eprom", "a"}}},
+        {"a", {{"", "a"}}},
+        {" a . b.c ", {{"", "a"}, {"", "b"}, {"", "c"}}},
+        {"< Ep rom >x", {{"Eprom", "x"}}},
+        {"$x%_1", {{"", "$x%_1"}}},
+        {"<Eprom>", {}},          // a type alone adds no element
+        {"a-b", {{"", "a"}}},     // stray character ends the parse
+        {"<E-x>a", {}},
+        {"", {}},
+    };
+    for (const Fall& f : faelle) {
+        KdoObjektPfad p(f.text);
+        ASSERT_EQ(p.anzahl(), static_cast<int>(f.elemente.size())) << f.text;
+        for (int i = 0; i < p.anzahl(); ++i) {
+            EXPECT_EQ(p[i].typ.str(), f.elemente[i].first) << f.text;
+            EXPECT_EQ(p[i].name.str(), f.elemente[i].second) << f.text;
+        }
+        EXPECT_EQ(p[p.anzahl()].name, "");
+        EXPECT_EQ(p[-1].typ, "");
+    }
+}
+
+TEST(KdoObjekt, ListForArgumentIsMissingInTheBase) {
+    MeldungsFaenger faenger;
+    KdoObjekt o("obj");
+    EXPECT_EQ(o.liefereListeFuerKdoArg("namen"), nullptr);
+    ASSERT_EQ(faenger.anzahl(), 1u);
+    EXPECT_EQ(faenger.letzte().label, "INT-METHOD-IN-SUBCLASS-MISSING");
+    EXPECT_EQ(faenger.letzte().funktion, "KdoObjekt::liefereListeFuerKdoArg");
+    EXPECT_EQ(faenger.letzte().detail, "Obj: obj  Liste: namen");
+    EXPECT_EQ(faenger.letzte().level, 'E');
+}
+
+// A tree with the root "<Kiv>Kiv" as the process-wide tree.
+class KdoBaumTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        wurzel = std::make_unique<TestObjekt>("Kiv", "Kiv");
+        wurzel->setzeVollenNamen("<Kiv>Kiv");
+        kdoBaum = new KdoBaum(wurzel.get(), kdoRelation, kdoVergleich, kdoNamensVergleich, kdoLoesche);
+    }
+    void TearDown() override {
+        delete kdoBaum;
+        kdoBaum = nullptr;
+    }
+    // Inserts below the current object; the new one becomes current.
+    TestObjekt* neu(const char* typ, const char* name) {
+        objekte.push_back(std::make_unique<TestObjekt>(typ, name));
+        EXPECT_EQ(kdoBaum->fuegeEin(objekte.back().get()), 1);
+        return objekte.back().get();
+    }
+    // To the root, then down by the full name.
+    void gehe(KdoObjektBasis* o) {
+        while (kdoBaum->vater()) {
+        }
+        if (o != wurzel.get()) {
+            ASSERT_EQ(kdoBaum->suche(o->liefereVollenNamen(), 1), o);
+        }
+    }
+    std::string suche(const char* name) { return voll(kdoBaum->suche(name, 0)); }
+
+    std::unique_ptr<TestObjekt> wurzel;
+    std::vector<std::unique_ptr<TestObjekt>> objekte;
+};
+
+TEST_F(KdoBaumTest, InsertionNamesAndNests) {
+    TestObjekt* a = neu("Eprom", "a");
+    EXPECT_EQ(voll(a), "<Kiv>Kiv.<Eprom>a");
+    EXPECT_EQ(kdoBaum->liefereAktuelles(), a);
+    // From an image, a new one goes below it.
+    TestObjekt* b = neu("Eprom", "b");
+    EXPECT_EQ(voll(b), "<Kiv>Kiv.<Eprom>a.<Eprom>b");
+    EXPECT_EQ(kdoBaum->vater(), 1);
+    EXPECT_EQ(kdoBaum->liefereAktuelles(), a);
+    EXPECT_EQ(kdoBaum->vater(), 1);
+    TestObjekt* c = neu("Eprom", "c");
+    EXPECT_EQ(voll(c), "<Kiv>Kiv.<Eprom>c");
+
+    kdoBaum->vater();
+    KdoBaumKnoten* it = nullptr;
+    EXPECT_EQ(kdoBaum->naechsterSohn(it), a);
+    EXPECT_EQ(kdoBaum->naechsterSohn(it), c);
+    EXPECT_EQ(kdoBaum->naechsterSohn(it), nullptr);
+}
+
+TEST_F(KdoBaumTest, SameFullNameReplacesTheBrothersObject) {
+    TestObjekt* a = neu("Eprom", "a");
+    kdoBaum->vater();
+    neu("Eprom", "b");
+    kdoBaum->vater();
+    objekte.push_back(std::make_unique<TestObjekt>("Eprom", "a"));
+    TestObjekt* zweites = objekte.back().get();
+    EXPECT_EQ(kdoBaum->fuegeEin(zweites), 1);
+    // No node was created, so the current object stays.
+    EXPECT_EQ(kdoBaum->liefereAktuelles(), wurzel.get());
+    EXPECT_EQ(kdoBaum->suche("<Eprom>a", 0), zweites);
+    EXPECT_NE(kdoBaum->suche("<Eprom>a", 0), a);
+}
+
+TEST_F(KdoBaumTest, MovingAround) {
+    EXPECT_EQ(kdoBaum->vater(), 0);   // root
+    EXPECT_EQ(kdoBaum->liefereAktuelles(), wurzel.get());
+    EXPECT_EQ(kdoBaum->geschwister(), 0);
+    TestObjekt* a = neu("Eprom", "a");
+    EXPECT_EQ(kdoBaum->sohn(), 0);          // leaf
+    EXPECT_EQ(kdoBaum->geschwister(), 0);   // only son
+    kdoBaum->vater();
+    TestObjekt* b = neu("Eprom", "b");
+    EXPECT_EQ(kdoBaum->geschwister(), 1);   // from the last brother to the eldest
+    EXPECT_EQ(kdoBaum->liefereAktuelles(), a);
+    EXPECT_EQ(kdoBaum->geschwister(), 1);
+    EXPECT_EQ(kdoBaum->liefereAktuelles(), b);
+    kdoBaum->vater();
+    EXPECT_EQ(kdoBaum->sohn(), 1);
+    EXPECT_EQ(kdoBaum->liefereAktuelles(), a);
+}
+
+TEST_F(KdoBaumTest, RemovalMovesTheCurrentObjectUp) {
+    TestObjekt* a = neu("Eprom", "a");
+    TestObjekt* x = neu("Eprom", "x");
+    TestObjekt* y = neu("Eprom", "y");
+    // Removing the father of the current object: current goes to its father.
+    EXPECT_EQ(kdoBaum->entferne(x), 1);
+    EXPECT_EQ(kdoBaum->liefereAktuelles(), a);
+    EXPECT_EQ(voll(x), "");
+    EXPECT_EQ(voll(y), "");   // the subtree went with it
+    EXPECT_EQ(kdoBaum->entferne(x), 0);
+    EXPECT_EQ(kdoBaum->sohn(), 0);
+
+    kdoBaum->vater();
+    TestObjekt* b = neu("Eprom", "b");
+    // Removing an object outside the current path leaves the current one.
+    EXPECT_EQ(kdoBaum->entferne(a), 1);
+    EXPECT_EQ(kdoBaum->liefereAktuelles(), b);
+    // Removing the current object itself.
+    EXPECT_EQ(kdoBaum->entferne(b), 1);
+    EXPECT_EQ(kdoBaum->liefereAktuelles(), wurzel.get());
+    KdoBaumKnoten* it = nullptr;
+    EXPECT_EQ(kdoBaum->naechsterSohn(it), nullptr);
+}
+
+TEST_F(KdoBaumTest, DestroyedObjectLeavesTheTree) {
+    auto o = std::make_unique<TestObjekt>("Eprom", "weg");
+    kdoBaum->fuegeEin(o.get());
+    EXPECT_EQ(kdoBaum->liefereAktuelles(), o.get());
+    o.reset();
+    EXPECT_EQ(kdoBaum->liefereAktuelles(), wurzel.get());
+    EXPECT_EQ(kdoBaum->suche("weg", 0), nullptr);
+}
+
+TEST_F(KdoBaumTest, RelativeBeforeRootAndSonBeforeBrother) {
+    TestObjekt* a = neu("Eprom", "a");
+    TestObjekt* ab = neu("Eprom", "b");
+    kdoBaum->vater();
+    kdoBaum->vater();
+    TestObjekt* b = neu("Eprom", "b");
+    gehe(a);
+    // Rule 2 wins over rule 3 (typed) and over rule 5 (bare).
+    EXPECT_EQ(kdoBaum->suche("<Eprom>b", 0), ab);
+    EXPECT_EQ(kdoBaum->suche("b", 0), ab);
+    gehe(ab);
+    // From a.b the typed name goes on from the root; the bare one is a.b
+    // itself by the brother rule.
+    EXPECT_EQ(kdoBaum->suche("<Eprom>b", 0), b);
+    EXPECT_EQ(kdoBaum->suche("b", 0), ab);
+    EXPECT_EQ(kdoBaum->suche("a", 0), nullptr);
+}
+
+TEST_F(KdoBaumTest, SearchRulesEachFindTheirCase) {
+    TestObjekt* a = neu("Eprom", "a");
+    TestObjekt* x = neu("Eprom", "x");
+    TestObjekt* y = neu("Eprom", "y");
+    kdoBaum->vater();
+    kdoBaum->vater();
+    kdoBaum->vater();
+    TestObjekt* b = neu("Eprom", "b");
+    kdoBaum->vater();
+    TestObjekt* c = neu("Eprom", "c");
+
+    gehe(wurzel.get());
+    EXPECT_EQ(kdoBaum->suche("a", 0), a);                  // son by short name
+    EXPECT_EQ(kdoBaum->suche("<Eprom>a.<Eprom>x", 0), x);  // relative path
+    EXPECT_EQ(kdoBaum->suche("<Kiv>Kiv.<Eprom>a", 0), a);  // full name
+    EXPECT_EQ(kdoBaum->suche("x", 0), nullptr);            // grandson by bare name
+
+    gehe(a);
+    EXPECT_EQ(kdoBaum->suche(".<Eprom>a", 0), a);          // rule 1: itself
+    EXPECT_EQ(kdoBaum->suche("b", 0), b);                  // rule 5: brother
+    EXPECT_EQ(kdoBaum->suche("<Kiv>Kiv.<Eprom>c", 0), c);  // rule 4: later brother by full name
+    EXPECT_EQ(kdoBaum->suche("<Eprom>x.<Eprom>y", 0), y);
+
+    gehe(y);
+    EXPECT_EQ(kdoBaum->suche("<Eprom>x", 0), x);           // rule 6: ancestor
+    EXPECT_EQ(kdoBaum->suche("<Eprom>c", 0), c);           // rule 3: from the root
+    EXPECT_EQ(kdoBaum->suche("<Kiv>Kiv", 0), nullptr);     // the root is not an ancestor match
+    EXPECT_EQ(kdoBaum->suche("<Other>x", 0), nullptr);
+    EXPECT_EQ(kdoBaum->liefereAktuelles(), y);
+
+    EXPECT_EQ(kdoBaum->suche("<Eprom>a", 1), a);
+    EXPECT_EQ(kdoBaum->liefereAktuelles(), a);
+}
+
+TEST_F(KdoBaumTest, AmbiguousShortNameNeedsTheType) {
+    TestObjekt* d1 = neu("Eprom", "d");
+    kdoBaum->vater();
+    TestObjekt* d2 = neu("Other", "d");
+    kdoBaum->vater();
+    EXPECT_EQ(kdoBaum->suche("d", 0), nullptr);
+    EXPECT_EQ(kdoBaum->suche("<Eprom>d", 0), d1);
+    EXPECT_EQ(kdoBaum->suche("<Other>d", 0), d2);
+    gehe(d1);
+    EXPECT_EQ(kdoBaum->suche("<Other>d", 0), d2);
+    // Two brothers of that short name: the brother rule finds none.
+    EXPECT_EQ(kdoBaum->suche("d", 0), nullptr);
+}
+
+TEST_F(KdoBaumTest, DeepTreeDoesNotRecurse) {
+    for (int i = 0; i < 1000; ++i) neu("Eprom", "n");
+    // From the deepest node the root-relative rule comes first.
+    EXPECT_EQ(kdoBaum->suche("<Eprom>n", 0), objekte.front().get());
+    EXPECT_EQ(kdoBaum->entferne(objekte.front().get()), 1);
+    EXPECT_EQ(kdoBaum->liefereAktuelles(), wurzel.get());
+}
+
+}  // namespace
