@@ -251,9 +251,7 @@ adrInteger ChecksumStandard::liefereSumme(Eprom& eprom)
 void ChecksumStandard::zeigeBericht(Eprom& eprom, std::ostream& strom)
 {
     // The heading is the same for every width; intended.
-    strom << "Byteweise Addition mit 2-Byte-Ergebnis" << '\n'
-          << "von " << hex(anzeigeAnfang(eprom), 6) << " bis " << hex(anzeigeEnde(eprom), 6) << '\n'
-          << "Ergebnis: " << hex(liefereSumme(eprom), 8) << '\n';
+    zeigeBerichtMit(eprom, strom, "Byteweise Addition mit 2-Byte-Ergebnis", 8);
     if (naechste) {
         strom << '\n' << "addiert zu";
         naechste->zeigeBericht(eprom, strom);
