@@ -1,0 +1,376 @@
+// The byte image: modes, windows of a free image, write counts, region
+// split and merge, delete, fill, swap, even/odd split, walks at the top of
+// the address space, and the bulk paths against the byte-wise ones.
+#include "image/Eprom.h"
+
+#include <random>
+#include <sstream>
+
+#include "Meldungen.h"
+
+using bildtest::MitMeldungen;
+
+namespace {
+
+class EpromTest : public MitMeldungen {};
+
+// Regions of the segment in list order, as "anf-end" texts.
+std::string liste(const Eprom& e) {
+    std::ostringstream o;
+    o << std::hex << std::uppercase;
+    for (const auto& b : e.liefereSegment(0).bereiche) o << b->anfAdr << "-" << b->endAdr << " ";
+    return o.str();
+}
+std::string tabelle(const Eprom& e) {
+    std::ostringstream o;
+    o << std::hex << std::uppercase;
+    for (const auto& z : e.liefereTabelle()) o << z.anfAdr << "-" << z.endAdr << " ";
+    return o.str();
+}
+
+TEST_F(EpromTest, NewImageAndFirstByte) {
+    Eprom e;
+    EXPECT_EQ(e.liefereAnfAdr(), 0xFFFFFFFFu);
+    EXPECT_EQ(e.liefereEndAdr(), 0u);
+    EXPECT_TRUE(e.istFrei());
+    e.setzeByteMit(0x1000, 0x42);
+    EXPECT_EQ(e.liefereAnfAdr(), 0x1000u);
+    EXPECT_EQ(e.liefereEndAdr(), 0x1000u);
+    EXPECT_EQ(tabelle(e), "1000-1000 ");
+}
+
+TEST_F(EpromTest, WriteCountsSaturateAt255) {
+    Eprom e;
+    e.setzeByte(0x10, 1);
+    e.setzeByte(0x10, 2);
+    std::uint8_t b;
+    EXPECT_EQ(e.liefereByte(0x10, b, 1), 1);
+    EXPECT_EQ(b, 2);
+    EXPECT_EQ(e.liefereAnzSchr(0x10), 2);
+    for (int i = 0; i < 300; ++i) e.setzeByte(0x20, 0);
+    EXPECT_EQ(e.liefereAnzSchr(0x20), 255);
+    std::vector<std::uint8_t> v(40, 1);
+    for (int i = 0; i < 300; ++i) e.setzeBytes(0x18, v.data(), 40, 0);
+    EXPECT_EQ(e.liefereAnzSchr(0x20), 255);
+    EXPECT_EQ(e.liefereAnzSchr(0x18), 255);
+}
+
+TEST_F(EpromTest, FreeImageSpanIsOneRegionWithUnwrittenGaps) {
+    Eprom e;
+    e.setzeByte(0x100, 1);
+    e.setzeByte(0x200, 2);
+    EXPECT_EQ(tabelle(e), "100-200 ");
+    std::uint8_t b = 9;
+    EXPECT_EQ(e.liefereByte(0x180, b, 1), 1);
+    EXPECT_EQ(b, 0);
+    EXPECT_EQ(e.liefereAnzSchr(0x180), 0);
+    adrInteger von, bis;
+    ASSERT_EQ(e.liefereBereich(0x150, von, bis), 1);
+    EXPECT_EQ(von, 0x150u);
+    EXPECT_EQ(bis, 0x200u);
+    EXPECT_EQ(e.liefereBereich(0x201, von, bis), 0);
+}
+
+TEST_F(EpromTest, WindowsAboveSixteenMegabytes) {
+    Eprom e;
+    e.setzeByte(0x1000000, 1);
+    ASSERT_EQ(e.liefereSegment(0).bereiche.size(), 2u);
+    EXPECT_EQ(e.liefereSegment(0).bereiche[1]->basisAdr, 0x1000000u) << "inserted behind the low region";
+    e.setzeByte(0x1FFFFFF, 2);
+    EXPECT_EQ(e.liefereSegment(0).bereiche.size(), 2u);
+    e.setzeByte(0x2000000, 3);
+    EXPECT_EQ(e.liefereSegment(0).bereiche.size(), 3u);
+    EXPECT_EQ(e.liefereSegment(0).bereiche[2]->basisAdr, 0x2000000u);
+    // The empty low region's row sorts last.
+    EXPECT_EQ(tabelle(e), "1000000-1FFFFFF 2000000-2000000 FFFFFFFF-0 ");
+    EXPECT_EQ(e.liefereAnfAdr(), 0x1000000u);
+    // A write into the low window patches row 0, whichever region it is.
+    e.setzeByte(0x100, 4);
+    EXPECT_EQ(tabelle(e), "100-1FFFFFF 2000000-2000000 FFFFFFFF-0 ");
+    e.setzeByte(0x2000001, 5);   // any write up there rebuilds the table
+    EXPECT_EQ(tabelle(e), "100-100 1000000-1FFFFFF 2000000-2000001 ");
+    EXPECT_EQ(e.liefereAnzBereiche(), 3);
+    std::uint8_t b;
+    e.liefereByte(0x1FFFFFF, b, 0);
+    EXPECT_EQ(b, 2);
+}
+
+TEST_F(EpromTest, FixedImageRefusesAddressesOutsideRegions) {
+    Eprom e;
+    e.definiereBereich(0x100, 0x1FF);
+    e.definiereBereich(0x300, 0x3FF);
+    EXPECT_FALSE(e.istFrei());
+    EXPECT_EQ(e.setzeByte(0x200, 1), 0);
+    EXPECT_TRUE(meldungen.empty());
+    EXPECT_EQ(e.setzeByteMit(0x200, 1), 0);
+    ASSERT_EQ(meldungen.size(), 1u);
+    EXPECT_EQ(meldungen[0].label, "EPR-ADR-NOT-IN-EPROM");
+    EXPECT_EQ(meldungen[0].funktion, "Eprom::setzeByteMit");
+    EXPECT_EQ(meldungen[0].level, 'E');
+    EXPECT_EQ(meldungen[0].detail,
+              "Adr.: 200\n"
+              "Eprom AnfAdr=100   EndAdr=3FF\n\n"
+              "Anzahl Eprombereiche: 2\n"
+              "[0]  SegNr=0 AnfAdr=100 EndAdr=1FF\n"
+              "[1]  SegNr=0 AnfAdr=300 EndAdr=3FF\n"
+              "\nAnzahlSegmente: 1\n"
+              "[0]  AnfAdr=100 EndAdr=3FF\n\n");
+    EXPECT_EQ(tabelle(e), "100-1FF 300-3FF ");
+
+    std::uint8_t b = 5;
+    EXPECT_EQ(e.liefereByte(0x2FF, b, 1), 0);
+    EXPECT_EQ(b, 0);
+    EXPECT_EQ(meldungen.back().funktion, "Eprom::liefereByte");
+    EXPECT_EQ(e.liefereAnzSchrMit(0x50), 0);
+    EXPECT_EQ(meldungen.back().funktion, "Eprom::liefereAnzSchrMit");
+    EXPECT_EQ(e.liefereByte(0x150, b, 1), 1) << "inside a region, though not belegt";
+}
+
+TEST_F(EpromTest, RegionSplitAndMergeTable) {
+    Eprom e;
+    for (adrInteger a = 0x1000; a < 0x2800; a += 0x80) e.setzeByte(a, static_cast<std::uint8_t>(a >> 7));
+    e.setzeByte(0x1000, 0xAA);   // count 2 there
+    e.definiereBereich(0x1000, 0x1FFF);
+    EXPECT_EQ(liste(e), "2000-2780 1000-1FFF ") << "the loaded span keeps its upper part, fixed";
+    EXPECT_FALSE(e.istFrei());
+    e.loescheBereich(0x2000);
+    EXPECT_EQ(liste(e), "1000-1FFF ");
+
+    e.definiereBereich(0x1800, 0x27FF);
+    EXPECT_EQ(liste(e), "1000-17FF 1800-27FF ");
+    e.definiereBereich(0x1400, 0x1BFF);
+    EXPECT_EQ(liste(e), "1000-13FF 1C00-27FF 1400-1BFF ");
+    EXPECT_EQ(tabelle(e), "1000-13FF 1400-1BFF 1C00-27FF ");
+    // Inside one region: lower part in place, upper part behind the others, new one last.
+    e.definiereBereich(0x1100, 0x11FF);
+    EXPECT_EQ(liste(e), "1000-10FF 1C00-27FF 1400-1BFF 1200-13FF 1100-11FF ");
+    EXPECT_EQ(tabelle(e), "1000-10FF 1100-11FF 1200-13FF 1400-1BFF 1C00-27FF ");
+    EXPECT_EQ(e.liefereAnzBereiche(), 5);
+    // Same bounds again: nothing changes.
+    e.definiereBereich(0x1100, 0x11FF);
+    EXPECT_EQ(liste(e), "1000-10FF 1C00-27FF 1400-1BFF 1200-13FF 1100-11FF ");
+    // A cover of all merges them, bytes and counts at their addresses.
+    e.definiereBereich(0x1000, 0x27FF);
+    EXPECT_EQ(liste(e), "1000-27FF ");
+
+    std::uint8_t b;
+    for (adrInteger a = 0x1080; a < 0x2000; a += 0x80) {
+        e.liefereByte(a, b, 0);
+        EXPECT_EQ(b, static_cast<std::uint8_t>(a >> 7)) << std::hex << a;
+        EXPECT_EQ(e.liefereAnzSchr(a), 1);
+    }
+    e.liefereByte(0x1000, b, 0);
+    EXPECT_EQ(b, 0xAA);
+    EXPECT_EQ(e.liefereAnzSchr(0x1000), 2);
+    EXPECT_EQ(e.liefereAnzSchr(0x2000), 0) << "bytes of the deleted region are gone";
+    EXPECT_TRUE(meldungen.empty());
+}
+
+TEST_F(EpromTest, DefiningTheOnlyRegionOfAFreeImageKeepsItFree) {
+    Eprom e;
+    e.setzeByte(0x10, 1);
+    e.setzeByte(0x20, 1);
+    e.definiereBereich(0x10, 0x20);
+    EXPECT_TRUE(e.istFrei());
+    e.setzeByte(0x30, 1);
+    EXPECT_EQ(e.liefereEndAdr(), 0x30u);
+}
+
+TEST_F(EpromTest, DeletingRegions) {
+    Eprom e;
+    e.definiereBereich(0x100, 0x1FF);
+    EXPECT_EQ(e.loescheBereich(0x300), 0);
+    EXPECT_EQ(e.loescheBereich(0x150), 1);
+    EXPECT_TRUE(e.istFrei());
+    EXPECT_EQ(e.liefereAnfAdr(), 0xFFFFFFFFu);
+    EXPECT_EQ(tabelle(e), "FFFFFFFF-0 ");
+    EXPECT_EQ(e.setzeByte(0x5000, 1), 1);
+}
+
+TEST_F(EpromTest, FillTouchesOnlyUnwrittenBytesInsideRegions) {
+    Eprom e;
+    e.setzeByte(0x100, 0xFF);
+    e.setzeByte(0x100, 0xFF);
+    e.setzeByte(0x10F, 1);
+    adrInteger von = 0x0, bis = 0x1000;
+    EXPECT_EQ(e.fuelle(0xFF, &von, &bis), 14u);
+    EXPECT_EQ(e.liefereAnzSchr(0x100), 2) << "a written byte keeps its count";
+    EXPECT_EQ(e.liefereAnzSchr(0x105), 1);
+    EXPECT_EQ(e.liefereEndAdr(), 0x10Fu) << "fill never widens";
+    EXPECT_EQ(e.fuelle(0, nullptr, nullptr), 0u);
+
+    Eprom f;
+    f.definiereBereich(0x10, 0x1F);
+    f.definiereBereich(0x40, 0x4F);
+    adrInteger v = 0x18;
+    EXPECT_EQ(f.fuelle(7, &v, nullptr), 8u + 16u);
+}
+
+TEST_F(EpromTest, SwapChecksAndExchangesPairs) {
+    Eprom e;
+    for (adrInteger a = 0x100; a <= 0x10F; ++a) e.setzeByte(a, static_cast<std::uint8_t>(a));
+    e.setzeByte(0x100, 0);   // count 2 at 0x100 travels with the byte
+
+    EXPECT_EQ(e.swap(0x101, 0x10F, nullptr), 0);
+    ASSERT_EQ(meldungen.size(), 1u);
+    EXPECT_EQ(meldungen[0].label, "START-ADRESS-ODD");
+    EXPECT_EQ(meldungen[0].funktion, "Eprom::swap ");
+    EXPECT_EQ(meldungen[0].detail, "0x257") << "0x and a decimal number, kept so";
+    EXPECT_EQ(e.swap(0x100, 0x10E, nullptr), 0);
+    EXPECT_EQ(meldungen.back().label, "LENGTH-ODD");
+    EXPECT_EQ(meldungen.back().detail, "");
+
+    ASSERT_EQ(e.swap(0x100, 0x10F, nullptr), 1);
+    std::uint8_t b;
+    e.liefereByte(0x100, b, 0);
+    EXPECT_EQ(b, 0x01);
+    e.liefereByte(0x101, b, 0);
+    EXPECT_EQ(b, 0x00);
+    EXPECT_EQ(e.liefereAnzSchr(0x101), 2);
+    EXPECT_EQ(e.liefereAnzSchr(0x100), 1);
+    e.swap(0x100, 0x10F, nullptr);
+    e.liefereByte(0x10E, b, 0);
+    EXPECT_EQ(b, 0x0E) << "swapping twice restores";
+    EXPECT_EQ(e.liefereAnzSchr(0x100), 2);
+
+    // A region cut at an odd start fails the whole swap; a one-byte stretch does not.
+    Eprom f;
+    f.definiereBereich(0x101, 0x10F);
+    f.definiereBereich(0x200, 0x200);
+    EXPECT_EQ(f.swap(0x100, 0x1FF, nullptr), 0);
+    EXPECT_EQ(meldungen.back().label, "REGION-START-OR-LENGTH-ODD");
+    Eprom g;
+    g.definiereBereich(0x100, 0x103);
+    g.definiereBereich(0x200, 0x200);
+    g.setzeByte(0x200, 9);
+    g.setzeByte(0x100, 1);
+    EXPECT_EQ(g.swap(0x100, 0x201, nullptr), 1);
+    g.liefereByte(0x200, b, 0);
+    EXPECT_EQ(b, 9);
+    EXPECT_EQ(g.liefereAnzSchr(0x101), 1) << "unoccupied bytes swap like all others";
+}
+
+TEST_F(EpromTest, EvenOddSplit) {
+    Eprom e, gerade, ungerade;
+    e.setzeByte(0x100, 0xA0);
+    e.setzeByte(0x101, 0xA1);
+    e.setzeByte(0x103, 0xA3);
+    e.setzeByte(0x1000000, 0xB0);
+    ASSERT_EQ(e.teileEvenOdd(gerade, ungerade), 1);
+    std::uint8_t b;
+    gerade.liefereByte(0x80, b, 0);
+    EXPECT_EQ(b, 0xA0);
+    ungerade.liefereByte(0x81, b, 0);
+    EXPECT_EQ(b, 0xA3);
+    EXPECT_EQ(ungerade.liefereAnzSchr(0x80), 1);
+    EXPECT_EQ(gerade.liefereAnzSchr(0x81), 0) << "0x102 was not written";
+    gerade.liefereByte(0x800000, b, 0);
+    EXPECT_EQ(b, 0xB0);
+
+    Eprom voll;
+    voll.definiereBereich(0, 0);
+    Eprom z;
+    z.setzeByte(4, 1);
+    EXPECT_EQ(z.teileEvenOdd(voll, ungerade), 0) << "a refused write stops the walk";
+}
+
+TEST_F(EpromTest, WalksStopAtTheTopOfTheAddressSpace) {
+    Eprom e;
+    e.definiereBereich(0xFFFFFF00, 0xFFFFFFFF);
+    e.setzeByte(0xFFFFFFFF, 0x5A);
+    e.setzeByte(0xFFFFFFFE, 0x5B);
+    adrInteger von, bis;
+    ASSERT_EQ(e.liefereBereich(0xFFFFFFFF, von, bis), 1);
+    EXPECT_EQ(bis, 0xFFFFFFFFu);
+    EXPECT_EQ(e.fuelle(1, nullptr, nullptr), 254u);
+    EXPECT_EQ(e.swap(0xFFFFFF00, 0xFFFFFFFF, nullptr), 1);
+    std::uint8_t b;
+    e.liefereByte(0xFFFFFFFF, b, 0);
+    EXPECT_EQ(b, 0x5B);
+
+    std::ostringstream o;
+    EXPECT_EQ(e.anzeigeBelegung(o, 0xFFFFFFF0, 0xFFFFFFFF), 0u);
+    EXPECT_EQ(o.str(), "[fffffff0 .. ffffffff] -> 1\n");
+    std::ostringstream d;
+    e.anzeigeBytes(0xFFFFFFF8, 0xFFFFFFFF, "K", d, 1);
+    EXPECT_EQ(d.str(), "\nK\nDaten [FFFFFFF8]\t = 01 01 01 01 01 01 5A 5B \n");
+
+    Eprom g, u;
+    EXPECT_EQ(e.teileEvenOdd(g, u), 1);
+    EXPECT_EQ(u.liefereEndAdr(), 0x7FFFFFFFu);
+
+    Eprom k(e);
+    EXPECT_EQ(e.anzeigeDifferenzen(o, "", "", k, 0xFFFFFFF0, 0xFFFFFFF0, 0xFFFFFFFF), 0u);
+}
+
+TEST_F(EpromTest, CopyIsDeep) {
+    Eprom e;
+    e.setzeByte(0x10, 1);
+    e.setzeByte(0x3000000, 2);
+    Eprom k(e);
+    e.setzeByte(0x10, 9);
+    std::uint8_t b;
+    k.liefereByte(0x10, b, 0);
+    EXPECT_EQ(b, 1);
+    EXPECT_EQ(tabelle(k), "10-10 3000000-3000000 ");
+    Eprom z;
+    z = e;
+    z.liefereByte(0x10, b, 0);
+    EXPECT_EQ(b, 9);
+    EXPECT_EQ(z.liefereAnzSchr(0x10), 2);
+}
+
+// The bulk write must leave an image exactly as the same bytes written one
+// by one do: bytes, counts, region bounds, the table and its patched row 0.
+void vergleiche(Eprom& a, Eprom& b) {
+    ASSERT_EQ(liste(a), liste(b));
+    ASSERT_EQ(tabelle(a), tabelle(b));
+    for (const auto& r : a.liefereSegment(0).bereiche) {
+        if (r->anfAdr > r->endAdr) continue;
+        for (adrInteger x = r->anfAdr;; ++x) {
+            std::uint8_t p, q;
+            a.liefereByte(x, p, 0);
+            b.liefereByte(x, q, 0);
+            ASSERT_EQ(p, q) << std::hex << x;
+            ASSERT_EQ(a.liefereAnzSchr(x), b.liefereAnzSchr(x)) << std::hex << x;
+            if (x == r->endAdr) break;
+        }
+    }
+}
+
+TEST_F(EpromTest, BulkWritesMatchByteWiseWrites) {
+    std::mt19937 zufall(7);
+    for (int runde = 0; runde < 12; ++runde) {
+        Eprom a, b;
+        if (runde % 3 == 1) {
+            a.definiereBereich(0x100, 0x4FFF);
+            b.definiereBereich(0x100, 0x4FFF);
+            a.definiereBereich(0x6000, 0x6FFF);
+            b.definiereBereich(0x6000, 0x6FFF);
+        }
+        for (int i = 0; i < 60; ++i) {
+            adrInteger basis = (runde % 3 == 2 && i % 2) ? 0x3000000 - 0x800 : 0;
+            adrInteger adr = basis + zufall() % 0x8000;
+            std::uint32_t n = 1 + zufall() % 600;
+            std::vector<std::uint8_t> v(n);
+            for (auto& x : v) x = static_cast<std::uint8_t>(zufall());
+            std::uint32_t gesetzt = 0;
+            for (std::uint32_t k = 0; k < n; ++k)
+                if (b.setzeByte(adr + k, v[k])) ++gesetzt;
+                else break;
+            EXPECT_EQ(a.setzeBytes(adr, v.data(), n, 0), gesetzt);
+        }
+        vergleiche(a, b);
+        std::vector<std::uint8_t> x(0x9000), y(0x9000), zx(0x9000), zy(0x9000);
+        a.liefereBytes(0x80, 0x9000, x.data(), zx.data());
+        for (std::uint32_t k = 0; k < 0x9000; ++k) {
+            y[k] = 0;
+            b.liefereByte(0x80 + k, y[k], 0);
+            zy[k] = b.liefereAnzSchr(0x80 + k);
+        }
+        EXPECT_EQ(x, y);
+        EXPECT_EQ(zx, zy);
+    }
+}
+
+}  // namespace

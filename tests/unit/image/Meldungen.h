@@ -1,0 +1,92 @@
+// Test fixture pieces for the image tests: captures every message the
+// reporter lets through, in its printed shape, and gives temporary files.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "reporting/Fehler.h"
+
+namespace bildtest {
+
+struct Meldung {
+    std::string label, funktion, detail;
+    char level;
+    int art;   // output kind: 0 shown, 1 suppressed, 2 log only
+};
+
+inline std::vector<Meldung>* aufnahme = nullptr;
+inline std::string* konsole = nullptr;
+
+inline void nimmAuf(Fehler& f, int art) {
+    if (aufnahme)
+        aufnahme->push_back({f.liefereLabel().str(), f.liefereFunktion().str(), f.liefereDetail().str(),
+                             f.liefereLevel(), art});
+    if (konsole && art != 1) {
+        std::ostringstream o;
+        f.ausgabe(o);
+        *konsole += o.str();
+    }
+}
+
+class MitMeldungen : public ::testing::Test {
+protected:
+    void SetUp() override {
+        Fehler::init();
+        Fehler::fehlerPrefix = "%KIV-";
+        Fehler::fehlerAusgabeRoutine = nimmAuf;
+        aufnahme = &meldungen;
+        konsole = &ausgabe;
+    }
+    void TearDown() override {
+        Fehler::zusatzZeile = nullptr;
+        aufnahme = nullptr;
+        konsole = nullptr;
+        for (const auto& n : dateien) std::remove(n.c_str());
+    }
+
+    // Messages of one label, shown or not, ignoring the file open/close
+    // status lines.
+    std::vector<Meldung> mit(const std::string& label) const {
+        std::vector<Meldung> r;
+        for (const auto& m : meldungen)
+            if (m.label == label) r.push_back(m);
+        return r;
+    }
+    // Labels of all messages except the S-level file messages.
+    std::vector<std::string> labels() const {
+        std::vector<std::string> r;
+        for (const auto& m : meldungen)
+            if (m.level != 'S') r.push_back(m.label);
+        return r;
+    }
+
+    std::string datei(const std::string& name) {
+        std::string n = "image_test_" + name;
+        dateien.push_back(n);
+        return n;
+    }
+    std::string schreibeDatei(const std::string& name, const std::string& inhalt) {
+        std::string n = datei(name);
+        std::ofstream(n, std::ios::binary) << inhalt;
+        return n;
+    }
+    static std::string liesDatei(const std::string& n) {
+        std::ifstream f(n, std::ios::binary);
+        std::ostringstream o;
+        o << f.rdbuf();
+        return o.str();
+    }
+    static bool gibtEs(const std::string& n) { return std::ifstream(n).good(); }
+
+    std::vector<Meldung> meldungen;
+    std::string ausgabe;
+    std::vector<std::string> dateien;
+};
+
+}  // namespace bildtest
