@@ -388,6 +388,7 @@ void KdoScanner::zustandStartNormal() {
         beginneMit();
         geheZu(bezeichner_);
     } else {
+        // A NUL byte thus becomes token 0, the end of input; intended.
         lieferZeichen();
     }
 }

@@ -145,9 +145,9 @@ public:
     // Stores the message of a string without its closing quote.
     void fehlerStringEnde();
 
+private:
     class Zustand;
 
-private:
     // The character source is exhausted (as opposed to a byte 255 read).
     bool quellEnde() const { return zeichen == 255 && quelle.amEnde(); }
 
