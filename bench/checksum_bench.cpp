@@ -16,6 +16,11 @@
 #include <vector>
 
 #include "checksums/ChecksumAlgorithmen.h"
+#include "checksums/ChecksumCRC16.h"
+#include "checksums/ChecksumCRC32.h"
+#include "checksums/ChecksumSiemens.h"
+#include "checksums/ChecksumStandard.h"
+#include "image/Eprom.h"
 
 namespace {
 
@@ -122,6 +127,22 @@ int main()
             std::string name = "standard sum, " + std::to_string(n) + "-byte" + (swap ? " swap" : "");
             zeile(name.c_str(), t, r, 500);
         }
+
+    // The same bytes as a free image, summed through the checksum classes.
+    Eprom eprom;
+    eprom.setzeBytes(0, daten.data(), static_cast<std::uint32_t>(daten.size()), 0);
+    const adrInteger ende = static_cast<adrInteger>(groesse - 1);
+    t = miss([&] { return ChecksumCRC32(0, ende, 0).liefereSumme(eprom); }, r);
+    zeile("image: CRC-32", t, r, 1000);
+    t = miss([&] { return ChecksumCRC16(0, ende, 0, 0x1021).liefereSumme(eprom); }, r);
+    zeile("image: CRC-16 0x1021", t, r, 300);
+    t = miss([&] { return ChecksumSiemens(0, ende).liefereSumme(eprom); }, r);
+    zeile("image: four-lane sum", t, r, 300);
+    for (std::uint16_t n : {1, 2, 4}) {
+        t = miss([&] { return ChecksumStandard(0, 0, ende, nullptr, 0, n, 0, 4).liefereSumme(eprom); }, r);
+        std::string name = "image: standard sum, " + std::to_string(n) + "-byte";
+        zeile(name.c_str(), t, r, 500);
+    }
 
     std::error_code fehler;
     auto pfad = std::filesystem::temp_directory_path(fehler) / ("checksum_bench_" + std::to_string(zufall()) + ".bin");
