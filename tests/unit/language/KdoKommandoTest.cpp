@@ -1,0 +1,287 @@
+// Commands: signatures, argument access, the reading of a call (help,
+// parentheses, too many arguments, the ending), the command list, the help
+// text, and handlers of registered commands that record what they read.
+#include <gtest/gtest.h>
+
+#include <iostream>
+#include <memory>
+#include <sstream>
+#include <string>
+
+#include "KdoTestHilfe.h"
+#include "foundation/Tabulator.h"
+#include "language/KdoArgumente.h"
+#include "language/KdoGlobal.h"
+#include "language/KdoListe.h"
+#include "language/KdoObjekt.h"
+
+namespace {
+
+// Captures standard output while it lives.
+class AusgabeFaenger {
+public:
+    AusgabeFaenger() : alt_(std::cout.rdbuf(puffer_.rdbuf())) {}
+    ~AusgabeFaenger() { std::cout.rdbuf(alt_); }
+    std::string text() const { return puffer_.str(); }
+
+private:
+    std::ostringstream puffer_;
+    std::streambuf* alt_;
+};
+
+TEST(KdoKommando, SignatureWordsAreSeparatedByAnyWhiteSpace) {
+    MeldungsFaenger faenger;
+    KdoKommando k("lies", 3,
+                  "Enum{Intel,Motorola,Binaer} dateiTyp\t\t\t DateiName epromDatei\n"
+                  "BoolIntegerHex\tstartAdresse Ueberzaehlig wort",
+                  nullptr);
+    EXPECT_EQ(faenger.anzahl(), 0u);
+    EXPECT_EQ(k.pruefeOk(), 1);
+    EXPECT_EQ(k[0].liefereName(), "dateiTyp");
+    EXPECT_EQ(k[0].typText(), "Enum{Intel,Motorola,Binaer}");
+    EXPECT_EQ(k[1].liefereTyp(), KdoArgTyp::DateiName);
+    EXPECT_EQ(k[2].liefereName(), "startAdresse");
+    EXPECT_EQ(k[2].liefereTyp(), KdoArgTyp::BoolIntegerHex);
+}
+
+TEST(KdoKommando, BadSignaturesMakeTheCommandUnusable) {
+    struct {
+        const char* signatur;
+        std::uint16_t anzahl;
+        const char* detail;
+    } faelle[] = {
+        {"integer x", 1, "integer"},           // names are case-sensitive
+        {"Integer{x} x", 1, "Integer{x}"},     // braces only where a type takes them
+        {"Integer a Foo b", 2, "Foo"},
+        {"Integer ", 1, "falsche Anzahl Worte"},
+    };
+    for (const auto& f : faelle) {
+        MeldungsFaenger faenger;
+        KdoKommando k("cmd", f.anzahl, f.signatur, nullptr);
+        ASSERT_EQ(faenger.anzahl(), 1u) << f.signatur;
+        EXPECT_EQ(faenger.letzte().label, "CMD-INTERNAL-WRONGARG");
+        EXPECT_EQ(faenger.letzte().detail, f.detail);
+        EXPECT_EQ(faenger.letzte().funktion, "KdoKommando::KdoKommando");
+        faenger.leere();
+        // Every use reports, and the arguments give way to a dummy.
+        EXPECT_EQ(kdoLauf(k, "cmd(1)").labels, "CMD-INTERNAL-WRONGCMD");
+        faenger.leere();
+        EXPECT_EQ(k[0].liefereName(), "");
+        EXPECT_EQ(k[0].liefereTyp(), KdoArgTyp::RegExpr);
+        EXPECT_EQ(faenger.letzte().label, "CMD-INTERNAL-WRONGCMD");
+        EXPECT_EQ(faenger.letzte().detail, "cmd");
+    }
+}
+
+TEST(KdoKommando, LongWordsAreCutAndTheRestReadNext) {
+    MeldungsFaenger faenger;
+    const std::string name(40, 'n');
+    KdoKommando k("cmd", 2, ("Integer " + name).c_str(), nullptr);
+    // The name keeps 31 bytes; the rest is read as the next type word, which
+    // has no name behind it.
+    EXPECT_EQ(k.argument(0)->liefereName(), std::string(31, 'n'));
+    ASSERT_EQ(faenger.anzahl(), 1u);
+    EXPECT_EQ(faenger.letzte().detail, "falsche Anzahl Worte");
+    EXPECT_EQ(k.pruefeOk(), 0);
+}
+
+TEST(KdoKommando, TooFewPairsNeverCrash) {
+    auto k = std::make_unique<KdoKommando>("cmd", 2, "Integer a", nullptr);
+    MeldungsFaenger faenger;
+    EXPECT_EQ(k->argument(1), nullptr);
+    EXPECT_EQ(kdoLauf(*k, "cmd(1, 2)").ergebnis, 0);
+    EXPECT_EQ(k->operator[](1).liefereName(), "");
+}
+
+TEST(KdoKommando, IndexBeyondTheLastWarns) {
+    auto k = kdoKommando("Integer a Integer b");
+    MeldungsFaenger faenger;
+    EXPECT_EQ(&(*k)[7], k->argument(1));
+    ASSERT_EQ(faenger.anzahl(), 1u);
+    EXPECT_EQ(faenger.letzte().label, "CMD-INDEXCEEDED");
+    EXPECT_EQ(faenger.letzte().funktion, "KdoKommando::operator[ ]");
+    EXPECT_EQ(faenger.letzte().detail, "7");
+    EXPECT_EQ(faenger.letzte().level, 'W');
+
+    auto ohne = kdoKommando("");
+    EXPECT_EQ((*ohne)[0].liefereName(), "");   // the dummy
+}
+
+TEST(KdoKommando, ReadingACall) {
+    auto ohne = kdoKommando("", "g");
+    auto mit = kdoKommando("Integer a", "f");
+    struct {
+        KdoKommando* k;
+        const char* aufruf;
+        int ergebnis;
+        const char* labels;
+    } faelle[] = {
+        {ohne.get(), "g()", 1, ""},
+        {ohne.get(), "g( )", 1, ""},
+        {ohne.get(), "  g ( ) \n", 1, ""},
+        {ohne.get(), "g() ;", 1, ""},
+        {ohne.get(), "g();rest", 1, ""},
+        {ohne.get(), "g(1)", 0, "CMD-TOOMANYARG"},
+        {ohne.get(), "g() x", 0, "CMD-WRONGENDING"},
+        {ohne.get(), "g", 0, "CMD-ARGPARENTHESIS"},
+        {ohne.get(), "g x", 0, "CMD-WRONGCMD,CMD-WRONGCMD"},
+        {mit.get(), "f(1) ;", 1, ""},
+        {mit.get(), "f(1))", 0, "CMD-WRONGENDING"},
+        {mit.get(), "f(1,)", 0, "CMD-TOOMANYARG"},
+        {mit.get(), "f 1", 0, "CMD-WRONGCMD,CMD-WRONGCMD"},
+    };
+    for (const auto& f : faelle) {
+        AusgabeFaenger ausgabe;
+        const KdoLauf l = kdoLauf(*f.k, f.aufruf);
+        EXPECT_EQ(l.ergebnis, f.ergebnis) << f.aufruf;
+        EXPECT_EQ(l.labels, f.labels) << f.aufruf;
+        EXPECT_EQ(ausgabe.text(), "") << f.aufruf;
+    }
+    // Each message of the call's reading carries the text of the call.
+    const KdoLauf l = kdoLauf(*ohne, "g(1)");
+    EXPECT_EQ(l.meldungen[0].detail, "g(1)");
+    EXPECT_EQ(l.meldungen[0].funktion, "Kommando::interpretiere ");
+}
+
+// Commands registered by the test; the handler records what it read.
+struct Protokoll {
+    int aufrufe = 0;
+    KdoObjekt* objekt = nullptr;
+    KdoObjekt* aktuelles = nullptr;
+    std::string werte;
+};
+Protokoll protokoll;
+
+int kdoSetze(KdoObjekt& objekt, KdoKommando& k) {
+    ++protokoll.aufrufe;
+    protokoll.objekt = &objekt;
+    protokoll.aktuelles = k.liefereAktuellesObjekt();
+    std::ostringstream s;
+    s << std::hex << k[0].liefereArgWertIntHex() << ' ' << k[1].liefereArgWertBool();
+    if (k[1].liefereArgWertBool()) s << ' ' << k[1].liefereArgWertIntHex();
+    s << ' ' << k[2].liefereArgWertInt();
+    protokoll.werte = s.str();
+    return k[2].liefereArgWertInt() != 0 ? 1 : 0;
+}
+
+int kdoLeer(KdoObjekt&, KdoKommando&) {
+    ++protokoll.aufrufe;
+    return 1;
+}
+
+class ListenObjekt : public KdoObjekt {
+public:
+    explicit ListenObjekt(KdoListe* liste) : KdoObjekt("x"), liste_(liste) {}
+    KdoListe* liefereKdoListe() override { return liste_; }
+
+private:
+    KdoListe* liste_;
+};
+
+class KdoListeTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        protokoll = Protokoll();
+        MeldungsFaenger faenger;
+        liste.fuegeEin(new KdoKommando("setze", 3,
+                                       "IntegerHex\tstartAdresse\t\t\t BoolIntegerHex\tendAdresse\t\t\t "
+                                       "Enum{nein,ja} ok",
+                                       kdoSetze));
+        liste.fuegeEin(new KdoKommando("zeta", 0, "", kdoLeer));
+        liste.fuegeEin(new KdoKommando("Abc", 0, "", kdoLeer));
+        AnwKommando vorgabe("setze(0, /, ja)");
+        EXPECT_NE(liste.definiere(vorgabe), nullptr);
+        EXPECT_EQ(faenger.anzahl(), 0u);
+    }
+    int fuehreAus(const char* text) {
+        AnwKommando anw(text);
+        return objekt.fuehreAus(anw);
+    }
+    KdoListe liste{"L"};
+    ListenObjekt objekt{&liste};
+};
+
+TEST_F(KdoListeTest, HandlerReadsTheArgumentsOnItsObject) {
+    MeldungsFaenger faenger;
+    EXPECT_EQ(fuehreAus("setze(100, 1FF, ja)"), 1);
+    EXPECT_EQ(protokoll.werte, "100 1 1ff 1");
+    EXPECT_EQ(protokoll.objekt, &objekt);
+    EXPECT_EQ(protokoll.aktuelles, &objekt);
+    EXPECT_EQ(liste.liefereAktuellesObjekt(), &objekt);
+
+    EXPECT_EQ(fuehreAus("setze(10)"), 1);   // the rest from the defaults
+    EXPECT_EQ(protokoll.werte, "10 0 1");
+    EXPECT_EQ(fuehreAus("setze(10,,nein)"), 0);   // the handler's own failure
+    EXPECT_EQ(protokoll.aufrufe, 3);
+    EXPECT_EQ(faenger.anzahl(), 0u);
+}
+
+TEST_F(KdoListeTest, FailedReadingNeverRunsTheHandler) {
+    Tabulator tab;
+    dokPosition = &tab;
+    MeldungsFaenger faenger;
+    AusgabeFaenger ausgabe;
+    EXPECT_EQ(fuehreAus("setze(xyz)"), 0);
+    EXPECT_EQ(fuehreAus("setze ?"), 0);
+    EXPECT_EQ(fuehreAus("setze?"), 0);
+    EXPECT_EQ(fuehreAus("?"), 0);
+    EXPECT_EQ(fuehreAus("liess(1)"), 0);
+    EXPECT_EQ(protokoll.aufrufe, 0);
+    EXPECT_EQ(kdoLabels(faenger.meldungen()), "CMD-WRONGARG,CMD-NOSUCHCMD");
+    EXPECT_EQ(faenger.letzte().detail, "liess in L");
+    EXPECT_EQ(faenger.letzte().funktion, "KdoListe::interpretiere ");
+    EXPECT_NE(ausgabe.text().find("\nKommandoliste L\nAbc\nsetze\nzeta\n"), std::string::npos)
+        << ausgabe.text();
+    dokPosition = nullptr;
+}
+
+TEST_F(KdoListeTest, PseudoObjectHasNoCommands) {
+    KdoObjekt pseudo("p");
+    AnwKommando anw("zeta()");
+    EXPECT_EQ(pseudo.fuehreAus(anw), 0);
+    EXPECT_EQ(protokoll.aufrufe, 0);
+}
+
+class HilfeTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        tab.setzeStops(10, {10, 25, 45});
+        tab.setzeUmbruch(1);
+        dokPosition = &tab;
+    }
+    void TearDown() override { dokPosition = nullptr; }
+    Tabulator tab;
+};
+
+TEST_F(HilfeTest, HelpListsTypeNameAndDefaultInColumns) {
+    auto k = kdoKommando("IntegerHex startAdresse BoolIntegerHex endAdresse Enum{Intel,Motorola,Binaer} t",
+                         "setze");
+    kdoLauf(*k, "setze(1F, /, Binaer)", 1);
+    std::ostringstream s;
+    k->anzeige(s);
+    const std::string b10(10, ' ');
+    EXPECT_EQ(s.str(), "setze\n" +
+                           b10 + "IntegerHex" + std::string(5, ' ') + "startAdresse" + std::string(8, ' ') + "1F\n" +
+                           b10 + "BoolIntegerHex" + " " + "endAdresse" + b10 + "/\n" +
+                           // a type beyond the next stop wraps to a new line
+                           b10 + "Enum{Intel,Motorola,Binaer}\n" + std::string(25, ' ') + "t" +
+                           std::string(19, ' ') + "Binaer\n");
+}
+
+TEST_F(HilfeTest, QuestionMarkPrintsHelpInsteadOfRunning) {
+    auto k = kdoKommando("Integer a", "f");
+    AusgabeFaenger ausgabe;
+    EXPECT_EQ(kdoLauf(*k, "f ?").ergebnis, 0);
+    EXPECT_EQ(kdoLauf(*k, "f?").labels, "");
+    EXPECT_EQ(ausgabe.text(), "f\n" + std::string(10, ' ') + "Integer" + std::string(8, ' ') + "a" +
+                                  std::string(19, ' ') + "0\n" + "f\n" + std::string(10, ' ') + "Integer" +
+                                  std::string(8, ' ') + "a" + std::string(19, ' ') + "0\n");
+}
+
+TEST(KdoKommandoTod, HelpWithoutTabulatorStops) {
+    auto k = kdoKommando("Integer a", "f");
+    std::ostringstream s;
+    EXPECT_DEATH(k->anzeige(s), "dokPosition != NULL");
+}
+
+}  // namespace
