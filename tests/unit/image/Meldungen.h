@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "reporting/BearbeitungsFortschritt.h"
 #include "reporting/Fehler.h"
 
 namespace bildtest {
@@ -34,9 +35,21 @@ inline void nimmAuf(Fehler& f, int art) {
     }
 }
 
+// Progress marks would only clutter the test output.
+class StilleAnzeige : public BearbeitungsAnzeige {
+public:
+    void starteAbs(const String&) override {}
+    void starteRel(dataInteger, const String&) override {}
+    void weiter(dataInteger) override {}
+    void beende() override {}
+};
+inline std::unique_ptr<BearbeitungsAnzeige> stilleFabrik() { return std::make_unique<StilleAnzeige>(); }
+
 class MitMeldungen : public ::testing::Test {
 protected:
     void SetUp() override {
+        alteFabrik = BearbeitungsFortschritt::standardFabrik;
+        BearbeitungsFortschritt::standardFabrik = stilleFabrik;
         Fehler::init();
         Fehler::fehlerPrefix = "%KIV-";
         Fehler::fehlerAusgabeRoutine = nimmAuf;
@@ -44,6 +57,7 @@ protected:
         konsole = &ausgabe;
     }
     void TearDown() override {
+        BearbeitungsFortschritt::standardFabrik = alteFabrik;
         Fehler::zusatzZeile = nullptr;
         aufnahme = nullptr;
         konsole = nullptr;
@@ -84,6 +98,7 @@ protected:
     }
     static bool gibtEs(const std::string& n) { return std::ifstream(n).good(); }
 
+    BearbeitungsAnzeigeFabrik alteFabrik = nullptr;
     std::vector<Meldung> meldungen;
     std::string ausgabe;
     std::vector<std::string> dateien;

@@ -1,0 +1,201 @@
+// The line codecs: decoding, the exact line messages, extended address
+// records (with the kept "100" checksum), the windows of data records, and
+// the records as written.
+#include "image/HexZeile.h"
+
+#include <sstream>
+
+#include "Meldungen.h"
+#include "image/Eprom.h"
+
+using bildtest::MitMeldungen;
+
+namespace {
+
+class HexZeileTest : public MitMeldungen {
+protected:
+    std::uint8_t byteAn(Eprom& e, adrInteger a) {
+        std::uint8_t b = 0;
+        e.liefereByte(a, b, 0);
+        return b;
+    }
+};
+
+TEST_F(HexZeileTest, IntelDecodesEndRecordAndSkipsWhiteSpace) {
+    IntelHexZeileEnde ende(":00000001FF");
+    ASSERT_EQ(ende.zerlege(), 1);
+    EXPECT_EQ(ende.anzahl, 0u);
+    EXPECT_EQ(ende.adresse, 0u);
+    EXPECT_EQ(ende.typ, 1u);
+
+    IntelHexZeileDaten d(":02 1234 00 ab CD\t40\r");
+    ASSERT_EQ(d.zerlege(), 1);
+    EXPECT_EQ(d.adresse, 0x1234u);
+    EXPECT_EQ(d.daten[0], 0xAB);
+    EXPECT_EQ(d.daten[1], 0xCD);
+    EXPECT_TRUE(meldungen.empty());
+}
+
+TEST_F(HexZeileTest, IntelLineMessages) {
+    EXPECT_EQ(IntelHexZeile(":10").zerlege(), 0);
+    EXPECT_TRUE(meldungen.empty()) << "a short Intel line is refused silently";
+
+    EXPECT_EQ(IntelHexZeile(":030000000102FA").zerlege(), 0);
+    ASSERT_EQ(meldungen.size(), 1u);
+    EXPECT_EQ(meldungen[0].label, "HEXFILE-BYTECOUNT");
+    EXPECT_EQ(meldungen[0].funktion, "IntelHexZeile::zerlege");
+    EXPECT_EQ(meldungen[0].level, 'W');
+    EXPECT_EQ(meldungen[0].detail, "030000000102FA\n    2 != 3");
+
+    IntelHexZeile falsch(":0100000041BF");
+    EXPECT_EQ(falsch.zerlege(), 0);
+    EXPECT_EQ(meldungen[1].label, "HEXFILE-CHKSUM");
+    EXPECT_EQ(meldungen[1].detail, "0100000041BF\n    be != bf") << "computed value first";
+    EXPECT_EQ(falsch.daten[0], 0x41) << "the data stay decoded";
+
+    EXPECT_EQ(IntelHexZeile(":10010000G0000000000000000000000000000000").zerlege(), 0);
+    EXPECT_EQ(meldungen[2].label, "HEXFILE-NOINTEL-FMT");
+    EXPECT_EQ(meldungen[2].detail, "10010000");
+}
+
+TEST_F(HexZeileTest, IntelExtendedAddressRecords) {
+    adrInteger basis = 77;
+    EXPECT_EQ(IntelHexZeileSegment(":020000020000FC").liefereBasis(basis), 1);
+    EXPECT_EQ(basis, 0u);
+    IntelHexZeileSegment(":020000021000EC").liefereBasis(basis);
+    EXPECT_EQ(basis, 0x10000u);
+    IntelHexZeileLinear(":020000040001F9").liefereBasis(basis);
+    EXPECT_EQ(basis, 0x10000u);
+    EXPECT_EQ(IntelHexZeileLinear(":020000040001F8").liefereBasis(basis), 0);
+    EXPECT_EQ(basis, 0u) << "a damaged record gives base 0";
+
+    std::ostringstream o;
+    schreibeSegmentZeile(o, 0x10000, basis);
+    EXPECT_EQ(basis, 0x10000u);
+    schreibeLinearZeile(o, 0x12345678, basis);
+    EXPECT_EQ(basis, 0x12340000u);
+    schreibeSegmentZeile(o, 0, basis);
+    schreibeLinearZeile(o, 0, basis);
+    EXPECT_EQ(o.str(), ":020000021000EC\n:020000041234B4\n:020000020000FC\n:020000040000FA\n");
+}
+
+TEST_F(HexZeileTest, LinearRecordWithChecksumHundredIsKept) {
+    std::ostringstream o;
+    adrInteger basis;
+    schreibeLinearZeile(o, 0x00FA0000, basis);
+    EXPECT_EQ(o.str(), ":0200000400FA100\n");
+    std::string zeile = o.str().substr(0, o.str().size() - 1);
+    EXPECT_EQ(IntelHexZeileLinear(zeile).liefereBasis(basis), 0) << "and the reader refuses it";
+    EXPECT_EQ(meldungen.back().label, "HEXFILE-BYTECOUNT");
+}
+
+TEST_F(HexZeileTest, IntelDataWindows) {
+    Eprom e;
+    // 16 bytes at 0x0FF8, window 0x1000..0x1003: only four of them land.
+    std::string z = ":100FF800000102030405060708090A0B0C0D0E0F71";
+    adrInteger lo = 0x1000, hi = 0x1003;
+    ASSERT_EQ(IntelHexZeileDaten(z).speichere(e, 0, &lo, &hi, nullptr), 1);
+    EXPECT_EQ(e.liefereAnfAdr(), 0x1000u);
+    EXPECT_EQ(e.liefereEndAdr(), 0x1003u);
+    EXPECT_EQ(byteAn(e, 0x1000), 0x08);
+
+    // With the file address 0x8000 moved onto 0x1000.
+    Eprom f;
+    adrInteger ext = 0x8000;
+    IntelHexZeileDaten(":01800000423D").speichere(f, 0, &lo, &hi, &ext);
+    EXPECT_EQ(byteAn(f, 0x1000), 0x42);
+    IntelHexZeileDaten(":0110000042AD").speichere(f, 0, &lo, &hi, &ext);
+    EXPECT_EQ(f.liefereEndAdr(), 0x1000u) << "file address 0x1000 lies outside the window";
+
+    // The extended base is added.
+    Eprom g;
+    IntelHexZeileDaten(":0100100042AD").speichere(g, 0x20000, nullptr, nullptr, nullptr);
+    EXPECT_EQ(byteAn(g, 0x20010), 0x42);
+
+    // A refused byte makes the result 0, the others are stored.
+    Eprom fest;
+    fest.definiereBereich(0x11, 0x11);
+    EXPECT_EQ(IntelHexZeileDaten(":02001000AABB89").speichere(fest, 0, nullptr, nullptr, nullptr), 0);
+    EXPECT_EQ(byteAn(fest, 0x11), 0xBB);
+}
+
+TEST_F(HexZeileTest, IntelDataRecordAsWritten) {
+    Eprom e;
+    e.setzeByte(0x1234, 0xAB);
+    e.setzeByte(0x1235, 0xCD);
+    std::ostringstream o;
+    EXPECT_EQ(IntelHexZeileDaten().schreibe(o, e, 0x1234, 3, 0, nullptr, nullptr), 1);
+    adrInteger anf = 0x1234, ext = 0x11230;
+    EXPECT_EQ(IntelHexZeileDaten().schreibe(o, e, 0x1234, 2, 0x10000, &anf, &ext), 1);
+    EXPECT_EQ(o.str(), ":03123400ABCD003F\n:02123000ABCD44\n");
+    Eprom fest;
+    fest.definiereBereich(0, 0);
+    std::ostringstream p;
+    EXPECT_EQ(IntelHexZeileDaten().schreibe(p, fest, 0, 2, 0, nullptr, nullptr), 0);
+    EXPECT_EQ(p.str(), ":020000000000FE\n") << "a refused byte is written as 0";
+}
+
+TEST_F(HexZeileTest, MotorolaDecodesAndReports) {
+    MotorolaHexZeileS1 leer("S1030000FC");
+    EXPECT_EQ(leer.zerlege(), 1);
+    EXPECT_EQ(leer.anzahl, 0);
+    MotorolaHexZeileS3 s3("s3 07 12345678 AB CD 6C");
+    ASSERT_EQ(s3.zerlege(), 1) << "lower case and blanks";
+    EXPECT_EQ(s3.adresse, 0x12345678u);
+    EXPECT_EQ(s3.daten[1], 0xCD);
+    EXPECT_TRUE(meldungen.empty());
+
+    EXPECT_EQ(MotorolaHexZeileS1("S1").zerlege(), 0);
+    ASSERT_EQ(meldungen.size(), 1u);
+    EXPECT_EQ(meldungen[0].label, "HEXFILE-NOMOTOROLA-FMT");
+    EXPECT_EQ(meldungen[0].funktion, "MotorolaHexZeile::zerlege");
+    EXPECT_EQ(meldungen[0].detail, "");
+
+    EXPECT_EQ(MotorolaHexZeileS1("S104000041BB").zerlege(), 0);
+    EXPECT_EQ(meldungen[1].label, "HEXFILE-CHKSUM");
+    EXPECT_EQ(meldungen[1].detail, "104000041BB\n    bb != ba") << "value read first";
+
+    EXPECT_EQ(MotorolaHexZeileS1("S105000041BA").zerlege(), 0);
+    EXPECT_EQ(meldungen[2].label, "HEXFILE-BYTECOUNT");
+    EXPECT_EQ(meldungen[2].detail, "105000041BA\n    1 != 2");
+
+    EXPECT_EQ(MotorolaHexZeileS1("S5030001FB").zerlege(), 0);
+    EXPECT_EQ(meldungen[3].label, "HEXFILE-NOMOTOROLA-FMT");
+    EXPECT_EQ(MotorolaHexZeileS1("S10300x0FC").zerlege(), 0);
+    EXPECT_EQ(meldungen[4].detail, "10300");
+}
+
+TEST_F(HexZeileTest, MotorolaWindowIsOneOfImageAddresses) {
+    Eprom e;
+    adrInteger lo = 0x1001, hi = 0x1002, ext = 0x8000;
+    // File 0x8000..0x8003 maps to image 0x1001..0x1004; only two land.
+    EXPECT_EQ(MotorolaHexZeileS1("S1078000010203046E").speichere(e, &lo, &hi, &ext), 1);
+    EXPECT_EQ(e.liefereAnfAdr(), 0x1001u);
+    EXPECT_EQ(e.liefereEndAdr(), 0x1002u);
+    std::uint8_t b;
+    e.liefereByte(0x1002, b, 0);
+    EXPECT_EQ(b, 2);
+}
+
+TEST_F(HexZeileTest, MotorolaRecordsAsWritten) {
+    std::ostringstream o;
+    MotorolaHexZeileKopf kopf;
+    ASSERT_EQ(kopf.zerlege(), 1);
+    kopf.schreibe(o);
+    MotorolaHexZeileS9().schreibe(o);
+    MotorolaHexZeileS8().schreibe(o);
+    MotorolaHexZeileS7().schreibe(o);
+    EXPECT_EQ(o.str(), "S00600004844521B\nS9030000FC\nS804000000FB\nS70500000000FA\n");
+
+    Eprom e;
+    e.setzeByte(0x10, 0x41);
+    std::ostringstream d;
+    MotorolaHexZeileS1().schreibe(d, e, 0x10, 0x0000, 1);
+    MotorolaHexZeileS2().schreibe(d, e, 0x10, 0x123456, 1);
+    MotorolaHexZeileS3().schreibe(d, e, 0x10, 0x12345678, 1);
+    EXPECT_EQ(d.str(), "S104000041BA\nS205123456411D\nS3061234567841A4\n");
+    EXPECT_EQ(MotorolaHexZeileS2("S205123456411D").zerlege(), 1);
+    EXPECT_EQ(MotorolaHexZeileS3("S3061234567841A4").zerlege(), 1);
+}
+
+}  // namespace
