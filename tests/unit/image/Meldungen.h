@@ -80,6 +80,14 @@ protected:
         return r;
     }
 
+    // The k-th last message apart from the S-level file messages.
+    const Meldung& letzte(std::size_t k = 0) const {
+        static const Meldung keine{};
+        for (auto it = meldungen.rbegin(); it != meldungen.rend(); ++it)
+            if (it->level != 'S' && k-- == 0) return *it;
+        return keine;
+    }
+
     std::string datei(const std::string& name) {
         std::string n = "image_test_" + name;
         dateien.push_back(n);
