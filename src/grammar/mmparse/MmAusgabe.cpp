@@ -99,6 +99,12 @@ std::int32_t kopiere(Pos von, Pos bis) {
         mm.ausPos += n;
         return kWeiter;
     }
+    if (!mm.optTrace) {
+        const auto n = static_cast<std::size_t>(bis - von);
+        if (std::fwrite(mm.daten + (von - mm.basis), 1, n, mm.objStrom) != n) return MM_CANTWRITE;
+        mm.ausPos += bis - von;
+        return kWeiter;
+    }
     for (Pos p = von; p < bis; ++p) {
         std::int32_t r = schreibeNutz(subjektByte(p));
         if (r != kWeiter) return r;
@@ -231,10 +237,9 @@ std::int32_t flush(std::int32_t bis) {
         mm.ausPos += n;
         return kWeiter;
     }
-    for (Pos i = 0; i < n; ++i) {
-        if (std::putc(mm.daten[i], mm.objStrom) == EOF) return MM_CANTWRITE;
-        ++mm.ausPos;
-    }
+    if (n > 0 && std::fwrite(mm.daten, 1, static_cast<std::size_t>(n), mm.objStrom) != static_cast<std::size_t>(n))
+        return MM_CANTWRITE;
+    mm.ausPos += n;
     return kWeiter;
 }
 

@@ -378,10 +378,18 @@ std::int32_t oeffneRegel() {
     const Byte* offen = mm.pat;
     if (mm.notPending) return fehler(MM_ILLEGALNOT, offen);
     const Byte* name = offen + 1;
-    std::int32_t n = namenLaenge(name);
-    if (n == 0 || name[n] != '>') return fehler(MM_ILLEGALSYM, offen);
-    const Byte* body = indexSuche(name, n);
-    if (!body) return fehler(MM_UNDEFINEDSYM, offen);
+    // A call site names the same rule every time: look it up once.
+    std::int32_t& bekannt = groesseCache(mm.regelBody)[static_cast<std::size_t>(offen - mm.grammar)];
+    const std::int32_t n = namenLaenge(name);
+    const Byte* body;
+    if (bekannt >= 0) {
+        body = mm.grammar + bekannt;
+    } else {
+        if (n == 0 || name[n] != '>') return fehler(MM_ILLEGALSYM, offen);
+        body = indexSuche(name, n);
+        if (!body) return fehler(MM_UNDEFINEDSYM, offen);
+        bekannt = static_cast<std::int32_t>(body - mm.grammar);
+    }
     for (std::int32_t k = mm.cur; k > 0 && frame(k).subjectStart == mm.subj; k = frame(k).parent) {
         if (frame(k).patternStart == body) return fehler(MM_LEFTRECURSION, offen);
     }

@@ -128,6 +128,7 @@ struct Zustand {
     std::vector<std::int32_t> mengenEnde;    // '[' offset -> ']' offset
     std::vector<std::int32_t> mengenTabelle; // '[' offset -> index into tabellen
     std::vector<signed char> tabellen;       // 256 per set: -1 unknown, 0, 1
+    std::vector<std::int32_t> regelBody;     // '<' offset -> offset of the rule's body
 };
 
 extern Zustand mm;

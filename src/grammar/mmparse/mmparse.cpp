@@ -68,6 +68,7 @@ void setzeZurueck() {
     mm.mengenEnde.clear();
     mm.mengenTabelle.clear();
     mm.tabellen.clear();
+    mm.regelBody.clear();
 }
 
 std::int32_t begrenze(Pos n) {
@@ -109,6 +110,7 @@ std::int32_t raeumeAuf(std::int32_t code, Pos pos, std::int32_t* position, void*
     std::vector<std::int32_t>().swap(mm.mengenEnde);
     std::vector<std::int32_t>().swap(mm.mengenTabelle);
     std::vector<signed char>().swap(mm.tabellen);
+    std::vector<std::int32_t>().swap(mm.regelBody);
     return code;
 }
 

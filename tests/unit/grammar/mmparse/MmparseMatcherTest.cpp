@@ -24,7 +24,9 @@ void pruefe(const Fall* faelle, std::size_t n) {
         } else {
             EXPECT_EQ(l.ergebnis, 0);
         }
-        if (f.position != -1) EXPECT_EQ(l.position, f.position);
+        if (f.position != -1) {
+            EXPECT_EQ(l.position, f.position);
+        }
     }
 }
 
