@@ -15,7 +15,9 @@ KdoListe::~KdoListe() = default;
 void KdoListe::fuegeEin(KdoKommando* kommando) {
     if (!kommando) return;
     kommando->setzeListe(this);
-    kommandos_.anfuegeElement(kommando, 1);
+    // A second command of the same name is refused ("LIST-ELEDOUBLE"); the
+    // list owns what it is given, so the refused one goes.
+    if (!kommandos_.anfuegeElement(kommando, 1)) delete kommando;
 }
 
 KdoKommando* KdoListe::definiere(AnwKommando& anwKommando) {

@@ -25,7 +25,8 @@ public:
 
     String liefereName() const override { return name_; }
 
-    // Takes the command over and makes this list its owner.
+    // Takes the command over and makes this list its owner; a command whose
+    // name is taken is reported and deleted.
     void fuegeEin(KdoKommando* kommando);
     // Reads the default values of a command from a default line.
     KdoKommando* definiere(AnwKommando& anwKommando);

@@ -151,8 +151,9 @@ const KdoObjektPfad::Element& KdoObjektPfad::operator[](int i) const {
 
 KdoBaum::KdoBaum(KdoObjektBasis* wurzelObjekt, KdoRelation relation, KdoVergleich vergleich,
                  KdoVergleich namensVergleich, KdoLoesche loesche)
-    : relation_(relation), vergleich_(vergleich), namensVergleich_(namensVergleich),
-      loesche_(loesche) {
+    : relation_(relation ? relation : kdoRelation), vergleich_(vergleich ? vergleich : kdoVergleich),
+      namensVergleich_(namensVergleich ? namensVergleich : kdoNamensVergleich),
+      loesche_(loesche ? loesche : kdoLoesche) {
     wurzel_ = new KdoBaumKnoten;
     wurzel_->objekt = wurzelObjekt;
     aktuell_ = wurzel_;

@@ -97,6 +97,7 @@ void kdoLoesche(KdoObjektBasis* a);                            // clears the ful
 
 class KdoBaum {
 public:
+    // A null operation stands for the standard one above.
     KdoBaum(KdoObjektBasis* wurzelObjekt, KdoRelation relation, KdoVergleich vergleich,
             KdoVergleich namensVergleich, KdoLoesche loesche);
     KdoBaum(const KdoBaum&) = delete;

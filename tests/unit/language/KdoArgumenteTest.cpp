@@ -120,6 +120,8 @@ const Fall wahrheitUndTexte[] = {
     {"String s", "f(\"a b\")", 1, "a b", ""},
     {"String s", "f(\"a\nb\")", 0, "", "CMD-WRONGARG-TOOLONG"},
     {"String s", "f(\"a\\\nb\")", 1, "ab", ""},
+    // A default written over two lines: backslash and line end vanish.
+    {"String format", "f(\"<Bytes\\\\\\\"<> \\\">\\\n\")", 1, "<Bytes\\\"<> \">", ""},
     {"RegExpr r", "f(\"[a-z]*\")", 1, "[a-z]*", ""},
     {"RegExpr r", "f([a-z]*)", 0, nullptr, "CMD-WRONGARG"},
 

@@ -242,6 +242,19 @@ TEST_F(KdoListeTest, PseudoObjectHasNoCommands) {
     EXPECT_EQ(protokoll.aufrufe, 0);
 }
 
+TEST(KdoListe, SecondCommandOfTheSameNameIsRefused) {
+    protokoll = Protokoll();
+    MeldungsFaenger faenger;
+    KdoListe liste("L");
+    liste.fuegeEin(new KdoKommando("a", 0, "", kdoLeer));
+    liste.fuegeEin(new KdoKommando("a", 0, "", nullptr));
+    EXPECT_EQ(faenger.letzte().label, "LIST-ELEDOUBLE");
+    ListenObjekt objekt(&liste);
+    AnwKommando anw("a()");
+    EXPECT_EQ(objekt.fuehreAus(anw), 1);
+    EXPECT_EQ(protokoll.aufrufe, 1);
+}
+
 class HilfeTest : public ::testing::Test {
 protected:
     void SetUp() override {
