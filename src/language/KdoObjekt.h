@@ -26,7 +26,7 @@ public:
     virtual ~KdoObjektBasis();
 
     virtual KdoListe* liefereKdoListe() = 0;
-    virtual const String& liefereName() const = 0;
+    virtual String liefereName() const = 0;
     virtual const String& liefereKdoOTyp() const = 0;
     virtual const String& liefereZusatzTyp() const = 0;
     virtual String liefereVollenNamen() const { return vollerName; }
@@ -47,7 +47,7 @@ public:
     ~KdoObjekt() override = default;
 
     KdoListe* liefereKdoListe() override { return nullptr; }
-    const String& liefereName() const override { return name; }
+    String liefereName() const override { return name; }
     const String& liefereKdoOTyp() const override;
     const String& liefereZusatzTyp() const override;
 
