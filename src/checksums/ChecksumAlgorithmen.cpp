@@ -354,7 +354,7 @@ void Crc32Rechner::nimmNullen(std::uint64_t anzahl)
 // ---------------------------------------------------------------------------
 // Crc16Rechner
 
-Crc16Rechner::Crc16Rechner(std::uint16_t polynom) : polynom_(polynom)
+Crc16Rechner::Crc16Rechner(std::uint16_t polynom)
 {
     if (polynom == 0x1021)
         tabellen_ = &crc16Tab1021;

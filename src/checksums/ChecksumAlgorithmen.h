@@ -104,7 +104,6 @@ public:
     struct Tabellen;
 
 private:
-    std::uint16_t polynom_;
     std::uint16_t register_ = 0;
     const Tabellen* tabellen_;
     std::unique_ptr<Tabellen> eigene_;   // for a polynomial without a ready table

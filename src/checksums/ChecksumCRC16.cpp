@@ -12,7 +12,7 @@ ChecksumCRC16::ChecksumCRC16(adrInteger anfAdr, adrInteger endAdr, int swap, std
 
 String ChecksumCRC16::liefereName() const
 {
-    return polynom == 0xA001 ? "Checksumme CRC16" : "Checksumme CRC16 CCITT";
+    return SprachText(polynom == 0xA001 ? "Checksumme CRC16" : "Checksumme CRC16 CCITT");
 }
 
 std::uint16_t ChecksumCRC16::liefereGroesse() const

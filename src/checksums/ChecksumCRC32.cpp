@@ -12,7 +12,7 @@ ChecksumCRC32::ChecksumCRC32(adrInteger anfAdr, adrInteger endAdr, int swap)
 
 String ChecksumCRC32::liefereName() const
 {
-    return "Checksumme CRC32";
+    return SprachText("Checksumme CRC32");
 }
 
 std::uint16_t ChecksumCRC32::liefereGroesse() const

@@ -9,7 +9,7 @@ ChecksumSiemens::ChecksumSiemens(adrInteger anfAdr, adrInteger endAdr) : Checksu
 
 String ChecksumSiemens::liefereName() const
 {
-    return "Checksumme Siemens";
+    return SprachText("Checksumme Siemens");
 }
 
 std::uint16_t ChecksumSiemens::liefereGroesse() const

@@ -36,7 +36,7 @@ ChecksumStandard::ChecksumStandard(int kompensierung, adrInteger anfAdr, adrInte
 
 String ChecksumStandard::liefereName() const
 {
-    return "Checksumme Standard";
+    return SprachText("Checksumme Standard");
 }
 
 std::uint16_t ChecksumStandard::liefereGroesse() const

@@ -18,7 +18,7 @@ Checksumme::~Checksumme() = default;
 
 String Checksumme::liefereName() const
 {
-    return "Checksumme";
+    return SprachText("Checksumme");
 }
 
 std::uint16_t Checksumme::liefereGroesse() const
