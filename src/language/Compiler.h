@@ -1,0 +1,182 @@
+// Compiler: the engine of the command language.
+//
+// The parser of KdoParser with its semantic actions: it runs user commands on
+// command objects, moves in the object tree, keeps the definitions of a
+// procedure ('p0' to 'p9' and those made by `x=holeParameter(n)` or
+// `x=liefereName()`) and holds the error control that decides whether a
+// failed line ends a procedure.
+//
+// A Compiler is made afresh for every procedure run and every single line;
+// its definitions are local to it. `compileStream` compiles and runs one
+// logical line. The static drivers run a procedure file or standard input
+// (`ausfuehreBatch`) and one line (`ausfuehreZeile`):
+//
+//   DynArray<String> p;  p[0] = "a.hex";
+//   int status = Compiler::ausfuehreBatch("proc.kiv", &p, 1);
+//   if (Compiler::liefereLaufStatus() == Compiler::LAUF_ABGEBROCHEN) ...
+//
+// The status values below, and `aktuelleZeile`, are process-wide: a nested
+// `ausfuehre` runs a further Compiler inside an action of the outer one, and
+// both must see the same request to leave.
+//
+// Covered by tests/unit/language/CompilerTest.cpp, CompilerFehlerTest.cpp
+// and CompilerBatchTest.cpp.
+#pragma once
+
+#include <iosfwd>
+#include <memory>
+
+#include "foundation/DynArray.h"
+#include "foundation/Liste.h"
+#include "foundation/String.h"
+#include "foundation/Typen.h"
+#include "language/KdoParser.h"
+
+// The text of the logical line being run, ending in a newline.
+extern String aktuelleZeile;
+
+// One definition of a procedure: the quoted key, as 'p0', and its value.
+class KdoDefinition : public ListenElement {
+public:
+    KdoDefinition(const String& schluessel, const String& wert) : schluessel_(schluessel), wert(wert) {}
+    String liefereName() const override { return schluessel_; }
+
+private:
+    String schluessel_;
+
+public:
+    String wert;
+};
+
+class Compiler : public KdoParser {
+public:
+    // Values of `compilerStatus` and `funktionswertStatus`; also the values
+    // of `steuerung` in the grammar and of the error control.
+    static constexpr dataInteger STATUS_KEIN = 0;
+    static constexpr dataInteger STATUS_RETURN = 1;
+    static constexpr dataInteger STATUS_RETURN_MAIN = 2;
+    static constexpr dataInteger STATUS_EXIT = 3;
+    // Values of `laufStatus`.
+    static constexpr dataInteger LAUF_NORMAL = 3;
+    static constexpr dataInteger LAUF_ABGEBROCHEN = 4;
+    // Longest physical input line; the rest is read as the next line.
+    static constexpr int MAX_ZEILENLAENGE = 510;
+
+    // `parameter` may be null. Copies the parameters, sets the process-wide
+    // statuses to 0, 0, 3, and defines 'p0' to 'p9' (more if more are given;
+    // the unset ones empty). Leaves the scanner in mode 2.
+    Compiler(DynArray<String>* parameter, int anzahl);
+    ~Compiler() override;
+
+    // Compiles and runs one logical line from `strom`; `name` is the source
+    // name for messages (empty for interactive lines), `zeile` the number of
+    // the first line. Afterwards the pending status of the reporter decides
+    // whether the line counts as aborted. Returns 1 after a syntax error.
+    int compileStream(const String& name, std::istream& strom, dataInteger zeile);
+
+    // Runs the procedure `dateiName`, or standard input when it is empty,
+    // with `anzahl` parameters. Returns `compilerStatus`: 0 normal end (also
+    // when the file can not be opened), 2 `returnMain`, 3 `exit` or an abort
+    // with that status.
+    static int ausfuehreBatch(const String& dateiName, DynArray<String>* parameter, int anzahl);
+    // Runs one line (which should end in a newline) without parameters.
+    // Returns `compilerStatus`.
+    static int ausfuehreZeile(const String& zeile);
+    // LAUF_ABGEBROCHEN when the error control ended the last line compiled.
+    static int liefereLaufStatus() { return laufStatus; }
+
+    // Replaces every key of the definitions in `zeile` by its value. The
+    // three characters "\^'" stand for a plain apostrophe that no key can
+    // use, so they protect a quoted word from replacement.
+    String ersetzeDefinitionen(const String& zeile) const;
+
+    // What the statements `ausfuehreTrans` and `umsetze` collected.
+    const String& liefereDateiName() const { return dateiName; }
+    const String& liefereGrammatikName() const { return grammatikName; }
+    const String& liefereZielName() const { return zielName; }
+    const String& liefereWort() const { return wort; }
+    DynArray<String>* liefereNeueParameter() const { return neueParameter.get(); }
+    dataInteger liefereAnzahlNeueParameter() const { return anzahlNeueParameter; }
+    // The value of a definition by its key (as "'p1'"), or null.
+    const String* liefereDefinition(const String& schluessel) const;
+
+    // Process-wide state of the language, shared by nested compilers.
+    static dataInteger compilerStatus;       // request to leave: STATUS_...
+    static dataInteger funktionswertStatus;  // status taken when a user command fails
+    static dataInteger laufStatus;           // LAUF_NORMAL or LAUF_ABGEBROCHEN
+
+    // The parser's hooks and semantic actions; see KdoParser.
+    void errorMessage() override;
+
+    void anzeigeImFehlerfall() override;
+    void anzeigeKdoObjekte() override;
+    void ausfuehre() override;
+    void exeOhneObjekt() override;
+    void exeMitObjekt() override;
+    void hilfeAllgemein() override;
+    void imFehlerfallSetzen() override;
+    void funktionswertSetzen() override;
+    void ausfuehreKdoOTypCheck() override;
+    void hilfeOhneObjekt() override;
+    void hilfeMitObjekt() override;
+    void ausfuehreTransDat() override;
+    void ausfuehreTransOSp() override;
+    void hilfeAnzeigeImFehlerfall() override;
+    void hilfeAnzeigeKdoObjekte() override;
+    void hilfeAusfuehreTrans() override;
+    void hilfeAusfuehre() override;
+    void hilfeExit() override;
+    void hilfeImFehlerfall() override;
+    void hilfeKdoOTypCheck() override;
+    void hilfeUmsetze() override;
+    void parameterLoeschen() override;
+    void insertParam() override;
+    void kdooVater() override;
+    void kdooGeschwister() override;
+    void kdooSohn() override;
+    void imFehlerfallLoeschen() override;
+    void funktionswertLoeschen() override;
+    void modusNormal() override;
+    void modusText() override;
+    void statusExit() override;
+    void statusReturn() override;
+    void statusReturnMain() override;
+    void modusZahl() override;
+    void merkeWort() override;
+    void merkeZahl() override;
+    void setzeAktKdoObjekt() override;
+    void merkeZiel() override;
+    void merkeParameter() override;
+    void merkeDatei() override;
+    void merkeGrammatik() override;
+    void setzeName() override;
+    void umsetzeDat() override;
+    void umsetzeOSp() override;
+
+protected:
+    // Runs the user command in `aktuelleZeile`: with `mitObjekt` 1 on the
+    // object named before the first ":", else on the current object. With
+    // `setzeAktuell` 1 the named object becomes the current one.
+    void ausfuehreExeKommando(int mitObjekt, int setzeAktuell);
+    // The general help, the current object's full name, and its command list.
+    void hilfe(int mitObjekt);
+    void hilfeMitListe();
+    void statusExitDirekt();
+
+private:
+    // Inserts the key 'wort' with `wert`; warns and keeps the old value if
+    // the key is taken. 1 if inserted.
+    int definiere(const String& wert);
+
+    ListeSort definitionen;   // of KdoDefinition, owning
+    dataInteger zahl = 0;
+    String wort;              // at most 1023 bytes
+    String dateiName;
+    String grammatikName;
+    String zielName;
+    String letztesObjekt;
+    dataInteger anzahlNeueParameter = 0;
+    dataInteger anzahlParameter = 10;
+    std::unique_ptr<DynArray<String>> neueParameter;
+    DynArray<String> parameter;
+};
