@@ -1,0 +1,114 @@
+#!/usr/bin/env python3
+"""Times whole kiv runs on a 16 MiB image and compares them with objcopy.
+
+Usage: bench_process.py path/to/kiv
+Each figure is the best of three runs. Nothing here fails: it only prints.
+"""
+import os
+import random
+import shutil
+import subprocess
+import sys
+import tempfile
+import time
+
+SIZE = 16 * 1024 * 1024
+
+
+def intel_hex(data, path):
+    """16 data bytes a line, type 04 records at every 64 KiB."""
+    out = []
+    for base in range(0, len(data), 16):
+        if base % 0x10000 == 0:
+            hi = base >> 16
+            rec = bytes([2, 0, 0, 4, hi >> 8, hi & 0xFF])
+            out.append(":%s%02X\n" % (rec.hex().upper(), (-sum(rec)) & 0xFF))
+        chunk = data[base:base + 16]
+        rec = bytes([len(chunk), (base >> 8) & 0xFF, base & 0xFF, 0]) + chunk
+        out.append(":%s%02X\n" % (rec.hex().upper(), (-sum(rec)) & 0xFF))
+    out.append(":00000001FF\n")
+    with open(path, "w") as f:
+        f.write("".join(out))
+
+
+def best(cmd, cwd, runs=3):
+    times = []
+    for _ in range(runs):
+        t = time.perf_counter()
+        r = subprocess.run(cmd, cwd=cwd, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        times.append(time.perf_counter() - t)
+        if r.returncode not in (0, 1):
+            return None
+    return min(times)
+
+
+def kiv_run(kiv, work, lines, runs=3):
+    with open(os.path.join(work, "p.kiv"), "w") as f:
+        f.write("\n".join(lines) + "\nexit")
+    return best([kiv, "-b", "p.kiv"], work, runs)
+
+
+def show(name, t, base=None, base_name=""):
+    if t is None:
+        print("%-52s failed" % name)
+        return
+    line = "%-52s %8.3f s" % (name, t)
+    if base:
+        line += "   ratio to %s %.2f" % (base_name, t / base)
+    print(line)
+
+
+def main():
+    if len(sys.argv) < 2:
+        print("usage: bench_process.py KIV")
+        return 0
+    kiv = os.path.abspath(sys.argv[1])
+    work = tempfile.mkdtemp(prefix="kivbench-")
+    try:
+        rnd = random.Random(1)
+        data = bytes(rnd.getrandbits(8) for _ in range(SIZE))
+        intel_hex(data, os.path.join(work, "big.hex"))
+        other = bytearray(data)
+        for i in range(1000):
+            other[rnd.randrange(SIZE)] ^= 0xFF
+        intel_hex(bytes(other), os.path.join(work, "other.hex"))
+        print("16 MiB image, Intel hex %.1f MB" % (os.path.getsize(os.path.join(work, "big.hex")) / 1e6))
+
+        load = kiv_run(kiv, work, ["oeffne(Intel, big.hex)"])
+        show("kiv: load Intel hex", load)
+        if shutil.which("objcopy"):
+            ob = best(["objcopy", "-I", "ihex", "-O", "binary", "big.hex", "o.bin"], work)
+            os_ = best(["objcopy", "-I", "ihex", "-O", "srec", "big.hex", "o.srec"], work)
+            show("objcopy -I ihex -O binary", ob)
+            show("objcopy -I ihex -O srec", os_)
+        else:
+            ob = os_ = None
+            print("objcopy not found: no ratios")
+        kb = kiv_run(kiv, work, ["oeffne(Intel, big.hex)", "schreibe(Binaer, out.bin, /, /, /, /, YES)"])
+        show("kiv: Intel hex -> binary", kb, ob, "objcopy")
+        ks = kiv_run(kiv, work, ["oeffne(Intel, big.hex)", "schreibe(Motorola_S3S7, out.s37, /, /, /, /, YES)"])
+        show("kiv: Intel hex -> Motorola S3", ks, os_, "objcopy")
+
+        ops = [
+            ("vergleiche, 1000 differing bytes", ["oeffne(Intel, other.hex)", "oeffne(Intel, big.hex)",
+                                                  "vergleiche(/, /, /, other_hex, cmp.txt)"]),
+            ("suche of a 4-byte pattern", ["oeffne(Intel, big.hex)", "suche(\"01020304\", hex)"]),
+            ("fuelle of 16 MiB with gaps", ["oeffne(Intel, big.hex)", "loescheBereich(0)",
+                                            "definiereBereich(0, FFFFFF)", "fuelle(0, FFFFFF, 5A)",
+                                            "schliesse(big_hex, YES)"]),
+            ("kopiere of 8 MiB", ["oeffne(Intel, big.hex)", "kopiere(0, 7FFFFF, 800000)", "schliesse(big_hex, YES)"]),
+            ("anzeige of 1 MiB to a file", ["oeffne(Intel, big.hex)", "anzeige(0, FFFFF, hex, dump.txt, neueDatei)"]),
+        ]
+        for name, lines in ops:
+            t = kiv_run(kiv, work, lines, runs=2)
+            if t is not None and load:
+                print("%-52s %8.3f s   beyond the load %.3f s" % ("kiv: " + name, t, max(0.0, t - load)))
+            else:
+                show("kiv: " + name, t)
+    finally:
+        shutil.rmtree(work, ignore_errors=True)
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
