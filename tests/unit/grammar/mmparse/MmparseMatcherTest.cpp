@@ -158,6 +158,7 @@ TEST(MmparseMatcher, RulesAndComments) {
 TEST(MmparseMatcher, Replacements) {
     static const Fall faelle[] = {
         {"(a%x)+", "aaa", "xxx", -1},
+        {"a+.{x}a%{x}", "aaa", "aa", -1},
         {"(a%)+", "aaa", "", -1},
         {"a%", "a", "", -1},
         {"b*.{v}(a%1)*%[{v}]", "bbaa", "[bb]", -1},
