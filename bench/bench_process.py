@@ -90,13 +90,12 @@ def main():
         show("kiv: Intel hex -> Motorola S3", ks, os_, "objcopy")
 
         ops = [
-            ("vergleiche, 1000 differing bytes", ["oeffne(Intel, other.hex)", "oeffne(Intel, big.hex)",
+            ("vergleiche, 1000 differing bytes", ["oeffne(Intel, other.hex)", "-", "oeffne(Intel, big.hex)",
                                                   "vergleiche(/, /, /, other_hex, cmp.txt)"]),
             ("suche of a 4-byte pattern", ["oeffne(Intel, big.hex)", "suche(\"01020304\", hex)"]),
             ("fuelle of 16 MiB with gaps", ["oeffne(Intel, big.hex)", "loescheBereich(0)",
-                                            "definiereBereich(0, FFFFFF)", "fuelle(0, FFFFFF, 5A)",
-                                            "schliesse(big_hex, YES)"]),
-            ("kopiere of 8 MiB", ["oeffne(Intel, big.hex)", "kopiere(0, 7FFFFF, 800000)", "schliesse(big_hex, YES)"]),
+                                            "definiereBereich(0, FFFFFF)", "fuelle(0, FFFFFF, 5A)"]),
+            ("kopiere of 8 MiB", ["oeffne(Intel, big.hex)", "kopiere(0, 7FFFFF, 800000)"]),
             ("anzeige of 1 MiB to a file", ["oeffne(Intel, big.hex)", "anzeige(0, FFFFF, hex, dump.txt, neueDatei)"]),
         ]
         for name, lines in ops:
