@@ -8,6 +8,7 @@
 #include "checksums/ChecksumCRC32.h"
 #include "checksums/ChecksumSiemens.h"
 #include "checksums/ChecksumStandard.h"
+#include "commands/KivEprom.h"
 #include "image/Eprom.h"
 #include "language/KdoKommando.h"
 #include "reporting/Fehler.h"
@@ -126,4 +127,23 @@ int kdoCheckSummeCRC(Eprom& eprom, std::int32_t& geaendert, KdoKommando& kommand
     if (mitZiel)
         geaendert = 1;
     return ergebnis;
+}
+
+// The handlers of the image's command table: the image as a command object.
+
+int kdoCheckSumme(KdoObjekt& objekt, KdoKommando& kommando)
+{
+    auto& kiv = static_cast<KivEprom&>(objekt);
+    return kdoCheckSumme(*kiv.eprom, kiv.letzteChecksumme, kiv.geaendert, kommando);
+}
+
+int kdoCheckSummeSiemens(KdoObjekt& objekt, KdoKommando& kommando)
+{
+    return kdoCheckSummeSiemens(*static_cast<KivEprom&>(objekt).eprom, kommando);
+}
+
+int kdoCheckSummeCRC(KdoObjekt& objekt, KdoKommando& kommando)
+{
+    auto& kiv = static_cast<KivEprom&>(objekt);
+    return kdoCheckSummeCRC(*kiv.eprom, kiv.geaendert, kommando);
 }

@@ -1,9 +1,11 @@
 // The checksum commands of an open image: checksumme, checksummeSiemens and
-// checksummeCRC. Each handler works on the image's Eprom; the image's
-// command table declares the commands with the signatures and default lines
-// below and calls the handler with its own fields.
+// checksummeCRC. The image's command table declares them with the names,
+// signatures and default lines below and the handlers
+// kdoCheckSumme(KdoObjekt&, KdoKommando&) and its two siblings (declared
+// with the other image handlers in commands/KivEprom.h). Those pass the
+// image's fields to the forms here, which work on an Eprom alone:
 //
-//   kdoCheckSumme(*eprom, letzteChecksumme, geaendert, kommando)
+//   kdoCheckSumme(*kiv.eprom, kiv.letzteChecksumme, kiv.geaendert, kommando)
 //
 // `letzteChecksumme` is the image's last standard sum (read by
 // addiereLetzteChecksumme, written by every checksumme); `geaendert` is set
