@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <fstream>
+#include <new>
 #include <ostream>
 
 #include "foundation/Datei.h"
@@ -30,7 +31,8 @@ void Checksumme::zeigeKurz(std::ostream&, Eprom&, adrInteger) {}
 
 void Checksumme::setzeZielAdr(adrInteger adr)
 {
-    zielAdr = std::make_unique<adrInteger>(adr);
+    // Without memory the sum runs without a target.
+    zielAdr.reset(new (std::nothrow) adrInteger(adr));
 }
 
 const String& Checksumme::variablenListe()
