@@ -1,6 +1,7 @@
 #include "commands/KivEprom.h"
 
 #include "image/Eprom.h"
+#include "language/KdoKommando.h"
 #include "reporting/Fehler.h"
 
 KivEprom::KivEprom(std::unique_ptr<Eprom> e, const String& n)
@@ -48,4 +49,10 @@ KivEprom* findeKivEprom(const String& name, const char* funktion)
     KivEprom* kiv = dynamic_cast<KivEprom*>(gefunden);
     if (!kiv) Fehler("EPROM-NOT-EXIST", funktion, name, 'E');
     return kiv;
+}
+
+const adrInteger* optionaleAdresse(KdoKommando& kommando, std::uint16_t index)
+{
+    KdoArgument& argument = kommando[index];
+    return argument.liefereArgWertBool() == 1 ? &argument.liefereArgWertIntHex() : nullptr;
 }

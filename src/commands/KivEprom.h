@@ -70,11 +70,13 @@ public:
     static const String& variablenListe();
 
     // ---- Load, save and edit ----
+    // A fill byte of 0 means no fill; values above 0xFF are refused by the
+    // fill.
     int leseVonDatei(const DateiName& datei, std::int32_t typ, std::uint32_t nutzBytes, int swap,
-                     std::uint8_t fuellByte, int bytesPruefen, const adrInteger* startAdresse,
+                     adrInteger fuellByte, int bytesPruefen, const adrInteger* startAdresse,
                      const adrInteger* endAdresse, const adrInteger* externeAdresse);
     int schreibeInDatei(const DateiName& datei, int ueberschreiben, std::int32_t typ,
-                        std::uint32_t nutzBytes, int swap, std::uint8_t fuellbyte,
+                        dataInteger nutzBytes, int swap, adrInteger fuellbyte,
                         const adrInteger* startAdresse, const adrInteger* endAdresse,
                         const adrInteger* externeAdresse);
     // Values outside 0..255 are refused ("INVALID-VALUE").
@@ -148,6 +150,9 @@ int kdoPruefeByte(KdoObjekt& objekt, KdoKommando& kommando);
 int kdoPruefeBytefolge(KdoObjekt& objekt, KdoKommando& kommando);
 int kdoVergleiche(KdoObjekt& objekt, KdoKommando& kommando);
 int kdoPruefeMehrfachbelegung(KdoObjekt& objekt, KdoKommando& kommando);
+
+// The address of a Bool...IntegerHex argument, or null when it holds "/".
+const adrInteger* optionaleAdresse(KdoKommando& kommando, std::uint16_t index);
 
 // The image of that name in the tree for a command naming a second image;
 // reports "EPROM-NOT-EXIST" under `funktion` and gives null if there is none

@@ -1,0 +1,456 @@
+// Load, save and edit operations of an open image, and their handlers.
+#include <algorithm>
+#include <fstream>
+#include <ostream>
+#include <sstream>
+#include <vector>
+
+#include "checksums/ChecksumKommandos.h"
+#include "commands/KivEprom.h"
+#include "foundation/Datei.h"
+#include "image/Eprom.h"
+#include "image/EpromDatei.h"
+#include "language/KdoGlobal.h"
+#include "language/KdoKommando.h"
+#include "reporting/BearbeitungsFortschritt.h"
+#include "reporting/Fehler.h"
+
+namespace {
+
+// Ranges longer than this show their progress marks.
+constexpr std::uint64_t fortschrittAb = 4001;
+constexpr dataInteger fortschrittSchritt = 1000;
+
+String dezimal(std::uint64_t wert)
+{
+    return String(std::to_string(wert));
+}
+
+String hexKlein(std::int64_t wert)
+{
+    std::ostringstream s;
+    if (wert < 0) s << '-' << std::hex << -static_cast<std::uint64_t>(wert);
+    else s << std::hex << wert;
+    return String(s.str());
+}
+
+String hexGross(std::int64_t wert)
+{
+    std::ostringstream s;
+    s << std::hex << std::uppercase << wert;
+    return String(s.str());
+}
+
+// The Motorola line form of a write type.
+std::int32_t motorolaModus(std::int32_t typ)
+{
+    switch (typ) {
+    case KivEprom::typMotorolaS3S7: return EpromDateiMotorola::S3S7;
+    case KivEprom::typMotorolaS1S9: return EpromDateiMotorola::S1S9;
+    case KivEprom::typMotorolaS2S8: return EpromDateiMotorola::S2S8;
+    default: return EpromDateiMotorola::DYN;
+    }
+}
+
+KivEprom& kivVon(KdoObjekt& objekt)
+{
+    return static_cast<KivEprom&>(objekt);
+}
+
+// The file of a load or save: the one given, else the file the image last
+// came from or went to, else a file named like the image.
+DateiName dateiVon(KivEprom& kiv, KdoKommando& kommando, std::uint16_t index)
+{
+    const DateiName& datei = kommando[index].liefereArgWertDatei();
+    if (datei.liefereGanz() != "/") return datei;
+    if (kiv.aktDatei) return *kiv.aktDatei;
+    return DateiName(kiv.liefereName());
+}
+
+adrInteger fuellWert(KdoKommando& kommando, std::uint16_t index)
+{
+    return kommando[index].liefereArgWertBool() == 1 ? kommando[index].liefereArgWertIntHex() : 0;
+}
+
+bool istLeer(Eprom& eprom)
+{
+    return eprom.liefereAnfAdr() > eprom.liefereEndAdr();
+}
+
+}  // namespace
+
+// ---------------------------------------------------------------------------
+// Operations
+
+int KivEprom::leseVonDatei(const DateiName& datei, std::int32_t typ, std::uint32_t nutzBytes, int tausche,
+                           adrInteger fuellByte, int bytesPruefen, const adrInteger* startAdresse,
+                           const adrInteger* endAdresse, const adrInteger* externeAdresse)
+{
+    const char* funktion = "KivEprom::leseVonDatei ";
+    if (!pruefeAdresse(startAdresse, funktion) || !pruefeAdresse(endAdresse, funktion) ||
+        !pruefeAdresse(externeAdresse, funktion))
+        return 0;
+    {
+        std::ifstream probe(datei.liefereGanz().c_str(), std::ios::in | std::ios::binary);
+        if (!probe) {
+            Fehler("FILE-NOT-EXIST", funktion, datei.liefereGanz(), 'E');
+            return 0;
+        }
+    }
+
+    int ergebnis = 0;
+    if (typ == typBinaer) {
+        EpromDateiBinaer leser(datei);
+        ergebnis = leser.lies(*eprom, startAdresse, endAdresse, externeAdresse);
+    } else if (typ == typIntel) {
+        EpromDateiIntel leser(datei, nutzBytes);
+        ergebnis = leser.lies(*eprom, startAdresse, endAdresse, externeAdresse);
+    } else {
+        EpromDateiMotorola leser(datei, nutzBytes);
+        leser.modus = motorolaModus(typ);
+        ergebnis = leser.lies(*eprom, startAdresse, endAdresse, externeAdresse);
+    }
+    if (ergebnis != 1) return ergebnis;
+
+    if (tausche == 1) swap(startAdresse, endAdresse);
+    geaendert = 1;
+    aktDatei = std::make_unique<DateiName>(datei);
+    aktDateiTyp = typ;
+
+    if (fuellByte != 0) {
+        // The fill widens a free image to the given bounds. An image that is
+        // still empty has no bounds of its own, and filling the whole
+        // address space is never what was asked for: it needs both bounds.
+        const bool leer = istLeer(*eprom);
+        if (!leer || (startAdresse && endAdresse)) {
+            adrInteger von = eprom->liefereAnfAdr();
+            adrInteger bis = eprom->liefereEndAdr();
+            if (startAdresse && (leer || *startAdresse < von)) von = *startAdresse;
+            if (endAdresse && (leer || *endAdresse > bis)) bis = *endAdresse;
+            fuelleVonBis(von, bis, fuellByte);
+        }
+    }
+    if (bytesPruefen == 1) pruefeBelegt(startAdresse, endAdresse);
+    return 1;
+}
+
+int KivEprom::schreibeInDatei(const DateiName& datei, int ueberschreiben, std::int32_t typ, dataInteger nutzBytes,
+                              int tausche, adrInteger fuellbyte, const adrInteger* startAdresse,
+                              const adrInteger* endAdresse, const adrInteger* externeAdresse)
+{
+    const char* funktion = "KivEprom::schreibeInDatei ";
+    if (!pruefeAdresse(startAdresse, funktion) || !pruefeAdresse(endAdresse, funktion) ||
+        !pruefeAdresse(externeAdresse, funktion))
+        return 0;
+    // The line writers cannot cut a record into pieces of no byte, and a
+    // count above one byte does not fit the record; refuse before the old
+    // file is touched.
+    if (typ != typBinaer && (nutzBytes < 1 || nutzBytes > 255)) {
+        Fehler("INVALID-VALUE", funktion,
+               String("nutzBytes ") + String(nutzBytes) + ": erlaubt sind 1 bis 255 Bytes je Zeile", 'E');
+        return 0;
+    }
+
+    adrInteger von = startAdresse ? *startAdresse : eprom->liefereAnfAdr();
+    adrInteger bis = endAdresse ? *endAdresse : eprom->liefereEndAdr();
+    adrInteger ext = externeAdresse ? *externeAdresse : von;
+
+    if (dateiExistiert(datei)) {
+        // What this very image loaded or wrote may be written again in the
+        // same type without asking.
+        const bool eigeneDatei =
+            aktDatei && aktDatei->liefereGanz() == datei.liefereGanz() && aktDateiTyp == typ;
+        if (ueberschreiben != 1 && !eigeneDatei) {
+            Fehler("FILE-EXIST", funktion, datei.liefereGanz(), 'E');
+            return 0;
+        }
+        // The old file goes before the new one is written, even if the
+        // writing fails later: intended.
+        if (loescheDatei(datei.liefereGanz().c_str()) == -1) {
+            Fehler("FILE-READONLY", funktion, datei.liefereGanz(), 'E');
+            return 0;
+        }
+    }
+
+    if (tausche == 1) swap(startAdresse, endAdresse);
+
+    // The fill byte goes into a copy only, and stays inside the image.
+    std::unique_ptr<KivEprom> gefuellt;
+    Eprom* quelle = eprom.get();
+    if (fuellbyte != 0) {
+        gefuellt = std::make_unique<KivEprom>(std::make_unique<Eprom>(*eprom), "tmp");
+        if (!istLeer(*eprom))
+            gefuellt->fuelleVonBis(std::max(von, eprom->liefereAnfAdr()), std::min(bis, eprom->liefereEndAdr()),
+                                   fuellbyte);
+        quelle = gefuellt->eprom.get();
+    }
+
+    int ergebnis = 0;
+    if (typ == typIntel) {
+        EpromDateiIntel schreiber(datei, static_cast<std::uint32_t>(nutzBytes));
+        ergebnis = schreiber.schreibe(*quelle, &von, &bis, &ext);
+    } else if (typ == typBinaer) {
+        EpromDateiBinaer schreiber(datei);
+        ergebnis = schreiber.schreibe(*quelle, &von, &bis, &ext);
+    } else {
+        EpromDateiMotorola schreiber(datei, static_cast<std::uint32_t>(nutzBytes));
+        schreiber.modus = motorolaModus(typ);
+        ergebnis = schreiber.schreibe(*quelle, &von, &bis, externeAdresse);
+    }
+
+    if (tausche == 1) swap(startAdresse, endAdresse);
+    if (ergebnis == 1) {
+        geaendert = 0;
+        aktDatei = std::make_unique<DateiName>(datei);
+        aktDateiTyp = typ;
+    }
+    return ergebnis;
+}
+
+int KivEprom::setzeWertVonBis(adrInteger anf, adrInteger end, std::int64_t wert)
+{
+    const char* funktion = "KivEprom::setzeWertVonBis ";
+    if (!pruefeAdresse(anf, funktion) || !pruefeAdresse(end, funktion)) return 0;
+    const adrInteger lo = std::min(anf, end);
+    const adrInteger hi = std::max(anf, end);
+    if (wert > 255 || wert < 0) {
+        Fehler("INVALID-VALUE", funktion, "0x" + hexKlein(wert), 'E');
+        return 0;
+    }
+    const auto byte = static_cast<std::uint8_t>(wert);
+    // The highest byte first: it sets the span of a free image at once.
+    if (!eprom->setzeByteMit(hi, byte)) return 0;
+    geaendert = 1;
+
+    std::vector<std::uint8_t> block(std::min<std::uint64_t>(std::uint64_t(hi) - lo, 65536), byte);
+    std::uint64_t a = lo;
+    while (a < hi) {
+        const auto n = static_cast<std::uint32_t>(std::min<std::uint64_t>(hi - a, block.size()));
+        if (eprom->setzeBytes(static_cast<adrInteger>(a), block.data(), n, 1) != n) return 0;
+        a += n;
+    }
+    return 1;
+}
+
+std::uint32_t KivEprom::fuelleVonBis(adrInteger anf, adrInteger end, std::int64_t wert)
+{
+    const char* funktion = "KivEprom::fuelleVonBis ";
+    if (!pruefeAdresse(anf, funktion) || !pruefeAdresse(end, funktion)) return 0;
+    adrInteger lo = std::min(anf, end);
+    adrInteger hi = std::max(anf, end);
+    if (wert > 255 || wert < 0) {
+        Fehler("INVALID-VALUE", funktion, "0x" + hexKlein(wert), 'E');
+        return 0;
+    }
+    const auto byte = static_cast<std::uint8_t>(wert);
+    std::uint32_t anzahl = 0;
+    if (eprom->liefereAnfAdr() > lo && eprom->setzeByteMit(lo, byte)) ++anzahl;
+    if (eprom->liefereEndAdr() < hi && eprom->setzeByteMit(hi, byte)) ++anzahl;
+    anzahl += eprom->fuelle(byte, &lo, &hi);
+    if (anzahl != 0) {
+        Fehler("EPR-BYTES-FILLED-WITH", "KivEprom::fuelleVonBis", dezimal(anzahl) + " bytes -> " + hexGross(wert),
+               'S');
+        geaendert = 1;
+    }
+    return anzahl;
+}
+
+int KivEprom::swap(const adrInteger* anf, const adrInteger* end)
+{
+    const char* funktion = "KivEprom::swap ";
+    if (!pruefeAdresse(anf, funktion) || !pruefeAdresse(end, funktion)) return 0;
+    const adrInteger a = anf ? *anf : eprom->liefereAnfAdr();
+    const adrInteger e = end ? *end : eprom->liefereEndAdr();
+    // Bounds in the wrong order are not sorted: both become `e`, and the
+    // swap then refuses the single address. Intended.
+    adrInteger lo = std::min(a, e);
+    adrInteger hi = std::max(e, lo);
+    lo = std::max(lo, eprom->liefereAnfAdr());
+    hi = std::min(hi, eprom->liefereEndAdr());
+    BearbeitungsFortschritt fortschritt(fortschrittSchritt, String());
+    const bool lang = hi >= lo && std::uint64_t(hi) - lo >= fortschrittAb;
+    const int ergebnis = eprom->swap(lo, hi, lang ? &fortschritt : nullptr);
+    if (ergebnis == 1) geaendert = 1;
+    return ergebnis;
+}
+
+int KivEprom::setzeBereich(adrInteger anf, adrInteger end)
+{
+    const char* funktion = "KivEprom::setzeBereich ";
+    if (!pruefeAdresse(anf, funktion) || !pruefeAdresse(end, funktion)) return 0;
+    const int ergebnis = eprom->definiereBereich(std::min(anf, end), std::max(anf, end));
+    if (ergebnis == 1) geaendert = 1;
+    return ergebnis;
+}
+
+int KivEprom::loescheBereich(adrInteger adr)
+{
+    const char* funktion = "KivEprom::loescheBereich ";
+    if (!pruefeAdresse(adr, funktion)) return 0;
+    if (eprom->loescheBereich(adr) > 0) {
+        geaendert = 1;
+        return 1;
+    }
+    Fehler("NO-REGION-AT-ADDRESS", funktion, dezimal(adr), 'E');
+    return 0;
+}
+
+int KivEprom::kopiere(adrInteger anf, adrInteger end, adrInteger ziel, KivEprom& zielEprom)
+{
+    const char* funktion = "KivEprom::kopiere ";
+    if (!pruefeAdresse(anf, funktion) || !pruefeAdresse(end, funktion) || !pruefeAdresse(ziel, funktion))
+        return 0;
+    BearbeitungsFortschritt fortschritt(fortschrittSchritt, String());
+    const bool lang = end >= anf && std::uint64_t(end) - anf >= fortschrittAb;
+    if (end < anf) return 1;   // nothing to copy
+
+    const std::uint64_t laenge = std::uint64_t(end) - anf;
+    if (std::uint64_t(ziel) + laenge > 0xFFFFFFFFu) {
+        Fehler("INVALID-ADDRESS", funktion, "Adresse zu gross: " + hexGross(std::uint64_t(ziel) + laenge), 'E');
+        return 0;
+    }
+    // The direction follows the addresses alone, so that a copy within one
+    // image comes out true where source and target overlap.
+    const bool abwaerts = ziel > anf;
+    int ergebnis = 1;
+    bool geschrieben = false;
+    for (std::uint64_t i = 0; i <= laenge; ++i) {
+        const std::uint64_t k = abwaerts ? laenge - i : i;
+        std::uint8_t byte = 0;
+        ergebnis = eprom->liefereByte(static_cast<adrInteger>(anf + k), byte, 1);
+        if (!ergebnis) break;
+        geschrieben = true;
+        ergebnis = zielEprom.eprom->setzeByteMit(static_cast<adrInteger>(ziel + k), byte);
+        if (!ergebnis) break;
+        if (lang) fortschritt += 1;
+    }
+    if (geschrieben) zielEprom.geaendert = 1;
+    return ergebnis;
+}
+
+// ---------------------------------------------------------------------------
+// Handlers
+
+int kdoInfo(KdoObjekt& objekt, KdoKommando&)
+{
+    KivEprom& kiv = kivVon(objekt);
+    std::ostream& os = *kdoAnzeigeStream;
+    os << std::dec << "Dateiname: " << (kiv.aktDatei ? kiv.aktDatei->liefereGanz() : String()) << '\n';
+    if (kiv.geaendert == 1) os << "Eprom geaendert\n";
+    os << '\n';
+    kiv.eprom->anzeigeBereiche(os);
+    return 1;
+}
+
+int kdoLies(KdoObjekt& objekt, KdoKommando& kommando)
+{
+    KivEprom& kiv = kivVon(objekt);
+    static const std::int32_t typen[] = {KivEprom::typIntel, KivEprom::typMotorola, KivEprom::typBinaer};
+    const dataInteger wahl = kommando[0].liefereArgWertInt();
+    const std::int32_t typ = typen[wahl >= 0 && wahl < 3 ? wahl : 0];
+    const DateiName datei = dateiVon(kiv, kommando, 1);
+    return kiv.leseVonDatei(datei, typ, 16, kommando[7].liefereArgWertBool(), fuellWert(kommando, 5),
+                            kommando[6].liefereArgWertBool(), optionaleAdresse(kommando, 2),
+                            optionaleAdresse(kommando, 3), optionaleAdresse(kommando, 4));
+}
+
+int kdoSchreibe(KdoObjekt& objekt, KdoKommando& kommando)
+{
+    KivEprom& kiv = kivVon(objekt);
+    const DateiName datei = dateiVon(kiv, kommando, 1);
+    return kiv.schreibeInDatei(datei, kommando[6].liefereArgWertBool(), kommando[0].liefereArgWertInt(),
+                               kommando[8].liefereArgWertInt(), kommando[7].liefereArgWertBool(),
+                               fuellWert(kommando, 5), optionaleAdresse(kommando, 2),
+                               optionaleAdresse(kommando, 3), optionaleAdresse(kommando, 4));
+}
+
+int kdoSchreibeEvenOdd(KdoObjekt& objekt, KdoKommando& kommando)
+{
+    KivEprom& kiv = kivVon(objekt);
+    const DateiName gerade = kommando[1].liefereArgWertDatei();
+    const DateiName ungerade = kommando[2].liefereArgWertDatei();
+    if (gerade.liefereGanz() == "/" || ungerade.liefereGanz() == "/") {
+        Fehler("MISSING-FILENAME", "KivEprom::kdoSchreibeEvenOdd ", "", 'E');
+        return 0;
+    }
+    KivEprom even("even");
+    KivEprom odd("odd");
+    kiv.eprom->teileEvenOdd(*even.eprom, *odd.eprom);
+
+    const std::int32_t typ = kommando[0].liefereArgWertInt();
+    const int ueberschreiben = kommando[7].liefereArgWertBool();
+    const int tausche = kommando[8].liefereArgWertBool();
+    const dataInteger nutzBytes = kommando[9].liefereArgWertInt();
+    const adrInteger fuell = fuellWert(kommando, 6);
+    const adrInteger* start = optionaleAdresse(kommando, 3);
+    const adrInteger* ende = optionaleAdresse(kommando, 4);
+    const adrInteger* extern_ = optionaleAdresse(kommando, 5);
+    int ergebnis = even.schreibeInDatei(gerade, ueberschreiben, typ, nutzBytes, tausche, fuell, start, ende, extern_);
+    if (ergebnis == 1)
+        ergebnis = odd.schreibeInDatei(ungerade, ueberschreiben, typ, nutzBytes, tausche, fuell, start, ende, extern_);
+    return ergebnis;
+}
+
+int kdoSetze(KdoObjekt& objekt, KdoKommando& kommando)
+{
+    const adrInteger start = kommando[0].liefereArgWertIntHex();
+    const adrInteger* ende = optionaleAdresse(kommando, 1);
+    return kivVon(objekt).setzeWertVonBis(start, ende ? *ende : start, kommando[2].liefereArgWertIntHex());
+}
+
+int kdoDefiniereBereich(KdoObjekt& objekt, KdoKommando& kommando)
+{
+    return kivVon(objekt).setzeBereich(kommando[0].liefereArgWertIntHex(), kommando[1].liefereArgWertIntHex());
+}
+
+int kdoLoescheBereich(KdoObjekt& objekt, KdoKommando& kommando)
+{
+    return kivVon(objekt).loescheBereich(kommando[0].liefereArgWertIntHex());
+}
+
+int kdoFuelle(KdoObjekt& objekt, KdoKommando& kommando)
+{
+    // Nothing left to fill fails the command, without a message.
+    return kivVon(objekt).fuelleVonBis(kommando[0].liefereArgWertIntHex(), kommando[1].liefereArgWertIntHex(),
+                                       kommando[2].liefereArgWertIntHex()) != 0
+               ? 1
+               : 0;
+}
+
+int kdoSwap(KdoObjekt& objekt, KdoKommando& kommando)
+{
+    return kivVon(objekt).swap(optionaleAdresse(kommando, 0), optionaleAdresse(kommando, 1));
+}
+
+int kdoKopiere(KdoObjekt& objekt, KdoKommando& kommando)
+{
+    KivEprom& kiv = kivVon(objekt);
+    const adrInteger* anf = optionaleAdresse(kommando, 0);
+    const adrInteger* end = optionaleAdresse(kommando, 1);
+    const adrInteger* ziel = optionaleAdresse(kommando, 2);
+    const adrInteger von = anf ? *anf : kiv.eprom->liefereAnfAdr();
+    const adrInteger bis = end ? *end : kiv.eprom->liefereEndAdr();
+    KivEprom* zielEprom = &kiv;
+    if (kommando[3].liefereArgWertBool() == 1) {
+        zielEprom = findeKivEprom(kommando[3].liefereArgWertStr(), "KivEprom::kdoKopiere");
+        if (!zielEprom) return 0;
+    }
+    return kiv.kopiere(von, bis, ziel ? *ziel : von, *zielEprom);
+}
+
+int kdoCheckSumme(KdoObjekt& objekt, KdoKommando& kommando)
+{
+    KivEprom& kiv = kivVon(objekt);
+    return kdoCheckSumme(*kiv.eprom, kiv.letzteChecksumme, kiv.geaendert, kommando);
+}
+
+int kdoCheckSummeSiemens(KdoObjekt& objekt, KdoKommando& kommando)
+{
+    return kdoCheckSummeSiemens(*kivVon(objekt).eprom, kommando);
+}
+
+int kdoCheckSummeCRC(KdoObjekt& objekt, KdoKommando& kommando)
+{
+    KivEprom& kiv = kivVon(objekt);
+    return kdoCheckSummeCRC(*kiv.eprom, kiv.geaendert, kommando);
+}
