@@ -135,7 +135,7 @@ void LongDynArray::wachseAbwaerts(std::int32_t index, std::int64_t neueAnzahl) {
     }
 }
 
-std::uint8_t& LongDynArray::operator[](std::int32_t index) {
+std::uint8_t& LongDynArray::zugriff(std::int32_t index) {
     if (anzahl_ == 0) {
         anzahl_ = 1;
         basis_ = index;

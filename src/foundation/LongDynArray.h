@@ -32,7 +32,12 @@ public:
     LongDynArray& operator=(LongDynArray&&) noexcept = default;
 
     // The only way to read or write. Creates the element when needed.
-    std::uint8_t& operator[](std::int32_t index);
+    std::uint8_t& operator[](std::int32_t index) {
+        std::uint32_t off = static_cast<std::uint32_t>(index) - static_cast<std::uint32_t>(basis_);
+        if (off < static_cast<std::uint32_t>(anzahl_) && !gewarnt_)
+            return bloecke_[off / blockGroesse][off % blockGroesse];
+        return zugriff(index);
+    }
 
     std::int32_t liefereBasis() const { return basis_; }
     std::int32_t liefereAnzahl() const { return anzahl_; }
@@ -63,6 +68,7 @@ public:
     bool kannUmfassen(std::int32_t von, std::int32_t bis) const;
 
 private:
+    std::uint8_t& zugriff(std::int32_t index);   // growth, first access, frozen
     std::uint32_t blockLaenge(std::uint32_t block) const {
         std::int64_t rest = std::int64_t(anzahl_) - std::int64_t(block) * blockGroesse;
         return static_cast<std::uint32_t>(rest < blockGroesse ? rest : blockGroesse);

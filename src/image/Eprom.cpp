@@ -66,6 +66,29 @@ void kopiereBereich(EpromBereich& quelle, EpromBereich& ziel, adrInteger anf, ad
     kopiereFeld(quelle.anzSchr, ziel.anzSchr, anf, end);
 }
 
+// Exchanges the elements of the pairs lo/lo+1 ... hi-1/hi (lo even, hi odd),
+// chunk span by chunk span; a pair across two chunks goes element-wise.
+void tauschePaare(LongDynArray& f, adrInteger lo, adrInteger hi) {
+    adrInteger a = lo;
+    for (;;) {
+        std::uint64_t paare = 0;
+        if (f.enthaelt(idx(a))) {
+            std::int32_t rest;
+            std::uint8_t* p = f.zeiger(idx(a), rest);
+            paare = std::min<std::uint64_t>(static_cast<std::uint32_t>(rest) / 2, (std::uint64_t(hi) - a + 1) / 2);
+            for (std::uint64_t k = 0; k < paare; ++k) std::swap(p[2 * k], p[2 * k + 1]);
+        }
+        if (paare == 0) {
+            std::uint8_t x = f[idx(a)], y = f[idx(a + 1)];
+            f[idx(a)] = y;
+            f[idx(a + 1)] = x;
+            paare = 1;
+        }
+        if (std::uint64_t(a) + 2 * paare - 1 == hi) return;
+        a += static_cast<adrInteger>(2 * paare);
+    }
+}
+
 // Makes both arrays of a fixed region span it at once.
 void beruehre(EpromBereich& b) {
     b.daten[idx(b.anfAdr)];
@@ -592,15 +615,14 @@ int Eprom::swap(adrInteger anf, adrInteger end, BearbeitungsFortschritt* anzeige
             adrInteger lo = std::max(b.anfAdr, anf), hi = std::min(b.endAdr, end);
             if (hi < lo || (lo & 1) || !(hi & 1)) continue;
             if (anzeige) *anzeige += static_cast<dataInteger>(lo - b.anfAdr);
-            for (adrInteger a = lo;; a += 2) {
-                std::uint8_t d0 = b.daten[idx(a)], d1 = b.daten[idx(a + 1)];
-                b.daten[idx(a)] = d1;
-                b.daten[idx(a + 1)] = d0;
-                std::uint8_t z0 = b.anzSchr[idx(a)], z1 = b.anzSchr[idx(a + 1)];
-                b.anzSchr[idx(a)] = z1;
-                b.anzSchr[idx(a + 1)] = z0;
-                if (anzeige) *anzeige += 2;
-                if (a + 1 == hi) break;
+            // Blocks of pairs, so that the marks keep coming during a long swap.
+            for (adrInteger blockAnf = lo;;) {
+                adrInteger blockEnd = static_cast<adrInteger>(std::min<std::uint64_t>(std::uint64_t(blockAnf) + 0xFFFF, hi));
+                tauschePaare(b.daten, blockAnf, blockEnd);
+                tauschePaare(b.anzSchr, blockAnf, blockEnd);
+                if (anzeige) *anzeige += static_cast<dataInteger>(blockEnd - blockAnf + 1);
+                if (blockEnd == hi) break;
+                blockAnf = blockEnd + 1;
             }
             if (anzeige) *anzeige += static_cast<dataInteger>(b.endAdr - hi);
         }
@@ -608,29 +630,79 @@ int Eprom::swap(adrInteger anf, adrInteger end, BearbeitungsFortschritt* anzeige
     return 1;
 }
 
+bool Eprom::nimmtAllesAn() const {
+    // A free image whose first region is the low one refuses a write only
+    // when an array is frozen: each region takes addresses of its own 16 MiB
+    // window only, which the array limit always holds.
+    if (segmente.size() != 1 || !segmente[0]->istFrei()) return false;
+    const auto& liste = segmente[0]->bereiche;
+    if (liste.front()->basisAdr != 0) return false;
+    for (const auto& b : liste)
+        if (b->daten.istGewarnt() || b->anzSchr.istGewarnt()) return false;
+    return true;
+}
+
+namespace {
+
+// Collects bytes for rising addresses of one target and writes them in one go.
+class Lauf {
+public:
+    explicit Lauf(Eprom& ziel) : ziel_(ziel) {}
+    ~Lauf() { schreibe(); }
+    void nimm(adrInteger adr, std::uint8_t byte) {
+        if (bytes_.empty() || start_ + bytes_.size() != adr || bytes_.size() >= 65536) {
+            schreibe();
+            start_ = adr;
+        }
+        bytes_.push_back(byte);
+    }
+    void schreibe() {
+        if (!bytes_.empty()) ziel_.setzeBytes(start_, bytes_.data(), static_cast<std::uint32_t>(bytes_.size()), 0);
+        bytes_.clear();
+    }
+
+private:
+    Eprom& ziel_;
+    adrInteger start_ = 0;
+    std::vector<std::uint8_t> bytes_;
+};
+
+}  // namespace
+
 int Eprom::teileEvenOdd(Eprom& gerade, Eprom& ungerade) {
+    // The targets may not be this image: their writes would move our chunks.
+    bool direkt = &gerade != this && &ungerade != this;
+    // Where no target write can fail, the order of the writes is free.
+    bool gesammelt = direkt && gerade.nimmtAllesAn() && ungerade.nimmtAllesAn();
+    Lauf laufGerade(gerade), laufUngerade(ungerade);
     adrInteger a = 0, von, bis;
     while (liefereBereich(a, von, bis)) {
         if (von <= bis) {
             adrInteger x = von;
             for (;;) {
                 const std::uint8_t *d, *z;
-                // The targets may not be this image: their writes would move our chunks.
-                std::uint32_t k = (&gerade == this || &ungerade == this) ? 0 : leseSpanne(x, static_cast<std::uint32_t>(std::min<std::uint64_t>(
-                                                     std::uint64_t(bis) - x + 1, 0xFFFFFFFF)),
-                                             d, z);
+                std::uint32_t k = direkt ? leseSpanne(x, static_cast<std::uint32_t>(std::min<std::uint64_t>(
+                                                              std::uint64_t(bis) - x + 1, 0xFFFFFFFF)),
+                                                      d, z)
+                                         : 0;
                 if (k == 0) {
                     std::uint8_t byte = 0;
                     if (liefereAnzSchr(x) > 0) {
                         liefereByte(x, byte, 0);
-                        if (!((x & 1) ? ungerade : gerade).setzeByte(x / 2, byte)) return 0;
+                        if (gesammelt)
+                            ((x & 1) ? laufUngerade : laufGerade).nimm(x / 2, byte);
+                        else if (!((x & 1) ? ungerade : gerade).setzeByte(x / 2, byte))
+                            return 0;
                     }
                     k = 1;
                 } else {
                     for (std::uint32_t j = 0; j < k; ++j) {
                         if (z[j] == 0) continue;
                         adrInteger y = x + j;
-                        if (!((y & 1) ? ungerade : gerade).setzeByte(y / 2, d[j])) return 0;
+                        if (gesammelt)
+                            ((y & 1) ? laufUngerade : laufGerade).nimm(y / 2, d[j]);
+                        else if (!((y & 1) ? ungerade : gerade).setzeByte(y / 2, d[j]))
+                            return 0;
                     }
                 }
                 if (std::uint64_t(x) + k > bis) break;

@@ -166,6 +166,7 @@ private:
     void nachSchreiben(int code, adrInteger von, adrInteger bis);
     void baueTabelle();
     void meldeNichtImEprom(const char* funktion, adrInteger adr);
+    bool nimmtAllesAn() const;
 
     std::int32_t anzBereiche = 0;
     std::vector<EpromBereichEintrag> bereiche;              // the region table

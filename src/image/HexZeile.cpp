@@ -256,14 +256,14 @@ int MotorolaHexZeile::zerlege() {
             return 0;
         }
     }
-    const std::string alle = ziffern(text_, text_.size());
+    auto alle = [&] { return ziffern(text_, text_.size()); };
     char typ = 0;
     if (lesePos_ < anzZiffern_) {
         typ = ziffern_[lesePos_++];
         --laenge;
     }
     if (!typ || !std::strchr("0123789", typ)) {
-        Fehler("HEXFILE-NOMOTOROLA-FMT", "MotorolaHexZeile::zerlege", String(alle), 'W');
+        Fehler("HEXFILE-NOMOTOROLA-FMT", "MotorolaHexZeile::zerlege", String(alle()), 'W');
         return 0;
     }
     std::uint32_t zaehl = 0;
@@ -271,7 +271,7 @@ int MotorolaHexZeile::zerlege() {
     anzahl = static_cast<std::int16_t>(zaehl);
     int adresseOk = liesAdresse();
     if (laenge != anzahl * 2 + 2 || !adresseOk) {
-        std::string t = alle + "\n    " + klein(static_cast<std::uint32_t>((laenge - 2) / 2)) + " != " +
+        std::string t = alle() + "\n    " + klein(static_cast<std::uint32_t>((laenge - 2) / 2)) + " != " +
                         klein(static_cast<std::uint16_t>(anzahl));
         Fehler("HEXFILE-BYTECOUNT", "MotorolaHexZeile::zerlege", String(t), 'W');
         return 0;
@@ -288,7 +288,7 @@ int MotorolaHexZeile::zerlege() {
     if (summe != gelesen) {
         // The value read comes first here, the other way round from Intel;
         // intended, the message has always read so.
-        std::string t = alle + "\n    " + klein(gelesen) + " != " + klein(summe);
+        std::string t = alle() + "\n    " + klein(gelesen) + " != " + klein(summe);
         Fehler("HEXFILE-CHKSUM", "MotorolaHexZeile::zerlege", String(t), 'W');
         return 0;
     }
