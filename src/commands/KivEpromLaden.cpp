@@ -5,7 +5,6 @@
 #include <sstream>
 #include <vector>
 
-#include "checksums/ChecksumKommandos.h"
 #include "commands/KivEprom.h"
 #include "foundation/Datei.h"
 #include "image/Eprom.h"
@@ -436,21 +435,4 @@ int kdoKopiere(KdoObjekt& objekt, KdoKommando& kommando)
         if (!zielEprom) return 0;
     }
     return kiv.kopiere(von, bis, ziel ? *ziel : von, *zielEprom);
-}
-
-int kdoCheckSumme(KdoObjekt& objekt, KdoKommando& kommando)
-{
-    KivEprom& kiv = kivVon(objekt);
-    return kdoCheckSumme(*kiv.eprom, kiv.letzteChecksumme, kiv.geaendert, kommando);
-}
-
-int kdoCheckSummeSiemens(KdoObjekt& objekt, KdoKommando& kommando)
-{
-    return kdoCheckSummeSiemens(*kivVon(objekt).eprom, kommando);
-}
-
-int kdoCheckSummeCRC(KdoObjekt& objekt, KdoKommando& kommando)
-{
-    KivEprom& kiv = kivVon(objekt);
-    return kdoCheckSummeCRC(*kiv.eprom, kiv.geaendert, kommando);
 }
