@@ -2,7 +2,18 @@
 
 #include <fstream>
 #include <iostream>
+#include <string>
 
+#include "commands/KivEprom.h"
+#include "commands/KivObjekt.h"
+#include "foundation/DateiName.h"
+#include "foundation/DynArray.h"
+#include "foundation/Liste.h"
+#include "foundation/Tabulator.h"
+#include "language/Compiler.h"
+#include "language/KdoGlobal.h"
+#include "language/KdoListe.h"
+#include "language/KdoObjekt.h"
 #include "reporting/Fehler.h"
 
 std::ostream* logStrom = nullptr;
@@ -26,11 +37,66 @@ void banner() {
     std::cout << std::endl;
 }
 
+// Root object, object tree and the two command lists.
+void baueAuf(char** argv) {
+    anzahlListen = 0;
+    dokPosition = new Tabulator;
+    dokPosition->setzeStops(10, {10, 25, 45});
+    dokPosition->setzeUmbruch(1);
+    kivWurzel = new KivObjekt("Kiv", "<Kiv>Kiv");
+    kdoBaum = new KdoBaum(kivWurzel, kdoRelation, kdoVergleich, kdoNamensVergleich, kdoLoesche);
+    kdoAnzeigeStream = &std::cout;
+    programmDatei = String(argv[0] ? argv[0] : "");
+    bauKivObjektListe();
+    bauKivEpromListe();
+}
+
+void bauAb() {
+    delete kivWurzel;
+    kivWurzel = nullptr;
+    delete kivObjektListe;
+    kivObjektListe = nullptr;
+    delete kivEpromListe;
+    kivEpromListe = nullptr;
+    delete kdoBaum;
+    kdoBaum = nullptr;
+    delete dokPosition;
+    dokPosition = nullptr;
+    if (anzahlListen != 0)
+        Fehler("VOR-ANZOBJ", "main", "Liste: " + String(anzahlListen) + " Objekte. ", 'E');
+}
+
+// The procedure phase: the command line decides what runs; gives the exit
+// status.
+int fuehreAus(int argc, char** argv) {
+    const String x("-x"), b("-b");
+    String datei;
+    DynArray<String> parameter;
+    int anzahl = 0;
+    const bool mitProzedur = argc >= 3 && (x == argv[1] || b == argv[1]);
+    if (mitProzedur) {
+        datei = argv[2];
+        for (int i = 3; i < argc; ++i) parameter[i - 3] = String(argv[i]);
+        anzahl = argc - 3;
+    } else if (argc >= 2) {
+        // No quoting: a name with a blank or a comma reaches the command
+        // language as it stands.
+        std::string vorKommando = argc == 2 ? "oeffne(," + std::string(argv[1]) + ")\n"
+                                            : "oeffne(" + std::string(argv[1]) + ", " + argv[2] + ")\n";
+        Compiler::ausfuehreZeile(String(vorKommando));
+    }
+
+    int status = Compiler::ausfuehreBatch(datei, &parameter, anzahl);
+    if (status != 3 && status != 4 && argc >= 2 && x == argv[1])
+        Compiler::ausfuehreBatch(String(), &parameter, 0);
+
+    if (Compiler::liefereLaufStatus() == 4) return 1;
+    return kivWurzel->pruefeGeaendert(1) == 1 ? 1 : 0;
+}
+
 }  // namespace
 
 int kivMain(int argc, char** argv) {
-    (void)argc;
-    (void)argv;
     // A log that fails to open loses its output silently.
     auto* log = new std::ofstream("kiv.log", std::ios::out | std::ios::trunc);
     logStrom = log;
@@ -40,9 +106,11 @@ int kivMain(int argc, char** argv) {
     Fehler("KIV-STARTED", "main", kivVersion(), 'S');
     Fehler::fehlerPrefix = "%KIV-";
 
+    baueAuf(argv);
     banner();
 
-    int exitStatus = 0;
+    const int exitStatus = fuehreAus(argc, argv);
+    bauAb();
 
     Fehler::anzeigeStatistik();
     log->close();
