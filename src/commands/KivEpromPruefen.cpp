@@ -1,0 +1,128 @@
+// The checks of an image: the address check of all image commands, the
+// occupancy listing, and the comparison of two images.
+// Covered by tests/unit/commands/KivEpromPruefenTest.cpp.
+#include <algorithm>
+#include <fstream>
+#include <iomanip>
+#include <ostream>
+#include <sstream>
+#include <string>
+
+#include "commands/KivEprom.h"
+#include "foundation/Datei.h"
+#include "image/Eprom.h"
+#include "language/KdoGlobal.h"
+#include "language/KdoKommando.h"
+#include "reporting/Fehler.h"
+
+namespace {
+
+// An optional address argument: null where "/" stands.
+const adrInteger* optional(KdoKommando& kommando, std::uint16_t index)
+{
+    return kommando[index].liefereArgWertBool() ? &kommando[index].liefereArgWertIntHex() : nullptr;
+}
+
+// One line of the occupancy listing, in the stream's present letter case.
+std::uint64_t schreibeLauf(std::ostream& os, adrInteger von, adrInteger bis, int anzahl)
+{
+    const char alt = os.fill('0');
+    os << std::hex << "[" << std::setw(5) << von << " .. " << std::setw(5) << bis << "] -> " << std::dec
+       << anzahl << std::hex << "\n";
+    os.fill(alt);
+    return std::uint64_t(bis) - von + 1;
+}
+
+}  // namespace
+
+int KivEprom::pruefeAdresse(std::uint64_t adr, const char* funktion)
+{
+    if (adr <= 0xFFFFFFFF) return 1;
+    std::ostringstream text;
+    text << "Adresse zu gross: " << std::hex << std::uppercase << adr;
+    Fehler("INVALID-ADDRESS", funktion, text, 'E');
+    return 0;
+}
+
+int KivEprom::pruefeAdresse(const adrInteger* adr, const char* funktion)
+{
+    return adr ? pruefeAdresse(std::uint64_t(*adr), funktion) : 1;
+}
+
+std::uint32_t KivEprom::pruefeBelegt(const adrInteger* anf, const adrInteger* end)
+{
+    const adrInteger anfEpr = eprom->liefereAnfAdr();
+    const adrInteger endEpr = eprom->liefereEndAdr();
+    const adrInteger von = anf ? *anf : anfEpr;
+    const adrInteger bis = end ? *end : endEpr;
+    Fehler("CHECK-BYTES", "KivEprom::pruefeBelegt", name, 'S');
+
+    std::ostream& os = *kdoAnzeigeStream;
+    std::uint64_t frei = 0;
+    // The range may reach beyond the image: those parts count as runs that
+    // nobody wrote.
+    if (von < anfEpr) frei += schreibeLauf(os, von, anfEpr - 1, 0);
+    frei += eprom->anzeigeBelegung(os, von, bis);
+    if (bis > endEpr) frei += schreibeLauf(os, endEpr + 1, bis, 0);
+    if (frei != 0) Fehler("NOT-OCCUPIED-BYTES", "KivEprom::pruefeBelegt", String(std::to_string(frei)), 'W');
+    return static_cast<std::uint32_t>(std::min<std::uint64_t>(frei, 0xFFFFFFFF));
+}
+
+int kdoPruefeMehrfachbelegung(KdoObjekt& objekt, KdoKommando& kommando)
+{
+    auto& kiv = static_cast<KivEprom&>(objekt);
+    const adrInteger* anf = optional(kommando, 0);
+    const adrInteger* end = optional(kommando, 1);
+    const char* funktion = "KivEprom::kdoPruefeMehrfachbelegung ";
+    if (!KivEprom::pruefeAdresse(anf, funktion) || !KivEprom::pruefeAdresse(end, funktion)) return 0;
+    kiv.pruefeBelegt(anf, end);
+    return 1;
+}
+
+int kdoVergleiche(KdoObjekt& objekt, KdoKommando& kommando)
+{
+    auto& kiv = static_cast<KivEprom&>(objekt);
+    const char* funktion = "KivEprom::kdoVergleiche ";
+    Eprom& eprom = *kiv.eprom;
+    const adrInteger von = kommando[0].liefereArgWertBool() ? kommando[0].liefereArgWertIntHex() : eprom.liefereAnfAdr();
+    const adrInteger bis = kommando[1].liefereArgWertBool() ? kommando[1].liefereArgWertIntHex() : eprom.liefereEndAdr();
+    const adrInteger ziel = kommando[2].liefereArgWertBool() ? kommando[2].liefereArgWertIntHex() : von;
+    if (!KivEprom::pruefeAdresse(von, funktion) || !KivEprom::pruefeAdresse(bis, funktion) ||
+        !KivEprom::pruefeAdresse(ziel, funktion))
+        return 0;
+
+    KivEprom* anderes = &kiv;
+    if (kommando[3].liefereArgWertBool()) {
+        anderes = findeKivEprom(kommando[3].liefereArgWertStr(), "KivEprom::kdoVergleiche");
+        if (!anderes) return 0;
+    }
+
+    const DateiName datei = kommando[4].liefereArgWertDatei();
+    const String& dateiText = datei.liefereGanz();
+    std::uint32_t unterschiede;
+    if (dateiText == "/") {
+        unterschiede = eprom.anzeigeDifferenzen(*kdoAnzeigeStream, kiv.name, anderes->name, *anderes->eprom, von,
+                                                ziel, bis);
+        Fehler("NO-OF-DIFFERENCES", funktion, String(std::to_string(unterschiede)), 'S');
+    } else {
+        if (dateiExistiert(datei) && loescheDatei(dateiText.c_str()) == -1) {
+            Fehler("FILE-NOT-OPENED", funktion, dateiText, 'E');
+            return 0;
+        }
+        std::ofstream strom(dateiText.c_str(), std::ios::out);
+        if (!strom) {
+            Fehler("FILE-NOT-OPENED", funktion, dateiText, 'E');
+            return 0;
+        }
+        Fehler("WRITE-DIFFERENCES-TO-FILE", funktion, dateiText, 'S');
+        unterschiede = eprom.anzeigeDifferenzen(strom, kiv.name, anderes->name, *anderes->eprom, von, ziel, bis);
+        // The count follows the base the display left the stream in:
+        // hexadecimal. Intended.
+        strom << "NO-OF-DIFFERENCES " << unterschiede << "\n";
+        Fehler("DIFFERENCES-FILE-CLOSED", funktion, dateiText, 'S');
+        strom.close();
+    }
+    // A comparison that finds differences fails the command, so that a
+    // procedure can react to it.
+    return unterschiede == 0 ? 1 : 0;
+}
