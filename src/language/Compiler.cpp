@@ -191,6 +191,18 @@ String Compiler::ersetzeDefinitionen(const String& zeile) const {
 
 int Compiler::ausfuehreBatch(const String& dateiName, DynArray<String>* p, int anzahl) {
     static const char* const funktion = "Compiler::ausfuehreBatch";
+    // Every nested procedure runs on the C++ stack; a procedure that calls
+    // itself must end with a message instead of a crash.
+    static int tiefe = 0;
+    if (tiefe >= MAX_SCHACHTELUNG) {
+        Fehler("CMD-KDOOBJ-BATCH-TOODEEP", funktion, dateiName, 'E');
+        return compilerStatus;
+    }
+    struct Ebene {
+        Ebene() { ++tiefe; }
+        ~Ebene() { --tiefe; }
+    } ebene;
+
     compilerStatus = STATUS_KEIN;
     laufStatus = LAUF_NORMAL;
     Compiler c(p, anzahl);

@@ -61,6 +61,9 @@ public:
     static constexpr dataInteger LAUF_ABGEBROCHEN = 4;
     // Longest physical input line; the rest is read as the next line.
     static constexpr int MAX_ZEILENLAENGE = 510;
+    // Deepest nesting of procedure runs (the outermost counts as 1); a
+    // further `ausfuehre` reports "CMD-KDOOBJ-BATCH-TOODEEP" and runs nothing.
+    static constexpr int MAX_SCHACHTELUNG = 100;
 
     // `parameter` may be null. Copies the parameters, sets the process-wide
     // statuses to 0, 0, 3, and defines 'p0' to 'p9' (more if more are given;
@@ -77,7 +80,8 @@ public:
     // Runs the procedure `dateiName`, or standard input when it is empty,
     // with `anzahl` parameters. Returns `compilerStatus`: 0 normal end (also
     // when the file can not be opened), 2 `returnMain`, 3 `exit` or an abort
-    // with that status.
+    // with that status. Nested too deeply, it reports and returns the status
+    // unchanged.
     static int ausfuehreBatch(const String& dateiName, DynArray<String>* parameter, int anzahl);
     // Runs one line (which should end in a newline) without parameters.
     // Returns `compilerStatus`.
@@ -99,6 +103,15 @@ public:
     dataInteger liefereAnzahlNeueParameter() const { return anzahlNeueParameter; }
     // The value of a definition by its key (as "'p1'"), or null.
     const String* liefereDefinition(const String& schluessel) const;
+
+    // The grammar commands (src/grammar/CompilerTrans.cpp).
+    // Reads a grammar file into `grammatik`, its lines joined; a bare name is
+    // looked for beside the program. 1, or 0 after the file wrapper's report.
+    static int leseGrammatik(const String& name, std::string& grammatik);
+    // Reports a result of `mmparse` below 1 under its TRANS-... label, at
+    // level E. `text` is the subject line or null; `reserviert` is unused.
+    static void mmparseError(dataInteger code, dataInteger reserviert, const char* text, dataInteger position,
+                             dataInteger zeile);
 
     // Process-wide state of the language, shared by nested compilers.
     static dataInteger compilerStatus;       // request to leave: STATUS_...

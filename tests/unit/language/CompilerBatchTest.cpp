@@ -6,16 +6,10 @@
 namespace compilertest {
 namespace {
 
-std::vector<Meldung> mitLabel(const MeldungsFaenger& f, const std::string& label) {
-    std::vector<Meldung> m;
-    for (const Meldung& x : f.meldungen())
-        if (x.label == label) m.push_back(x);
-    return m;
-}
-
 std::string echoTexte(const MeldungsFaenger& f) {
     std::string t;
-    for (const Meldung& m : mitLabel(f, "CMD")) t += "[" + m.detail + "]";
+    for (const Meldung& m : f.meldungen())
+        if (m.label == "CMD") t += "[" + m.detail + "]";
     return t;
 }
 
@@ -140,12 +134,12 @@ TEST_F(CompilerTest, AtThePromptOnlyExitOrTheEndOfInputLeave) {
     EXPECT_EQ(interaktiv("zahl(4)\n"), 0);
 }
 
-TEST_F(CompilerTest, ParametersOfANestedRunAreCollectedAfresh) {
-    datei("cb_p.kiv", "zahl(1'p0''p1')\n");
-    datei("cb_q.kiv", "ausfuehre(\"cb_p.kiv\", \"2\", \"3\")\nausfuehre(\"cb_p.kiv\", \"4\")\n");
+TEST_F(CompilerTest, AProcedureThatCallsItselfStopsAtTheNestingLimit) {
     MeldungsFaenger faenger;
-    prozedur("cb_q.kiv", {"9", "9"});
-    EXPECT_EQ(protokollText(), "zahl(123)@W:zahl(123)\nzahl(14)@W:zahl(14)\n");
+    EXPECT_EQ(prozedur(datei("cb_selbst.kiv", "zahl(1)\nausfuehre(\"cb_selbst.kiv\")\n")), 0);
+    EXPECT_EQ(protokoll().size(), static_cast<std::size_t>(Compiler::MAX_SCHACHTELUNG));
+    EXPECT_EQ(fehlerLabels(faenger), "CMD-KDOOBJ-BATCH-TOODEEP");
+    EXPECT_EQ(mitLabel(faenger, "CMD-KDOOBJ-BATCH-CLOSED").size(), static_cast<std::size_t>(Compiler::MAX_SCHACHTELUNG));
 }
 
 }  // namespace

@@ -111,9 +111,14 @@ TEST_F(CompilerTest, ValuesAreNotSearchedAgainAndDefinitionsKeepTheirOrder) {
 
 TEST_F(CompilerTest, DefinitionsAreLocalToTheirProcedure) {
     MeldungsFaenger faenger;
-    datei("ct_innen.kiv", "y=holeParameter(0)\nzahl('y''p0')\n");
-    prozedur(datei("ct_aussen.kiv", "y=holeParameter(0)\nausfuehre(\"ct_innen.kiv\", \"2\")\nzahl('y''p0')\n"), {"1"});
-    EXPECT_EQ(protokollText(), "zahl(22)@W:zahl(22)\nzahl(11)@W:zahl(11)\n");
+    datei("ct_innen.kiv", "y=holeParameter(0)\nzahl('y''p0''p1')\n");
+    prozedur(datei("ct_aussen.kiv",
+                   "y=holeParameter(0)\n"
+                   "ausfuehre(\"ct_innen.kiv\", \"2\", \"3\")\n"
+                   "ausfuehre(\"ct_innen.kiv\", \"4\")\n"   // the parameters are collected afresh
+                   "zahl('y''p0''p1')\n"),
+             {"1", "5"});
+    EXPECT_EQ(protokollText(), "zahl(223)@W:zahl(223)\nzahl(44)@W:zahl(44)\nzahl(115)@W:zahl(115)\n");
     EXPECT_EQ(fehlerLabels(faenger), "");
 }
 

@@ -213,6 +213,12 @@ protected:
         }
         return t;
     }
+    static std::vector<Meldung> mitLabel(const MeldungsFaenger& f, const std::string& label) {
+        std::vector<Meldung> m;
+        for (const Meldung& x : f.meldungen())
+            if (x.label == label) m.push_back(x);
+        return m;
+    }
     static std::string protokollText() {
         std::string t;
         for (const std::string& z : protokoll()) t += z + "\n";
