@@ -82,6 +82,8 @@ void tauschePaare(LongDynArray& f, adrInteger lo, adrInteger hi) {
             std::uint8_t x = f[idx(a)], y = f[idx(a + 1)];
             f[idx(a)] = y;
             f[idx(a + 1)] = x;
+            // Frozen: every further pair is the last element with itself.
+            if (f.istGewarnt()) return;
             paare = 1;
         }
         if (std::uint64_t(a) + 2 * paare - 1 == hi) return;
@@ -583,6 +585,9 @@ std::uint32_t Eprom::fuelle(std::uint8_t wert, const adrInteger* von, const adrI
                         b.anzSchr[idx(a)] = 1;
                         ++gefuellt;
                     }
+                    // A frozen count array hands out its last element for every
+                    // address, and that holds a count now: nothing more changes.
+                    if (b.anzSchr.istGewarnt()) break;
                 }
                 if (std::uint64_t(a) + n > hi) break;
                 a += n;
