@@ -1,0 +1,253 @@
+// The pattern search: the walk against a plain byte-by-byte reference on
+// random images, the kept skip behind a failed partial match, comparisons
+// that run past a region's end, reads that create regions, the search texts,
+// and the commands' output and messages.
+#include <chrono>
+#include <random>
+
+#include "KivObjektTestUmgebung.h"
+
+namespace {
+
+// The walk as the algorithm tells it, one liefereByte per byte compared.
+int referenzSuche(Eprom& eprom, const std::vector<std::uint8_t>& m, adrInteger von, adrInteger bis,
+                  adrInteger& treffer)
+{
+    std::uint64_t a = von;
+    adrInteger rv, rb;
+    while (a <= bis && eprom.liefereBereich(static_cast<adrInteger>(a), rv, rb)) {
+        a = rv;
+        const std::uint64_t g = std::min<std::uint64_t>(bis, rb);
+        while (a <= g) {
+            const std::uint64_t start = a;
+            std::size_t i = 0;
+            for (std::uint64_t b = start; i < m.size() && b <= bis; ++b, ++i) {
+                std::uint8_t byte;
+                eprom.liefereByte(static_cast<adrInteger>(b), byte, 0);
+                if (byte != m[i]) break;
+            }
+            if (i == m.size()) {
+                treffer = static_cast<adrInteger>(start);
+                return 1;
+            }
+            a = start + (i > 0 ? 2 : 1);
+        }
+    }
+    return 0;
+}
+
+class KivEpromSucheTest : public KivUmgebung {
+protected:
+    KivEprom& neu() {
+        zurWurzel();
+        EXPECT_EQ(fuehre("neu(/)"), 1);
+        faenger.leere();
+        return *aktuell();
+    }
+    static void setze(KivEprom& kiv, adrInteger adr, std::initializer_list<int> werte) {
+        for (int w : werte) kiv.eprom->setzeByte(adr++, static_cast<std::uint8_t>(w));
+    }
+    // The output of one command line, taken out of the captured stream.
+    std::string zeile(const std::string& text, int erwartet) {
+        ausgabe.str("");
+        EXPECT_EQ(fuehre(text), erwartet) << text;
+        return ausgabe.str();
+    }
+};
+
+TEST_F(KivEpromSucheTest, TheWalkAgreesWithTheByteByByteReference) {
+    std::mt19937 zufall(7);
+    for (int runde = 0; runde < 300; ++runde) {
+        KivEprom& kiv = neu();
+        Eprom& eprom = *kiv.eprom;
+        // Few distinct values so that partial matches are frequent; some
+        // images fixed with gaps, adjacent regions and unwritten bytes.
+        const bool fest = runde % 2 == 1;
+        if (fest) {
+            eprom.definiereBereich(0x100, 0x11F);
+            eprom.definiereBereich(0x120, 0x12F);
+            eprom.definiereBereich(0x138, 0x150);
+        }
+        for (adrInteger a = 0x100; a <= 0x150; ++a)
+            if (zufall() % 5) eprom.setzeByte(a, static_cast<std::uint8_t>(0x41 + zufall() % 2));
+        std::vector<std::uint8_t> muster(1 + zufall() % 5);
+        for (auto& b : muster) b = static_cast<std::uint8_t>(zufall() % 7 == 0 ? 0 : 0x41 + zufall() % 2);
+        const adrInteger von = 0xF0 + zufall() % 0x70;
+        const adrInteger bis = von + zufall() % 0x70;
+
+        std::string text;
+        char teil[16];
+        for (auto b : muster) {
+            std::snprintf(teil, sizeof teil, "%02X ", b);
+            text += teil;
+        }
+        ASSERT_EQ(kiv.setzeSuchMuster(text, 1), 1);
+        adrInteger erwartet = 0;
+        const int gefunden = referenzSuche(eprom, muster, von, bis, erwartet);
+        ASSERT_EQ(kiv.sucheMuster(von, bis), gefunden) << runde;
+        EXPECT_EQ(kiv.suchAdresse, gefunden ? erwartet : 0) << runde;
+
+        // suche lists what repeated reference searches from the last match
+        // on find.
+        std::string liste;
+        int anzahl = 0;
+        for (adrInteger a = eprom.liefereAnfAdr(); referenzSuche(eprom, muster, a, eprom.liefereEndAdr(), erwartet);
+             a = erwartet + 1) {
+            std::snprintf(teil, sizeof teil, "[%05X] ", erwartet);
+            liste += teil;
+            if (++anzahl % 8 == 0) liste += "\n";
+        }
+        if (anzahl % 8) liste += "\n";
+        const std::string kopf = "Suchergebnis: \n";
+        EXPECT_EQ(zeile("suche(\"" + text + "\")", 1), kopf + (anzahl ? liste : "Muster nicht gefunden\n"))
+            << runde;
+        zurWurzel();
+        fuehre("schliesse(" + kiv.name.str() + ", YES)");
+    }
+}
+
+TEST_F(KivEpromSucheTest, AFailedPartialMatchSkipsTheNextByte) {
+    KivEprom& kiv = neu();
+    setze(kiv, 0, {0x41, 0x41, 0x41, 0x42});
+    EXPECT_EQ(zeile("suche(\"41 41 42\")", 1), "Suchergebnis: \nMuster nicht gefunden\n");
+    EXPECT_EQ(zeile("suche(\"41 41\")", 1), "Suchergebnis: \n[00000] [00001] \n");
+    // Text form finds the same bytes; the blank at the end is dropped.
+    EXPECT_EQ(zeile("suche(\"AA \", ascii)", 1), "Suchergebnis: \n[00000] [00001] \n");
+}
+
+TEST_F(KivEpromSucheTest, ComparisonsRunOnPastTheRegionButNotPastTheEnd) {
+    KivEprom& kiv = neu();
+    fuehre("definiereBereich(100, 103)");
+    fuehre("definiereBereich(104, 107)");
+    fuehre("definiereBereich(110, 113)");
+    setze(kiv, 0x102, {0x12, 0x34, 0x56});
+    setze(kiv, 0x110, {0x77});
+    // Into the adjacent region, and through a gap that reads as 0.
+    EXPECT_EQ(kiv.setzeSuchMuster("12 34 56", 1), 1);
+    EXPECT_EQ(kiv.sucheMuster(0, 0x200), 1);
+    EXPECT_EQ(kiv.suchAdresse, 0x102u);
+    EXPECT_EQ(kiv.setzeSuchMuster("0 0 0 0 0 0 0 0 0 77", 1), 1);
+    EXPECT_EQ(kiv.sucheMuster(0, 0x200), 1);
+    EXPECT_EQ(kiv.suchAdresse, 0x107u);
+    // A match may not reach beyond bis.
+    EXPECT_EQ(kiv.setzeSuchMuster("12 34", 1), 1);
+    EXPECT_EQ(kiv.sucheMuster(0x100, 0x102), 0);
+    EXPECT_EQ(kiv.suchAdresse, 0u);
+}
+
+TEST_F(KivEpromSucheTest, AReadBeyondTheWindowHappensOnlyWhenAComparisonGetsThere) {
+    // In a free image a read in an empty 16 MiB window creates a region
+    // there; the search must do that exactly when the plain walk would.
+    for (bool reicht : {false, true}) {
+        KivEprom& kiv = neu();
+        setze(kiv, 0xFFFFFE, {0x41, 0x41});
+        setze(kiv, 0x2000000, {0x99});
+        ASSERT_EQ(kiv.eprom->liefereSegment(0).anzahlBereiche(), 2);
+        kiv.setzeSuchMuster(reicht ? "41 41 41" : "41 42 43", 1);
+        EXPECT_EQ(kiv.sucheMuster(0xFFFFFE, 0x2000000), 0);
+        EXPECT_EQ(kiv.eprom->liefereSegment(0).anzahlBereiche(), reicht ? 3 : 2);
+    }
+}
+
+TEST_F(KivEpromSucheTest, SearchTextsAreReadAsHexNumbersOrCharacters) {
+    KivEprom& kiv = neu();
+    struct Fall {
+        const char* text;
+        int hex;
+        const char* bytes;   // null: refused
+    } faelle[] = {
+        {"12 3", 1, "12 03"}, {"  a\t0F\n 7 ", 1, "0A 0F 07"}, {"0012", 1, "12"}, {"1203", 1, nullptr},
+        {"1G", 1, nullptr},   {"", 1, nullptr},                 {"   ", 1, nullptr}, {"-1", 1, nullptr},
+        {"Az ", 0, "41 7A"},  {" ", 0, nullptr},
+    };
+    for (const Fall& f : faelle) {
+        ASSERT_EQ(kiv.setzeSuchMuster(f.text, f.hex), f.bytes != nullptr) << f.text;
+        std::string bytes;
+        char teil[4];
+        for (std::int32_t i = 0; i < kiv.suchLaenge; ++i) {
+            std::snprintf(teil, sizeof teil, "%02X", (*kiv.suchMuster)[i]);
+            bytes += (i ? " " : "") + std::string(teil);
+        }
+        EXPECT_EQ(bytes, f.bytes ? f.bytes : "") << f.text;
+    }
+}
+
+TEST_F(KivEpromSucheTest, FirstAndNextStepThroughTheMatches) {
+    KivEprom& kiv = neu();
+    setze(kiv, 0x1000, {0x41, 0x42, 0x41, 0x42});
+    EXPECT_EQ(zeile("sucheErstes(\"41\")", 1), " \nErste Adresse: [01000] \n");
+    EXPECT_EQ(zeile("sucheNaechstes()", 1), " \nNaechste Adresse: [01002] \n");
+    // The check takes neither pattern nor position of the search.
+    EXPECT_EQ(zeile("pruefeBytefolge(1001, \"42 41\")", 1), "");
+    EXPECT_EQ(zeile("sucheNaechstes()", 0), " \nMuster nicht gefunden\n");
+    // After a failure the next search starts at 1 again.
+    EXPECT_EQ(zeile("sucheNaechstes()", 1), " \nNaechste Adresse: [01000] \n");
+    EXPECT_EQ(zeile("sucheErstes(\"42\")", 1), " \nErste Adresse: [01001] \n");
+    EXPECT_EQ(zeile("sucheNaechstes()", 1), " \nNaechste Adresse: [01003] \n");
+    EXPECT_EQ(zeile("sucheNaechstes()", 0), " \nEpromende erreicht\n");
+    EXPECT_EQ(kiv.suchAdresse, 0u);
+
+    // A refused text empties the pattern; then sucheNaechstes says nothing.
+    faenger.leere();
+    EXPECT_EQ(zeile("suche()", 0), "");
+    EXPECT_EQ(labels(), "INVALID-SEARCH-VALUE");
+    EXPECT_EQ(faenger.letzte().funktion, "KivEprom::kdoSuche ");
+    EXPECT_EQ(zeile("sucheNaechstes()", 0), "");
+    EXPECT_EQ(zeile("sucheErstes(\"4 \")", 0), " \nMuster nicht gefunden\n");
+}
+
+TEST_F(KivEpromSucheTest, ManyMatchesBreakTheLineAfterEveryEighth) {
+    KivEprom& kiv = neu();
+    for (adrInteger a = 0; a < 17; ++a) kiv.eprom->setzeByte(0x10 + a, 0xEE);
+    const std::string text = zeile("suche(\"EE\")", 1);
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 4);
+    EXPECT_NE(text.find("[00017] \n[00018] [00019]"), std::string::npos);
+    EXPECT_NE(text.find("[00020] \n"), std::string::npos);
+}
+
+TEST_F(KivEpromSucheTest, ByteChecksReportAddressAndValueText) {
+    KivEprom& kiv = neu();
+    setze(kiv, 0x100, {0x12, 0xAB});
+    fuehre("definiereBereich(100, 101)");
+    fuehre("definiereBereich(200, 201)");
+    struct Fall {
+        const char* zeile;
+        int ergebnis;
+        const char* label;
+        const char* detail;
+    } faelle[] = {
+        {"pruefeByte(100, 12)", 1, "CHECK-BYTE-TRUE", "[000100]: 12"},
+        {"pruefeByte(101, AB)", 1, "CHECK-BYTE-TRUE", "[000101]: ab"},
+        {"pruefeByte(100, 0)", 0, "CHECK-BYTE-FALSE", "[000100]: 0"},
+        {"pruefeBytefolge(100, \"12 AB \")", 1, "CHECK-BYTE-TRUE", "[000100]: 12 AB"},
+        // In the gap the walk starts at the next region and fails.
+        {"pruefeBytefolge(150, \"0\")", 0, "CHECK-BYTE-FALSE", "[000150]: 0"},
+        {"pruefeByte(100, 112)", 0, "INVALID-CHECK-VALUE", "112"},
+        {"pruefeBytefolge(100, \"x\")", 0, "INVALID-CHECK-VALUE", "x"},
+    };
+    for (const Fall& f : faelle) {
+        faenger.leere();
+        EXPECT_EQ(fuehre(f.zeile), f.ergebnis) << f.zeile;
+        ASSERT_EQ(labels(), f.label) << f.zeile;
+        EXPECT_EQ(faenger.letzte().detail, f.detail) << f.zeile;
+    }
+    EXPECT_EQ(faenger.letzte().funktion, "KivEprom::kdoPruefeByteFolge ");
+}
+
+TEST_F(KivEpromSucheTest, A16MiBImageIsSearchedInOneQuickPass) {
+    KivEprom& kiv = neu();
+    std::vector<std::uint8_t> nullen(0x1000000, 0);
+    kiv.eprom->setzeBytes(0, nullen.data(), static_cast<std::uint32_t>(nullen.size()), 0);
+    setze(kiv, 0xFFFFF0, {0x01});
+    // Long runs of partial matches: a start-by-start comparison would need
+    // the pattern length per byte.
+    String text;
+    for (int i = 0; i < 2000; ++i) text += "0 ";
+    text += "1";
+    const auto beginn = std::chrono::steady_clock::now();
+    EXPECT_EQ(zeile("suche(\"" + text.str() + "\")", 1), "Suchergebnis: \n[FFF820] \n");
+    const auto dauer = std::chrono::steady_clock::now() - beginn;
+    EXPECT_LT(std::chrono::duration_cast<std::chrono::seconds>(dauer).count(), 20);
+}
+
+}  // namespace
