@@ -8,7 +8,6 @@
 #include <new>
 #include <ostream>
 
-#include "foundation/Datei.h"
 #include "foundation/DateiName.h"
 #include "image/Eprom.h"
 #include "reporting/Fehler.h"
@@ -121,10 +120,20 @@ int Checksumme::ersetzeVariable(FmtVariable& variable)
 int Checksumme::anzeigeErgebnis(Eprom& eprom, adrInteger summe, const DateiName& datei, int modus,
                                 const String& format)
 {
-    Schreibmodus art = modus == 0 ? Schreibmodus::ueberschreiben : Schreibmodus::anhaengen;
-    if (!pruefeZielDatei(datei, art, "Checksumme::anzeigeErgebnis "))
+    const char* name = datei.liefereGanz().c_str();
+    // A file that opens for reading and writing exists; a new file replaces
+    // it, and only a failing delete counts as write protection. A file that
+    // does not even open is not looked at further.
+    bool vorhanden;
+    {
+        std::fstream probe(name, std::ios::in | std::ios::out);
+        vorhanden = static_cast<bool>(probe);
+    }
+    if (vorhanden && modus == 0 && std::remove(name) != 0) {
+        Fehler("FILE-READONLY", "Checksumme::anzeigeErgebnis ", datei.liefereGanz(), 'E');
         return 0;
-    std::ofstream strom(datei.liefereGanz().c_str(), modus == 0 ? std::ios::out : std::ios::out | std::ios::app);
+    }
+    std::ofstream strom(name, modus == 0 ? std::ios::out : std::ios::out | std::ios::app);
     // A file that cannot be opened is passed over without a word; intended.
     if (!strom)
         return 1;
