@@ -157,75 +157,22 @@ TEST_F(KivEpromLadenTest, EvenOddWritesTheHalvesAndLeavesTheImage) {
     EXPECT_FALSE(gibtDatei("o2.hex"));
 }
 
-TEST_F(KivEpromLadenTest, SetzeTakesEitherBoundFirstAndOnlyByteValues) {
+TEST_F(KivEpromLadenTest, SetzeAndFuelleInAFixedImage) {
+    // setze writes the highest address first, then stops at the first
+    // address outside the regions.
     KivEprom& kiv = neu();
-    EXPECT_EQ(fuehre("setze(10, F, AA)"), 1);
-    EXPECT_EQ(fuehre("setze(20)"), 1);
-    EXPECT_EQ(bytes(kiv, 0xF, 0x11), "AA AA --");
-    EXPECT_EQ(bytes(kiv, 0x20, 0x20), "00");
-    EXPECT_EQ(fuehre("setze(1000, /, 100)"), 0);
-    ASSERT_EQ(labels(), "INVALID-VALUE");
-    EXPECT_EQ(faenger.letzte().detail, "0x100");
-    EXPECT_EQ(faenger.letzte().funktion, "KivEprom::setzeWertVonBis ");
-    EXPECT_EQ(kiv.eprom->liefereEndAdr(), 0x20u);
-
-    // A fixed image stops at the first address outside its regions, after
-    // the highest address was written first.
-    KivEprom& fest = neu();
     fuehre("definiereBereich(0, 3)");
     fuehre("definiereBereich(6, 7)");
     faenger.leere();
     EXPECT_EQ(fuehre("setze(2, 7, 55)"), 0);
-    EXPECT_EQ(bytes(fest, 0, 7), "-- -- 55 55 -- -- -- 55");
-    EXPECT_NE(meldung("EPR-ADR-NOT-IN-EPROM"), nullptr);
-}
+    EXPECT_EQ(bytes(kiv, 0, 7), "-- -- 55 55 -- -- -- 55");
+    EXPECT_EQ(labels(), "EPR-ADR-NOT-IN-EPROM");
 
-TEST_F(KivEpromLadenTest, FuelleWritesTheEndsFirstAndFailsWhenNothingIsLeft) {
-    KivEprom& kiv = neu();
-    EXPECT_EQ(fuehre("fuelle()"), 1);
-    ASSERT_EQ(labels(), "EPR-BYTES-FILLED-WITH");
-    EXPECT_EQ(faenger.letzte().detail, "1 bytes -> 0");
-    EXPECT_EQ(faenger.letzte().funktion, "KivEprom::fuelleVonBis");
-
-    KivEprom& zwei = neu();
-    fuehre("setze(1004, /, 11)");
+    // fuelle leaves the written bytes and fills the regions only.
     faenger.leere();
-    EXPECT_EQ(fuehre("fuelle(100F, 1000, ff)"), 1);
-    EXPECT_EQ(faenger.letzte().detail, "15 bytes -> FF");
-    EXPECT_EQ(bytes(zwei, 0x1000, 0x1005), "FF FF FF FF 11 FF");
-    faenger.leere();
-    EXPECT_EQ(fuehre("fuelle(1000, 100F, 22)"), 0);
-    EXPECT_EQ(labels(), "");
-    EXPECT_EQ(fuehre("fuelle(0, 0, 300)"), 0);
-    EXPECT_EQ(labels(), "INVALID-VALUE");
-    EXPECT_EQ(faenger.letzte().funktion, "KivEprom::fuelleVonBis ");
-    EXPECT_EQ(kiv.eprom->liefereEndAdr(), 0u);
-}
-
-TEST_F(KivEpromLadenTest, SwapKeepsBoundsInTheWrongOrderUnsorted) {
-    KivEprom& kiv = lade();
-    EXPECT_EQ(fuehre("swap(1003, 1000)"), 0);
-    EXPECT_EQ(kiv.geaendert, 0);
-    EXPECT_EQ(bytes(kiv, 0x1000, 0x1003), "01 02 03 04");
-    // Bounds beyond the image are cut to it.
-    EXPECT_EQ(fuehre("swap(0, FFFFF)"), 1);
-    EXPECT_EQ(bytes(kiv, 0x1000, 0x1003), "02 01 04 03");
-    EXPECT_EQ(kiv.geaendert, 1);
-}
-
-TEST_F(KivEpromLadenTest, RegionsAreDefinedInAnyOrderAndDeletedByAnyAddress) {
-    KivEprom& kiv = neu();
-    EXPECT_EQ(fuehre("definiereBereich(1FF, 100)"), 1);
-    EXPECT_EQ(kiv.geaendert, 1);
-    EXPECT_EQ(kiv.eprom->istFrei(), 0);
-    faenger.leere();
-    EXPECT_EQ(fuehre("loescheBereich(50)"), 0);
-    ASSERT_EQ(labels(), "NO-REGION-AT-ADDRESS");
-    EXPECT_EQ(faenger.letzte().detail, "80");
-    kiv.geaendert = 0;
-    EXPECT_EQ(fuehre("loescheBereich(180)"), 1);
-    EXPECT_EQ(kiv.geaendert, 1);
-    EXPECT_EQ(kiv.eprom->istFrei(), 1);
+    EXPECT_EQ(fuehre("fuelle(7, 0, 1)"), 1);
+    EXPECT_EQ(bytes(kiv, 0, 7), "01 01 55 55 -- -- 01 55");
+    EXPECT_EQ(faenger.letzte().detail, "3 bytes -> 1");
 }
 
 TEST_F(KivEpromLadenTest, CopiesComeOutTrueWhereSourceAndTargetOverlap) {
@@ -257,15 +204,6 @@ TEST_F(KivEpromLadenTest, CopiesComeOutTrueWhereSourceAndTargetOverlap) {
     EXPECT_EQ(fuehre("kopiere(1000, 1007, FFFFFFFC)"), 0);
     EXPECT_EQ(labels(), "INVALID-ADDRESS");
     EXPECT_EQ(bytes(kiv, 0x1000, 0x1001), "01 02");
-}
-
-TEST_F(KivEpromLadenTest, InfoShowsFileChangeAndRegions) {
-    lade();
-    fuehre("setze(1000, /, 1)");
-    ausgabe.str("");
-    EXPECT_EQ(fuehre("info()"), 1);
-    const std::string text = ausgabe.str();
-    EXPECT_EQ(text.rfind("Dateiname: " + pfad("k.hex") + "\nEprom geaendert\n\nEprom AnfAdr=1000", 0), 0u) << text;
 }
 
 }  // namespace
