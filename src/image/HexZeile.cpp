@@ -54,6 +54,10 @@ int schreibeBytes(SchreibPuffer& p, Eprom& eprom, adrInteger adr, std::uint32_t 
     return ok;
 }
 
+// The first two data bytes are read whatever the count says; a byte the
+// line does not have reads as 0.
+std::uint32_t erstesByte(const IntelHexZeile& z, std::uint32_t i) { return i < z.anzahl ? z.daten[i] : 0; }
+
 }  // namespace
 
 // ===================================================================
@@ -68,43 +72,61 @@ IntelHexZeile::IntelHexZeile() = default;
 int IntelHexZeile::zerlege() {
     laenge = static_cast<std::int32_t>(text_.size());
     if (laenge < 11) return 0;
-    // A valid line has 2 * 255 + 10 digits at most; more fail the count test.
-    std::uint8_t nib[2 * maxDaten + 12];
-    std::size_t n = 0;
-    for (std::size_t i = 1; i < text_.size(); ++i) {
-        char c = text_[i];
-        int v = wert(c);
-        if (v >= 0) {
-            if (n < sizeof nib) nib[n] = static_cast<std::uint8_t>(v);
-            ++n;
-        } else if (istLeer(c)) {
-            --laenge;
-        } else {
-            Fehler("HEXFILE-NOINTEL-FMT", "IntelHexZeile::zerlege", String(ziffern(text_, i)), 'W');
-            return 0;
+    // The bytes of the line, count first. A valid line has 255 + 5 at most;
+    // a longer one fails the count test before its bytes are looked at.
+    std::uint8_t by[maxDaten + 6];
+    const char* p = text_.data();
+    const std::size_t n = text_.size();
+    bool fertig = false;
+    if (n % 2 == 1 && n <= 2 * sizeof by + 1) {
+        // The usual line: nothing but digits behind the first character.
+        int alle = 0;
+        for (std::size_t k = 0; 2 * k + 2 < n; ++k) {
+            int h = wert(p[2 * k + 1]), l = wert(p[2 * k + 2]);
+            alle |= h | l;
+            by[k] = static_cast<std::uint8_t>(h * 16 + l);
         }
+        fertig = alle >= 0;
     }
-    if (n >= 2)
-        anzahl = nib[0] * 16u + nib[1];
-    else if (n == 1)
-        anzahl = nib[0];
+    if (!fertig) {
+        std::size_t gesammelt = 0;
+        int hoch = 0;
+        for (std::size_t i = 1; i < n; ++i) {
+            char c = p[i];
+            int v = wert(c);
+            if (v >= 0) {
+                if (gesammelt % 2 == 0)
+                    hoch = v;
+                else if (gesammelt / 2 < sizeof by)
+                    by[gesammelt / 2] = static_cast<std::uint8_t>(hoch * 16 + v);
+                // A lone first digit is a count of its own, as a scan of "%2x" reads it.
+                if (gesammelt == 0) by[0] = static_cast<std::uint8_t>(v);
+                ++gesammelt;
+            } else if (istLeer(c)) {
+                --laenge;
+            } else {
+                Fehler("HEXFILE-NOINTEL-FMT", "IntelHexZeile::zerlege", String(ziffern(text_, i)), 'W');
+                return 0;
+            }
+        }
+        if (gesammelt > 0) anzahl = by[0];
+    } else {
+        anzahl = by[0];
+    }
     if (std::int64_t(laenge) != std::int64_t(anzahl) * 2 + 11) {
         std::string t = ziffern(text_, text_.size()) + "\n    " +
                         klein(static_cast<std::uint32_t>((laenge - 11) / 2)) + " != " + klein(anzahl);
         Fehler("HEXFILE-BYTECOUNT", "IntelHexZeile::zerlege", String(t), 'W');
         return 0;
     }
-    auto byte = [&](std::size_t k) { return static_cast<std::uint32_t>(nib[2 * k] * 16u + nib[2 * k + 1]); };
-    adrHoch = byte(1);
-    adrTief = byte(2);
-    typ = byte(3);
+    adrHoch = by[1];
+    adrTief = by[2];
+    typ = by[3];
     std::uint32_t summe = adrHoch + adrTief + typ + anzahl;
-    for (std::uint32_t i = 0; i < anzahl; ++i) {
-        daten[i] = static_cast<std::uint8_t>(byte(4 + i));
-        summe += daten[i];
-    }
+    std::memcpy(daten, by + 4, anzahl);
+    for (std::uint32_t i = 0; i < anzahl; ++i) summe += daten[i];
     adresse = adrHoch * 256 + adrTief;
-    pruefsumme = byte(4 + anzahl);
+    pruefsumme = by[4 + anzahl];
     std::uint32_t berechnet = (0u - summe) & 0xFF;
     if (pruefsumme != berechnet) {
         std::string t = ziffern(text_, text_.size()) + "\n    " + klein(berechnet) + " != " + klein(pruefsumme);
@@ -165,7 +187,7 @@ int IntelHexZeileSegment::liefereBasis(adrInteger& basis) {
         return 0;
     }
     // The first two data bytes, whatever the count says.
-    basis = (daten[0] * 256u + daten[1]) * 16u;
+    basis = (erstesByte(*this, 0) * 256u + erstesByte(*this, 1)) * 16u;
     return 1;
 }
 
@@ -174,7 +196,7 @@ int IntelHexZeileLinear::liefereBasis(adrInteger& basis) {
         basis = 0;
         return 0;
     }
-    basis = (daten[0] * 256u + daten[1]) * 65536u;
+    basis = (erstesByte(*this, 0) * 256u + erstesByte(*this, 1)) * 65536u;
     return 1;
 }
 
@@ -218,7 +240,7 @@ MotorolaHexZeile::MotorolaHexZeile(char typZiffer, int adrBytes, std::string_vie
 
 int MotorolaHexZeile::liesHexPaar(std::uint32_t& w) {
     if (lesePos_ + 2 > anzZiffern_) return 0;
-    w = static_cast<std::uint32_t>(wert(ziffern_[lesePos_]) * 16 + wert(ziffern_[lesePos_ + 1]));
+    w = static_cast<std::uint32_t>(ziffern_[lesePos_] * 16 + ziffern_[lesePos_ + 1]);
     lesePos_ += 2;
     laenge = static_cast<std::int16_t>(laenge - 2);
     return 1;
@@ -245,24 +267,29 @@ int MotorolaHexZeile::zerlege() {
     --laenge;
     anzZiffern_ = 0;
     lesePos_ = 0;
+    // Local counters: the byte stores below could alias the members.
+    int gesammelt = 0, leer = 0;
     for (std::size_t i = 1; i < text_.size(); ++i) {
         char c = text_[i];
-        if (wert(c) >= 0) {
-            if (anzZiffern_ < static_cast<int>(sizeof ziffern_)) ziffern_[anzZiffern_++] = c;
+        int v = wert(c);
+        if (v >= 0) {
+            if (gesammelt < static_cast<int>(sizeof ziffern_)) ziffern_[gesammelt++] = static_cast<std::uint8_t>(v);
         } else if (istLeer(c)) {
-            --laenge;
+            ++leer;
         } else {
             Fehler("HEXFILE-NOMOTOROLA-FMT", "MotorolaHexZeile::zerlege", String(ziffern(text_, i)), 'W');
             return 0;
         }
     }
+    anzZiffern_ = gesammelt;
+    laenge = static_cast<std::int16_t>(laenge - leer);
     auto alle = [&] { return ziffern(text_, text_.size()); };
-    char typ = 0;
+    int typ = -1;
     if (lesePos_ < anzZiffern_) {
         typ = ziffern_[lesePos_++];
         --laenge;
     }
-    if (!typ || !std::strchr("0123789", typ)) {
+    if (typ < 0 || typ > 9 || (typ > 3 && typ < 7)) {
         Fehler("HEXFILE-NOMOTOROLA-FMT", "MotorolaHexZeile::zerlege", String(alle()), 'W');
         return 0;
     }

@@ -45,7 +45,7 @@ public:
     std::uint32_t adrHoch = 0, adrTief = 0;
     std::uint32_t adresse = 0;   // adrHoch * 256 + adrTief (+ base, for data)
     std::uint32_t typ = 0;
-    std::uint8_t daten[maxDaten + 1] = {};
+    std::uint8_t daten[maxDaten + 1];   // the first `anzahl` are valid
     std::uint32_t pruefsumme = 0;
     std::int32_t laenge = 0;     // characters less white space
 
@@ -120,7 +120,7 @@ public:
     std::int16_t anzahl = 0;     // data bytes, after decoding
     adrInteger adresse = 0;
     std::uint32_t summe = 0;
-    std::uint8_t daten[maxDaten + 1] = {};
+    std::uint8_t daten[maxDaten + 1];   // the first `anzahl` are valid
     std::int16_t laenge = 0;     // characters not yet consumed
 
 protected:
@@ -130,8 +130,8 @@ protected:
     int adrBytes_;
     bool hatEingabe_;
     std::string_view text_;
-    // The hex digits of the line, collected by zerlege.
-    char ziffern_[600];
+    // The values of the hex digits of the line, collected by zerlege.
+    std::uint8_t ziffern_[600];
     int anzZiffern_ = 0;
     int lesePos_ = 0;
 };
