@@ -1,5 +1,6 @@
 // Load, save and edit operations of an open image, and their handlers.
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <ostream>
 #include <sstream>
@@ -90,8 +91,10 @@ int KivEprom::leseVonDatei(const DateiName& datei, std::int32_t typ, std::uint32
         !pruefeAdresse(externeAdresse, funktion))
         return 0;
     {
+        // A directory opens as a stream too, but holds no image.
+        std::error_code fehler;
         std::ifstream probe(datei.liefereGanz().c_str(), std::ios::in | std::ios::binary);
-        if (!probe) {
+        if (!probe || std::filesystem::is_directory(datei.liefereGanz().str(), fehler)) {
             Fehler("FILE-NOT-EXIST", funktion, datei.liefereGanz(), 'E');
             return 0;
         }

@@ -126,7 +126,8 @@ TEST_F(KivEpromLadenTest, AFailedLoadKeepsFileAndFlag) {
     KivEprom& kiv = lade();
     faenger.leere();
     EXPECT_EQ(fuehre("lies(Intel, " + pfad("fehlt.hex") + ")"), 0);
-    EXPECT_EQ(labels(), "FILE-NOT-EXIST");
+    EXPECT_EQ(fuehre("lies(Binaer, " + pfad("") + ")"), 0);   // a directory
+    EXPECT_EQ(labels(), "FILE-NOT-EXIST,FILE-NOT-EXIST");
     EXPECT_EQ(faenger.letzte().funktion, "KivEprom::leseVonDatei ");
     EXPECT_EQ(kiv.geaendert, 0);
     EXPECT_EQ(kiv.aktDatei->liefereGanz(), pfad("k.hex"));
