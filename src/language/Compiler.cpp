@@ -224,7 +224,7 @@ int Compiler::ausfuehreBatch(const String& dateiName, DynArray<String>* p, int a
     dataInteger zaehler = 0;
     std::string physisch;
     while (strom->good() && compilerStatus == STATUS_KEIN) {
-        ++zaehler;
+        if (zaehler < INT32_MAX) ++zaehler;
         std::string zeile;
         String echo;
         if (mitDatei) {
