@@ -176,14 +176,16 @@ int KivEprom::schreibeInDatei(const DateiName& datei, int ueberschreiben, std::i
 
     if (tausche == 1) swap(startAdresse, endAdresse);
 
-    // The fill byte goes into a copy only, and stays inside the image.
+    // The fill byte goes into a copy only, and stays inside the image: a
+    // range that misses the image (or an empty image) fills nothing, and
+    // the writer reports the range.
     std::unique_ptr<KivEprom> gefuellt;
     Eprom* quelle = eprom.get();
     if (fuellbyte != 0) {
         gefuellt = std::make_unique<KivEprom>(std::make_unique<Eprom>(*eprom), "tmp");
-        if (!istLeer(*eprom))
-            gefuellt->fuelleVonBis(std::max(von, eprom->liefereAnfAdr()), std::min(bis, eprom->liefereEndAdr()),
-                                   fuellbyte);
+        const adrInteger fuellVon = std::max(von, eprom->liefereAnfAdr());
+        const adrInteger fuellBis = std::min(bis, eprom->liefereEndAdr());
+        if (fuellVon <= fuellBis) gefuellt->fuelleVonBis(fuellVon, fuellBis, fuellbyte);
         quelle = gefuellt->eprom.get();
     }
 

@@ -82,6 +82,12 @@ TEST_F(KivEpromLadenTest, AWriteOutsideTheImageFailsAfterTheOldFileIsGone) {
     EXPECT_EQ(fuehre("schreibe(Intel, " + pfad("alt.hex") + ", F00, /, /, FF, YES)"), 0);
     EXPECT_NE(meldung("HEXFILE-ADR"), nullptr);
     EXPECT_NE(liesDatei("alt.hex"), "alt");
+
+    // A range above the image does not let the fill widen the copy.
+    faenger.leere();
+    EXPECT_EQ(fuehre("schreibe(Intel, " + pfad("hoch.hex") + ", FFFFFF00, /, /, FF)"), 0);
+    EXPECT_NE(meldung("HEXFILE-ADR"), nullptr);
+    EXPECT_EQ(meldung("EPR-BYTES-FILLED-WITH"), nullptr);
 }
 
 TEST_F(KivEpromLadenTest, ZeroBytesPerLineIsRefusedBeforeTheFileIsTouched) {
