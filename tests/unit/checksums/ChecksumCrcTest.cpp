@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <sstream>
 
 #include "BildHilfen.h"
 #include "checksums/ChecksumCRC16.h"
@@ -107,15 +106,6 @@ TEST(ChecksumCrc, ZielFeld)
     EXPECT_EQ(summe(*c, fest), 0xCBF43926u);
     EXPECT_EQ(bytes(fest, 0x109, 2), "CB F4");
     EXPECT_EQ(labels(faenger), "");
-}
-
-TEST(ChecksumCrc, BerichtZeigtSechzehnBit)
-{
-    Eprom eprom;
-    schreibe(eprom, 0, "123456789");
-    std::ostringstream bericht;
-    ChecksumCRC16(0, 8, 0, 0xA001).zeigeBericht(eprom, bericht);
-    EXPECT_EQ(bericht.str(), "Checksumme CRC16\nvon 000000 bis 000008\nErgebnis: A47B\n");
 }
 
 TEST(ChecksumCrc, FreiesBildUeberFenstergrenzen)
