@@ -2,6 +2,7 @@
 # `make test` builds and runs every test, `make asan` does the same under the
 # address and undefined-behaviour sanitizers.
 
+MAKEFLAGS += --no-print-directory
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 BUILD ?= build
 ASAN_BUILD ?= build-asan
@@ -52,3 +53,44 @@ install: build
 
 clean:
 	rm -rf $(BUILD) $(ASAN_BUILD)
+
+# ---- Fuzzing ----------------------------------------------------------------
+# `make fuzz` builds the libFuzzer targets with clang in $(FUZZ_BUILD) and runs
+# each for FUZZ_SECONDS. New corpus entries go to $(FUZZ_BUILD)/korpus, never
+# into the seeds; a crash, hang or sanitizer report leaves its input under
+# $(FUZZ_BUILD)/funde/<target>/ and fails the run.
+FUZZ_SECONDS ?= 60
+FUZZ_TIMEOUT ?= 10
+FUZZ_BUILD ?= build-fuzz
+FUZZ_TARGETS ?= intel motorola binaer fmt mmparse kdozeile
+
+.PHONY: fuzz
+
+# Installs clang and its libFuzzer runtime where missing.
+fuzz: deps
+	@command -v clang++ >/dev/null || { $(SUDO) apt-get update -q && $(SUDO) apt-get install -y -q clang; }
+	@probe=$$(mktemp -d); \
+	echo 'extern "C" int LLVMFuzzerTestOneInput(const unsigned char*, unsigned long) { return 0; }' > $$probe/p.cpp; \
+	if ! clang++ -fsanitize=fuzzer,address,undefined $$probe/p.cpp -o $$probe/p 2>/dev/null; then \
+	  v=$$(clang++ --version | sed -n 's/.*clang version \([0-9]*\).*/\1/p' | head -n1); \
+	  echo "installing the libFuzzer runtime for clang $$v"; \
+	  $(SUDO) apt-get update -q && { $(SUDO) apt-get install -y -q libclang-rt-$$v-dev || \
+	    $(SUDO) apt-get install -y -q libclang-rt-dev; }; \
+	fi; rm -rf $$probe
+	@CC=clang CXX=clang++ cmake -S . -B $(FUZZ_BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKIV_FUZZ=ON >/dev/null
+	@cmake --build $(FUZZ_BUILD) -j$(JOBS) --target $(addprefix fuzz_,$(FUZZ_TARGETS))
+	@fehler=0; for z in $(FUZZ_TARGETS); do \
+	  mkdir -p $(FUZZ_BUILD)/korpus/$$z $(FUZZ_BUILD)/funde/$$z; \
+	  echo "fuzzing $$z for $(FUZZ_SECONDS) s"; \
+	  if ! $(FUZZ_BUILD)/fuzz_$$z -max_total_time=$(FUZZ_SECONDS) -timeout=$(FUZZ_TIMEOUT) -print_final_stats=1 \
+	      -artifact_prefix=$(FUZZ_BUILD)/funde/$$z/ $(FUZZ_BUILD)/korpus/$$z tests/fuzz/corpus/$$z \
+	      > $(FUZZ_BUILD)/funde/$$z.log 2>&1; then \
+	    fehler=1; \
+	    echo "FAILED: $$z (log $(FUZZ_BUILD)/funde/$$z.log)"; \
+	    grep -h -E '^(==[0-9]+==ERROR|SUMMARY|kiv fuzz)' $(FUZZ_BUILD)/funde/$$z.log | head -n 5; \
+	    for f in $(FUZZ_BUILD)/funde/$$z/*; do [ -f "$$f" ] && echo "  input: $$f"; done; \
+	  else \
+	    grep -h -E '^(#[0-9]+.*DONE|stat::number_of_executed_units)' $(FUZZ_BUILD)/funde/$$z.log | tail -n 2; \
+	  fi; \
+	done; \
+	if [ $$fehler = 1 ]; then echo "fuzzing found faults; reproduce with the fuzz_<target> executable and the input"; exit 1; fi

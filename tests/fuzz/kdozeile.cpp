@@ -1,0 +1,60 @@
+// Fuzz target: the input is the text of a procedure, read line by line by
+// the command scanner and parser with no semantic actions beyond the mode
+// switches, once from each starting scanner mode. Each parse must end after
+// a number of tokens that grows with its line only, and leave a valid mode.
+#include <sstream>
+#include <string>
+
+#include "FuzzUmgebung.h"
+#include "language/KdoParser.h"
+
+namespace {
+
+class ZaehlParser : public KdoParser {
+public:
+    long tokens = 0;
+    long grenze = 0;
+
+protected:
+    dataInteger holeToken() override {
+        if (++tokens > grenze) kivfuzz::verletzt("kdozeile", "the parse does not end");
+        return KdoParser::holeToken();
+    }
+};
+
+}  // namespace
+
+int kivFuzzKdozeile(const std::uint8_t* daten, std::size_t groesse) {
+    using namespace kivfuzz;
+    static const char* const ziel = "kdozeile";
+    initUmgebung();
+
+    const std::string text(reinterpret_cast<const char*>(daten), groesse);
+    for (dataInteger modus = 0; modus <= 2; ++modus) {
+        scannerModus = modus;
+        ZaehlParser parser;
+        // One parse per line on a stream of its own, as the compiler runs a
+        // procedure; the mode a line leaves behind carries over on purpose.
+        std::size_t anfang = 0;
+        for (dataInteger nr = 1; anfang < text.size() || nr == 1; ++nr) {
+            std::size_t ende = text.find('\n', anfang);
+            ende = ende == std::string::npos ? text.size() : ende + 1;
+            std::istringstream strom(text.substr(anfang, ende - anfang));
+            parser.oeffne("fuzz", strom, nr);
+            parser.tokens = 0;
+            parser.grenze = 4 * static_cast<long>(ende - anfang) + 10;
+            const int r = parser.parse();
+            if (r != 0 && r != 1) verletzt(ziel, "parse gave neither 0 nor 1");
+            if (scannerModus < 0 || scannerModus > 2) verletzt(ziel, "scanner mode out of range");
+            anfang = ende;
+        }
+    }
+    Fehler::holeStatus();
+    return 0;
+}
+
+#ifdef KIV_LIBFUZZER
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* daten, std::size_t groesse) {
+    return kivFuzzKdozeile(daten, groesse);
+}
+#endif
