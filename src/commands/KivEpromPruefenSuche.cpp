@@ -43,8 +43,10 @@ void schreibeAdresse(std::ostream& os, adrInteger adr)
 class BildLeser {
 public:
     explicit BildLeser(Eprom& e) : eprom(e), frei(e.istFrei() != 0) {}
-    // The byte at `adr`; bytes up to `grenze` may be read ahead.
-    std::uint8_t lies(adrInteger adr, adrInteger grenze);
+    // The bytes from `adr` on: a pointer to the byte at `adr`, with `letzte`
+    // the address of the last byte that follows it in memory. Bytes up to
+    // `grenze` (not below `adr`) may be read ahead.
+    const std::uint8_t* zeige(adrInteger adr, adrInteger grenze, std::uint64_t& letzte);
     // True if reading `adr` would change the image.
     bool veraendert(adrInteger adr) const;
 
@@ -52,7 +54,7 @@ private:
     Eprom& eprom;
     bool frei;
     std::vector<std::uint8_t> puffer;
-    std::uint64_t pufferAnf = 1, pufferEnd = 0;   // inclusive; empty at first
+    std::uint8_t einzeln = 0;
 };
 
 // The walk over the regions from `von` to `bis`, one match per call of
@@ -72,7 +74,7 @@ public:
 
 private:
     bool neueZeile();
-    void fuettere();
+    bool laufeZeile(adrInteger& treffer);
     void weiter();
     bool liestX();
 
@@ -81,13 +83,16 @@ private:
     std::vector<std::uint8_t> muster;
     std::size_t laenge;
     std::vector<std::size_t> rand;     // rand[i]: longest border of the first i bytes
-    std::vector<std::uint8_t> ring;    // the last `laenge` bytes read, by address
+    std::vector<std::uint8_t> ring;    // at least the last `laenge` bytes read, by address
+    std::uint64_t ringMaske = 0;       // ring size less 1, a power of two
     std::uint64_t bis;
     std::uint64_t s;                   // the start being tried
     std::uint64_t x = 0;               // the next byte for the automaton
     std::uint64_t g = 0;               // last start of the present region
     std::uint64_t textEnde = 0;        // last byte that may be read for it
     std::size_t q = 0;                 // automaton: length of the prefix read
+    const std::uint8_t* block = nullptr;   // the reader's bytes blockAnf .. blockEnde
+    std::uint64_t blockAnf = 0, blockEnde = 0;
     bool inZeile = false;
     bool fertig = false;
 };
@@ -103,15 +108,15 @@ bool BildLeser::veraendert(adrInteger adr) const
     return eprom.liefereSegment(0).findeBereich(adr, code, grenze) == nullptr;
 }
 
-std::uint8_t BildLeser::lies(adrInteger adr, adrInteger grenze)
+const std::uint8_t* BildLeser::zeige(adrInteger adr, adrInteger grenze, std::uint64_t& letzte)
 {
-    if (adr >= pufferAnf && adr <= pufferEnd) return puffer[adr - pufferAnf];
+    letzte = adr;
     if (veraendert(adr)) {
-        // Read alone and not kept: this read makes the window's region, so
-        // that the next one can take whole blocks again.
-        std::uint8_t byte = 0;
-        eprom.liefereByte(adr, byte, 0);
-        return byte;
+        // Read alone: this read makes the window's region, so that the next
+        // one can take whole blocks again.
+        einzeln = 0;
+        eprom.liefereByte(adr, einzeln, 0);
+        return &einzeln;
     }
     std::uint64_t ende = std::min<std::uint64_t>(grenze, std::uint64_t(adr) + blockGroesse - 1);
     if (frei) {
@@ -124,9 +129,8 @@ std::uint8_t BildLeser::lies(adrInteger adr, adrInteger grenze)
     const auto anzahl = static_cast<std::uint32_t>(ende - adr + 1);
     puffer.resize(anzahl);
     eprom.liefereBytes(adr, anzahl, puffer.data());
-    pufferAnf = adr;
-    pufferEnd = ende;
-    return puffer[0];
+    letzte = ende;
+    return puffer.data();
 }
 
 // ---------------------------------------------------------------------------
@@ -145,7 +149,10 @@ MusterSuche::MusterSuche(Eprom& e, const std::vector<std::uint8_t>& m, adrIntege
         if (muster[i] == muster[k]) ++k;
         rand[i + 1] = k;
     }
-    ring.assign(laenge, 0);
+    std::size_t groesse = 1;
+    while (groesse < laenge) groesse *= 2;
+    ring.assign(groesse, 0);
+    ringMaske = groesse - 1;
 }
 
 bool MusterSuche::neueZeile()
@@ -162,21 +169,11 @@ bool MusterSuche::neueZeile()
     return true;
 }
 
-void MusterSuche::fuettere()
-{
-    const std::uint8_t c = leser.lies(static_cast<adrInteger>(x), static_cast<adrInteger>(textEnde));
-    ring[x % laenge] = c;
-    while (q > 0 && (q == laenge || muster[q] != c)) q = rand[q];
-    if (muster[q] == c) ++q;
-    ++x;
-}
-
 void MusterSuche::weiter()
 {
-    // Behind a start whose first byte matched the walk goes on two bytes
-    // further, so that a match beginning at the next byte is missed: in
-    // 41 41 41 42 the pattern 41 41 42 is not found. Intended.
-    s += ring[s % laenge] == muster[0] ? 2 : 1;
+    // The same step as in laufeZeile, two bytes behind a first byte that
+    // matched; intended.
+    s += ring[s & ringMaske] == muster[0] ? 2 : 1;
 }
 
 bool MusterSuche::liestX()
@@ -201,32 +198,78 @@ int MusterSuche::naechster(adrInteger& treffer)
             if (!neueZeile()) break;
             inZeile = true;
         }
-        bool zeileAus = false;
-        while (!zeileAus && s <= g) {
-            for (;;) {
-                const std::uint64_t ziel = std::min(s + laenge - 1, textEnde);
-                if (x > ziel) break;
-                // Behind the region a read may create a region in a free
-                // image; such a byte is read only if a start's comparison
-                // gets that far.
-                if (x > g && leser.veraendert(static_cast<adrInteger>(x)) && !liestX()) {
-                    zeileAus = true;
-                    break;
-                }
-                fuettere();
-            }
-            if (zeileAus) break;
-            if (s + laenge - 1 <= textEnde && q == laenge) {
-                treffer = static_cast<adrInteger>(s);
-                ++s;
-                return 1;
-            }
-            weiter();
-        }
+        if (laufeZeile(treffer)) return 1;
         inZeile = false;
     }
     fertig = true;
     return 0;
+}
+
+bool MusterSuche::laufeZeile(adrInteger& treffer)
+{
+    // The state in locals: the ring's byte stores could otherwise alias
+    // every member and force reloads per byte.
+    const std::uint8_t* const m = muster.data();
+    const std::size_t* const r = rand.data();
+    std::uint8_t* const ri = ring.data();
+    const std::uint64_t maske = ringMaske;
+    const std::uint64_t lang = laenge;
+    const std::uint64_t letzterStart = g;
+    const std::uint64_t ende = textEnde;
+    const std::uint8_t erstes = m[0];
+    std::uint64_t sl = s, xl = x;
+    std::size_t ql = q;
+    const std::uint8_t* block = this->block;
+    std::uint64_t blockAnf = this->blockAnf, blockEnde = this->blockEnde;
+    bool gefunden = false;
+
+    while (sl <= letzterStart) {
+        bool zeileAus = false;
+        for (;;) {
+            if (xl > std::min(sl + lang - 1, ende)) break;
+            if (block == nullptr || xl > blockEnde) {
+                // Behind the region a read may create a region in a free
+                // image; such a byte is read only if a start's comparison
+                // gets that far.
+                if (xl > letzterStart && leser.veraendert(static_cast<adrInteger>(xl))) {
+                    s = sl;
+                    x = xl;
+                    q = ql;
+                    const bool liest = liestX();
+                    sl = s;
+                    if (!liest) {
+                        zeileAus = true;
+                        break;
+                    }
+                }
+                block = leser.zeige(static_cast<adrInteger>(xl), static_cast<adrInteger>(ende), blockEnde);
+                blockAnf = xl;
+            }
+            const std::uint8_t c = block[xl - blockAnf];
+            ri[xl & maske] = c;
+            while (ql > 0 && (ql == lang || m[ql] != c)) ql = r[ql];
+            if (m[ql] == c) ++ql;
+            ++xl;
+        }
+        if (zeileAus) break;
+        if (sl + lang - 1 <= ende && ql == lang) {
+            treffer = static_cast<adrInteger>(sl);
+            ++sl;
+            gefunden = true;
+            break;
+        }
+        // Behind a start whose first byte matched the walk goes on two bytes
+        // further, so that a match beginning at the next byte is missed: in
+        // 41 41 41 42 the pattern 41 41 42 is not found. Intended.
+        sl += ri[sl & maske] == erstes ? 2 : 1;
+    }
+    s = sl;
+    x = xl;
+    q = ql;
+    this->block = block;
+    this->blockAnf = blockAnf;
+    this->blockEnde = blockEnde;
+    return gefunden;
 }
 
 // ---------------------------------------------------------------------------

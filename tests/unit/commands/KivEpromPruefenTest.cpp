@@ -1,5 +1,7 @@
 // The checks of an image: the address check, the occupancy listing with its
 // runs outside the image, and the comparison on the console and into files.
+#include <random>
+
 #include "KivObjektTestUmgebung.h"
 
 namespace {
@@ -90,6 +92,37 @@ TEST_F(KivEpromPruefenTest, ComparisonPrintsDifferingLinesAndFailsOnDifferences)
     faenger.leere();
     EXPECT_EQ(fuehre("vergleiche(/, /, /, Kiv)"), 0);
     EXPECT_EQ(labels(), "EPROM-NOT-EXIST");
+}
+
+TEST_F(KivEpromPruefenTest, ComparisonShowsWhatTheImagesOwnDisplayShows) {
+    // The command reads in blocks; the image's display reads byte by byte.
+    // Both must agree on random images, ranges, offsets and a target range
+    // that wraps past 0xFFFFFFFF.
+    std::mt19937 zufall(11);
+    for (int runde = 0; runde < 60; ++runde) {
+        KivEprom& b = neu();
+        KivEprom& a = neu();
+        if (runde % 3 == 0) {
+            fuehre("definiereBereich(0, 4F)");
+            fuehre("definiereBereich(70, 1FF)");
+        }
+        for (KivEprom* kiv : {&a, &b})
+            for (adrInteger x = 0; x < 0x200; ++x)
+                if (zufall() % 4) kiv->eprom->setzeByte(x, static_cast<std::uint8_t>(zufall() % 3));
+        const adrInteger von = zufall() % 0x180;
+        const adrInteger bis = von + zufall() % 0x1100;   // beyond the images as well
+        const adrInteger ziel = runde % 5 == 0 ? 0xFFFFFFF0u + zufall() % 16 : zufall() % 0x180;
+        std::ostringstream erwartet;
+        const std::uint32_t anzahl =
+            a.eprom->anzeigeDifferenzen(erwartet, a.name, b.name, *b.eprom, von, ziel, bis);
+        char zeile[80];
+        std::snprintf(zeile, sizeof zeile, "vergleiche(%X, %X, %X, %s)", von, bis, ziel, b.name.c_str());
+        faenger.leere();
+        ausgabe.str("");
+        EXPECT_EQ(fuehre(zeile), anzahl == 0 ? 1 : 0);
+        ASSERT_EQ(ausgabe.str(), erwartet.str()) << zeile;
+        EXPECT_EQ(faenger.letzte().detail, std::to_string(anzahl));
+    }
 }
 
 TEST_F(KivEpromPruefenTest, ComparisonIntoAFileReplacesItAndEndsWithTheCountInHex) {
