@@ -58,12 +58,13 @@ KivEprom& kivVon(KdoObjekt& objekt)
 }
 
 // The file of a load or save: the one given, else the file the image last
-// came from or went to, else a file named like the image.
+// came from or went to, else a file named like the image. An image made by
+// `neu(/)` keeps "/" as its file, which stands for none as everywhere.
 DateiName dateiVon(KivEprom& kiv, KdoKommando& kommando, std::uint16_t index)
 {
     const DateiName& datei = kommando[index].liefereArgWertDatei();
     if (datei.liefereGanz() != "/") return datei;
-    if (kiv.aktDatei) return *kiv.aktDatei;
+    if (kiv.aktDatei && kiv.aktDatei->liefereGanz() != "/") return *kiv.aktDatei;
     return DateiName(kiv.liefereName());
 }
 

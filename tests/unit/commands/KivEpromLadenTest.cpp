@@ -51,6 +51,17 @@ TEST_F(KivEpromLadenTest, WritingKeepsOtherFilesAndRewritesTheImagesOwnFile) {
     EXPECT_NE(liesDatei("k.hex").find("\nS1071000AA020304"), std::string::npos);
 }
 
+TEST_F(KivEpromLadenTest, AnImageWithoutFileIsSavedUnderItsName) {
+    KivEprom& kiv = neu();
+    fuehre("setze(0, /, 1)");
+    const auto vorher = std::filesystem::current_path();
+    std::filesystem::current_path(pfad(""));
+    EXPECT_EQ(fuehre("schreibe()"), 1);
+    std::filesystem::current_path(vorher);
+    EXPECT_EQ(kiv.aktDatei->liefereGanz(), "Neu1");
+    EXPECT_EQ(liesDatei("Neu1"), ":0100000001FE\n:00000001FF\n");
+}
+
 TEST_F(KivEpromLadenTest, AMotorolaLoadCountsAsTheDynamicWriteType) {
     lade();
     ASSERT_EQ(fuehre("schreibe(Motorola_S1S9, " + pfad("m.s") + ")"), 1);
