@@ -90,7 +90,9 @@ TEST_F(AusfuehreTransTest, StatementParametersReachTheTranslatedLines) {
     // definition x belongs to the procedure and not to the translated lines.
     datei("gt_t.kiv", "x=holeParameter(0)\nausfuehreTrans(\"gt_t.in\", DAT, ./gt_t.gram, 'p0', 8)\n");
     MeldungsFaenger f;
-    prozedur("gt_t.kiv", {"3"});
+    DynArray<String> p;
+    p[0] = "3";
+    Compiler::ausfuehreBatch("gt_t.kiv", &p, 1);
     EXPECT_EQ(protokollText(), "zahl(3)@W:zahl(3)\nzahl(8)@W:zahl(8)\nzahl(1)@W:zahl(1)\nfehl@W:fehl() \n");
     EXPECT_EQ(details(f, "CMD-TRANS"),
               "\n\tgt_t.in:1: zahl(3)\n\n\tgt_t.in:2: zahl(8)\n\n\tgt_t.in:3: zahl(1)\n\n\tgt_t.in:4: fehl() // 'x'\n");

@@ -45,17 +45,10 @@ inline void merke(const std::string& kommando, KdoObjekt& objekt) {
     protokoll().push_back(kommando + "@" + objekt.liefereName().str() + ":" + zeile);
 }
 
-inline int kdoOk(KdoObjekt& o, KdoKommando&) {
-    merke("ok", o);
-    return 1;
-}
-inline int kdoFehl(KdoObjekt& o, KdoKommando&) {
-    merke("fehl", o);
-    return 0;
-}
+inline int kdoOk(KdoObjekt& o, KdoKommando&) { return merke("ok", o), 1; }
+inline int kdoFehl(KdoObjekt& o, KdoKommando&) { return merke("fehl", o), 0; }
 inline int kdoZahl(KdoObjekt& o, KdoKommando& k) {
-    merke("zahl(" + std::to_string(k[0].liefereArgWertInt()) + ")", o);
-    return 1;
+    return merke("zahl(" + std::to_string(k[0].liefereArgWertInt()) + ")", o), 1;
 }
 
 class TestObjekt : public KdoObjekt {
@@ -104,17 +97,14 @@ protected:
     }
 
     // Writes a file that the test removes afterwards.
-    std::string datei(const std::string& name, const std::string& inhalt) {
-        std::ofstream f(name, std::ios::binary);
-        f << inhalt;
+    void datei(const std::string& name, const std::string& inhalt) {
+        std::ofstream(name, std::ios::binary) << inhalt;
         dateien.push_back(name);
-        return name;
     }
-    // A name that the test removes afterwards, for files that the run makes.
-    std::string entsteht(const std::string& name) {
+    // A file that the run may make; the test removes it afterwards.
+    void entsteht(const std::string& name) {
         std::remove(name.c_str());
         dateien.push_back(name);
-        return name;
     }
 
     static bool gibtEs(const std::string& name) { return std::ifstream(name).good(); }
@@ -123,13 +113,8 @@ protected:
         return std::string(std::istreambuf_iterator<char>(f), std::istreambuf_iterator<char>());
     }
 
-    static int zeile(const std::string& text) { return Compiler::ausfuehreZeile(String(text + "\n")); }
+    static void zeile(const std::string& text) { Compiler::ausfuehreZeile(String(text + "\n")); }
 
-    static int prozedur(const std::string& name, const std::vector<std::string>& parameter = {}) {
-        DynArray<String> p;
-        for (std::size_t i = 0; i < parameter.size(); ++i) p[static_cast<int>(i)] = String(parameter[i]);
-        return Compiler::ausfuehreBatch(String(name), &p, static_cast<int>(parameter.size()));
-    }
 
     static std::string protokollText() {
         std::string t;

@@ -38,19 +38,7 @@ TEST_F(UmsetzeTest, AFileThatDoesNotMatchLeavesAnEmptyOutputAndAReportWithoutTex
     EXPECT_EQ(inhalt("gt_u.out"), "");
 }
 
-TEST_F(UmsetzeTest, TextThatACommitFlushedStaysInTheOutput) {
-    // The commit writes "xa"; the assignment around it then finds its text gone.
-    datei("gt_u.gram", "(x(!a)).{v}\n");
-    datei("gt_u.in", "xa");
-    entsteht("gt_u.out");
-    MeldungsFaenger f;
-    zeile("umsetze(gt_u.in, DAT, ./gt_u.gram, gt_u.out)");
-    EXPECT_EQ(labels(f), "TRANS-NOMEMORY-ERR");
-    EXPECT_EQ(details(f, "TRANS-NOMEMORY-ERR"), "parsecode= -6\n");
-    EXPECT_EQ(inhalt("gt_u.out"), "xa");
-}
-
-TEST_F(UmsetzeTest, MissingFilesEndTheCommandBeforeTheOutputIsMade) {
+TEST_F(UmsetzeTest, FilesThatCanNotBeOpened) {
     datei("gt_u.gram", "@*\n");
     datei("gt_u.in", "x\n");
     entsteht("gt_u.out");
@@ -62,24 +50,11 @@ TEST_F(UmsetzeTest, MissingFilesEndTheCommandBeforeTheOutputIsMade) {
     zeile("umsetze(gt_u.in, DAT, ./gt_u.nogram, gt_u.out)");
     EXPECT_EQ(labels(f), "FILEOPENERROR");
     EXPECT_FALSE(gibtEs("gt_u.out"));
-}
-
-TEST_F(UmsetzeTest, AnOutputFileThatCanNotBeMadeIsAnIllegalArgument) {
-    datei("gt_u.gram", "@*\n");
-    datei("gt_u.in", "x\n");
-    MeldungsFaenger f;
+    // An output file that can not be made is left to the engine.
+    f.leere();
     zeile("umsetze(gt_u.in, DAT, ./gt_u.gram, gt_kein_verzeichnis/out)");
     EXPECT_EQ(labels(f), "TRANS-ILLEGALARGS-ERR");
     EXPECT_EQ(details(f, "TRANS-ILLEGALARGS-ERR"), "\n");
-}
-
-TEST_F(UmsetzeTest, WithAGrammarObjectNothingHappens) {
-    datei("gt_u.in", "x\n");
-    entsteht("gt_u.out");
-    MeldungsFaenger f;
-    zeile("umsetze(gt_u.in, SYSOSP, gram, gt_u.out)");
-    EXPECT_EQ(f.anzahl(), 0u);
-    EXPECT_FALSE(gibtEs("gt_u.out"));
 }
 
 }  // namespace
