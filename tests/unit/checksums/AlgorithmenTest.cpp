@@ -65,7 +65,7 @@ void stueckweise(std::mt19937& zufall, const Bytes& b, F nimm)
 {
     std::size_t versatz = zufall() % 16;
     Bytes puffer(versatz + b.size() + 1);
-    std::copy(b.begin(), b.end(), puffer.begin() + static_cast<std::ptrdiff_t>(versatz));
+    for (std::size_t i = 0; i < b.size(); ++i) puffer[versatz + i] = b[i];
     for (std::size_t pos = 0; pos < b.size();) {
         std::size_t rest = b.size() - pos;
         std::size_t stueck = (zufall() % 4 == 0) ? rest : 1 + zufall() % rest;
