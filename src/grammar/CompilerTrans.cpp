@@ -98,6 +98,28 @@ const char* kennungVon(dataInteger code) {
     return KENNUNGEN[-code];
 }
 
+// Translated lines run inside the statement, on the C++ stack, and may
+// themselves be ausfuehreTrans statements: a translation that leads back to
+// itself must end with a message instead of overflowing the stack. The limit
+// and the label are those of nested procedure runs.
+class Schachtelung {
+public:
+    Schachtelung() { ++tiefe_; }
+    ~Schachtelung() { --tiefe_; }
+    Schachtelung(const Schachtelung&) = delete;
+    Schachtelung& operator=(const Schachtelung&) = delete;
+    // 1 if this run may go on; otherwise reported.
+    static int erlaubt(const String& dateiName, const char* funktion) {
+        if (tiefe_ <= Compiler::MAX_SCHACHTELUNG) return 1;
+        Fehler("CMD-KDOOBJ-BATCH-TOODEEP", funktion, dateiName, 'E');
+        return 0;
+    }
+
+private:
+    static int tiefe_;
+};
+int Schachtelung::tiefe_ = 0;
+
 // ausfuehreTrans: each line of the file to translate goes through the
 // engine on its own; the translation, with the statement's parameters put
 // in, runs in a second Compiler. Only a failure of the engine ends the
@@ -198,6 +220,8 @@ void Compiler::mmparseError(dataInteger code, dataInteger /*reserviert*/, const 
 
 // anweisung -> transStart "(" quellDatei "," DAT "," grammatikDatei optParameter ")" ZEILENENDE
 void Compiler::ausfuehreTransDat() {
+    const Schachtelung ebene;
+    if (!Schachtelung::erlaubt(dateiName, "Compiler::ausfuehreTransDat")) return;
     std::string grammatik;
     if (!leseGrammatik(grammatikName, grammatik)) return;
     fuehreUebersetzungAus(*this, grammatik.c_str(), "Compiler::ausfuehreTransDat");
@@ -205,6 +229,8 @@ void Compiler::ausfuehreTransDat() {
 
 // anweisung -> transStart "(" quellDatei "," SYSOSP "," grammatikObjekt optParameter ")" ZEILENENDE
 void Compiler::ausfuehreTransOSp() {
+    const Schachtelung ebene;
+    if (!Schachtelung::erlaubt(dateiName, "Compiler::ausfuehreTransOSp")) return;
     const char* grammatik = sucheGrammatikObjekt(wort);
     if (!grammatik) return;
     fuehreUebersetzungAus(*this, grammatik, "Compiler::ausfuehreTransOSp");

@@ -98,6 +98,14 @@ TEST_F(AusfuehreTransTest, StatementParametersReachTheTranslatedLines) {
               "\n\tgt_t.in:1: zahl(3)\n\n\tgt_t.in:2: zahl(8)\n\n\tgt_t.in:3: zahl(1)\n\n\tgt_t.in:4: fehl() // 'x'\n");
 }
 
+TEST_F(AusfuehreTransTest, ATranslationThatRunsItselfStopsAtTheNestingLimit) {
+    MeldungsFaenger f;
+    uebersetze("x%ausfuehreTrans\\(\"gt_t.in\", DAT, ./gt_t.gram\\)|o%ok\\(\\)", "x\no\n");
+    EXPECT_EQ(details(f, "CMD-KDOOBJ-BATCH-TOODEEP"), "gt_t.in\n");
+    // Each level goes on with its own next line once the deeper one is done.
+    EXPECT_EQ(protokoll().size(), static_cast<std::size_t>(Compiler::MAX_SCHACHTELUNG));
+}
+
 TEST_F(AusfuehreTransTest, MissingFilesAndGrammarObjects) {
     datei("gt_t.gram", "@*\n");
     MeldungsFaenger f;
