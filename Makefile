@@ -62,7 +62,7 @@ clean:
 FUZZ_SECONDS ?= 60
 FUZZ_TIMEOUT ?= 10
 FUZZ_BUILD ?= build-fuzz
-FUZZ_TARGETS ?= intel motorola binaer fmt mmparse kdozeile
+FUZZ_TARGETS ?= intel motorola binaer fmt mmparse kdozeile compiler
 
 .PHONY: fuzz
 
@@ -79,18 +79,19 @@ fuzz: deps
 	fi; rm -rf $$probe
 	@CC=clang CXX=clang++ cmake -S . -B $(FUZZ_BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKIV_FUZZ=ON >/dev/null
 	@cmake --build $(FUZZ_BUILD) -j$(JOBS) --target $(addprefix fuzz_,$(FUZZ_TARGETS))
-	@fehler=0; for z in $(FUZZ_TARGETS); do \
-	  mkdir -p $(FUZZ_BUILD)/korpus/$$z $(FUZZ_BUILD)/funde/$$z; \
+	@# Absolute paths: the compiler target works in a directory of its own.
+	@b=$(abspath $(FUZZ_BUILD)); fehler=0; for z in $(FUZZ_TARGETS); do \
+	  mkdir -p $$b/korpus/$$z $$b/funde/$$z; \
 	  echo "fuzzing $$z for $(FUZZ_SECONDS) s"; \
-	  if ! $(FUZZ_BUILD)/fuzz_$$z -max_total_time=$(FUZZ_SECONDS) -timeout=$(FUZZ_TIMEOUT) -print_final_stats=1 \
-	      -artifact_prefix=$(FUZZ_BUILD)/funde/$$z/ $(FUZZ_BUILD)/korpus/$$z tests/fuzz/corpus/$$z \
-	      > $(FUZZ_BUILD)/funde/$$z.log 2>&1; then \
+	  if ! $$b/fuzz_$$z -max_total_time=$(FUZZ_SECONDS) -timeout=$(FUZZ_TIMEOUT) -print_final_stats=1 \
+	      -artifact_prefix=$$b/funde/$$z/ $$b/korpus/$$z $(CURDIR)/tests/fuzz/corpus/$$z \
+	      > $$b/funde/$$z.log 2>&1; then \
 	    fehler=1; \
-	    echo "FAILED: $$z (log $(FUZZ_BUILD)/funde/$$z.log)"; \
-	    grep -h -E '^(==[0-9]+==ERROR|SUMMARY|kiv fuzz)' $(FUZZ_BUILD)/funde/$$z.log | head -n 5; \
-	    for f in $(FUZZ_BUILD)/funde/$$z/*; do [ -f "$$f" ] && echo "  input: $$f"; done; \
+	    echo "FAILED: $$z (log $$b/funde/$$z.log)"; \
+	    grep -h -E '^(==[0-9]+==ERROR|SUMMARY|kiv fuzz)' $$b/funde/$$z.log | head -n 5; \
+	    for f in $$b/funde/$$z/*; do [ -f "$$f" ] && echo "  input: $$f"; done; \
 	  else \
-	    grep -h -E '^(#[0-9]+.*DONE|stat::number_of_executed_units)' $(FUZZ_BUILD)/funde/$$z.log | tail -n 2; \
+	    grep -h -E '^(#[0-9]+.*DONE|stat::number_of_executed_units)' $$b/funde/$$z.log | tail -n 2; \
 	  fi; \
 	done; \
 	if [ $$fehler = 1 ]; then echo "fuzzing found faults; reproduce with the fuzz_<target> executable and the input"; exit 1; fi

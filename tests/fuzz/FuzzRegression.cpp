@@ -23,6 +23,7 @@ int kivFuzzBinaer(const std::uint8_t* daten, std::size_t groesse);
 int kivFuzzFmt(const std::uint8_t* daten, std::size_t groesse);
 int kivFuzzMmparse(const std::uint8_t* daten, std::size_t groesse);
 int kivFuzzKdozeile(const std::uint8_t* daten, std::size_t groesse);
+int kivFuzzCompiler(const std::uint8_t* daten, std::size_t groesse);
 
 namespace {
 
@@ -36,6 +37,7 @@ struct Ziel {
 const Ziel ziele[] = {
     {"intel", kivFuzzIntel}, {"motorola", kivFuzzMotorola}, {"binaer", kivFuzzBinaer},
     {"fmt", kivFuzzFmt},     {"mmparse", kivFuzzMmparse},   {"kdozeile", kivFuzzKdozeile},
+    {"compiler", kivFuzzCompiler},
 };
 
 bool laufe(const Ziel& ziel, const fs::path& datei) {
@@ -62,20 +64,24 @@ int main(int argc, char** argv) {
             std::fprintf(stderr, "no target %s\n", argv[2]);
             return 2;
         }
+        // Absolute first: a target may change the working directory.
+        std::vector<fs::path> dateien;
+        for (int i = 3; i < argc; ++i) dateien.push_back(fs::absolute(argv[i]));
         bool gut = true;
-        for (int i = 3; i < argc; ++i) gut = laufe(*z, argv[i]) && gut;
+        for (const auto& d : dateien) gut = laufe(*z, d) && gut;
         return gut ? 0 : 1;
     }
     if (argc != 2) {
         std::fprintf(stderr, "usage: %s <fuzz dir> | -z <target> <file>...\n", argv[0]);
         return 2;
     }
+    const fs::path wurzel = fs::absolute(argv[1]);
     std::size_t anzahl = 0;
     bool gut = true;
     for (const Ziel& z : ziele) {
         std::size_t proZiel = 0;
         for (const char* art : {"corpus", "regressions"}) {
-            const fs::path ordner = fs::path(argv[1]) / art / z.name;
+            const fs::path ordner = wurzel / art / z.name;
             if (!fs::is_directory(ordner)) continue;
             std::vector<fs::path> dateien;
             for (const auto& e : fs::directory_iterator(ordner))

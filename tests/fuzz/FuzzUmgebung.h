@@ -56,11 +56,16 @@ inline std::unique_ptr<BearbeitungsAnzeige> stilleFabrik() { return std::make_un
 // Once per process: messages, progress marks and the console streams go
 // nowhere. libFuzzer and the sanitizers write through stdio and raw file
 // descriptors, so their reports still reach the terminal.
+// The reporter as at start-up, with the quiet output routine.
+inline void setzeFehlerZurueck() {
+    Fehler::init();
+    Fehler::fehlerPrefix = "%KIV-";
+    Fehler::fehlerAusgabeRoutine = stilleAusgabe;
+}
+
 inline void initUmgebung() {
     static const bool fertig = [] {
-        Fehler::init();
-        Fehler::fehlerPrefix = "%KIV-";
-        Fehler::fehlerAusgabeRoutine = stilleAusgabe;
+        setzeFehlerZurueck();
         BearbeitungsFortschritt::standardFabrik = stilleFabrik;
         std::cout.rdbuf(&nullPuffer());
         std::cerr.rdbuf(&nullPuffer());

@@ -1,0 +1,131 @@
+// Fuzz target: the input is a sequence of command lines, each run through
+// Compiler::ausfuehreZeile on a fresh object tree with the program's root
+// object and command lists, as a user would type them at the prompt.
+//
+// Commands read and write files under the names they are given, so the
+// target works in a directory of its own, empties it for every input, and
+// skips inputs that could name a file elsewhere: a "/" that is more than an
+// absent argument, or a backslash at a line end, which could join one.
+#include <filesystem>
+#include <string>
+
+#include <unistd.h>
+
+#include "FuzzUmgebung.h"
+#include "commands/KivEprom.h"
+#include "commands/KivObjekt.h"
+#include "foundation/DateiName.h"
+#include "foundation/Liste.h"
+#include "foundation/Tabulator.h"
+#include "language/Compiler.h"
+#include "language/KdoGlobal.h"
+#include "language/KdoListe.h"
+#include "language/KdoObjekt.h"
+#include "reporting/FehlerListen.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t maxZeilen = 32;
+
+bool nenntFremdeDatei(const std::string& text) {
+    for (std::size_t i = 0; i + 1 < text.size(); ++i) {
+        const char c = text[i], d = text[i + 1];
+        if (c == '\\' && (d == '\n' || d == '\r')) return true;
+        if (c == '/' && std::string(" \t\r\n,)").find(d) == std::string::npos) return true;
+    }
+    return false;
+}
+
+// Made on first use and never destroyed, so that the exit handler that
+// removes it can still name it. The process works inside it from then on.
+const fs::path& arbeitsOrdner() {
+    static const fs::path* const ordner = [] {
+        auto* p = new fs::path(fs::temp_directory_path() / ("kiv_fuzz_" + std::to_string(::getpid()) + "_compiler"));
+        fs::create_directories(*p);
+        fs::current_path(*p);
+        // A nested run of an empty procedure name reads standard input.
+        if (!std::freopen("/dev/null", "r", stdin)) kivfuzz::verletzt("compiler", "no /dev/null for stdin");
+        std::atexit([] {
+            std::error_code weg;
+            fs::remove_all(*ordner, weg);
+        });
+        return p;
+    }();
+    return *ordner;
+}
+
+void leereOrdner() {
+    std::error_code weg;
+    for (const auto& e : fs::directory_iterator(arbeitsOrdner(), weg)) fs::remove_all(e.path(), weg);
+}
+
+// The program's start-up and close-down, without log and banner.
+void baueAuf(std::ostream& anzeige) {
+    anzahlListen = 0;
+    dokPosition = new Tabulator;
+    dokPosition->setzeStops(10, {10, 25, 45});
+    dokPosition->setzeUmbruch(1);
+    kivWurzel = new KivObjekt("Kiv", "<Kiv>Kiv");
+    kdoBaum = new KdoBaum(kivWurzel, kdoRelation, kdoVergleich, kdoNamensVergleich, kdoLoesche);
+    kdoAnzeigeStream = &anzeige;
+    programmDatei = DateiName("kiv");
+    bauKivObjektListe();
+    bauKivEpromListe();
+}
+
+void bauAb() {
+    delete kivWurzel;
+    kivWurzel = nullptr;
+    delete kivObjektListe;
+    kivObjektListe = nullptr;
+    delete kivEpromListe;
+    kivEpromListe = nullptr;
+    delete kdoBaum;
+    kdoBaum = nullptr;
+    delete dokPosition;
+    dokPosition = nullptr;
+}
+
+}  // namespace
+
+int kivFuzzCompiler(const std::uint8_t* daten, std::size_t groesse) {
+    using namespace kivfuzz;
+    static const char* const ziel = "compiler";
+    initUmgebung();
+    arbeitsOrdner();
+
+    const std::string text(reinterpret_cast<const char*>(daten), groesse);
+    if (nenntFremdeDatei(text)) return 0;
+    leereOrdner();
+    // Error control and limits of one input must not reach the next.
+    FehlerListen::instanz().status.clear();
+    FehlerListen::instanz().begrenzung.clear();
+    setzeFehlerZurueck();
+
+    std::ostream anzeige(&nullPuffer());
+    baueAuf(anzeige);
+    std::size_t anfang = 0;
+    for (std::size_t n = 0; n < maxZeilen && anfang < text.size(); ++n) {
+        std::size_t ende = text.find('\n', anfang);
+        ende = ende == std::string::npos ? text.size() : ende + 1;
+        std::string zeile = text.substr(anfang, ende - anfang);
+        if (zeile.back() != '\n') zeile += '\n';
+        anfang = ende;
+        const int status = Compiler::ausfuehreZeile(String(zeile));
+        if (status < Compiler::STATUS_KEIN || status > Compiler::STATUS_EXIT)
+            verletzt(ziel, "compiler status out of range");
+        if (status == Compiler::STATUS_EXIT) break;
+    }
+    bauAb();
+    if (anzahlListen != 0) verletzt(ziel, "lists left alive after the tree was taken down");
+    Fehler::holeStatus();
+    return 0;
+}
+
+#ifdef KIV_LIBFUZZER
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* daten, std::size_t groesse) {
+    return kivFuzzCompiler(daten, groesse);
+}
+#endif
