@@ -8,6 +8,7 @@
 // system keeps no grammar objects, so the SYSOSP forms end at once.
 // Covered by tests/unit/grammar/GrammatikLesenTest.cpp, MmparseErrorTest.cpp,
 // UmsetzeTest.cpp and AusfuehreTransTest.cpp.
+#include <cstdint>
 #include <cstdio>
 #include <istream>
 #include <sstream>
@@ -139,7 +140,8 @@ void fuehreUebersetzungAus(const Compiler& c, const char* grammatik, const char*
     for (;;) {
         int n = liesStueck([quelle] { return std::getc(quelle); }, zeile);
         if (n == 0) break;
-        ++nummer;
+        // A file of more lines than the counter holds keeps the last number.
+        if (nummer < INT32_MAX) ++nummer;
         // The last byte goes as the line feed even where it is none: a last
         // line without a line end, or the first piece of a long line, loses
         // a real byte. Intended; translations rely on the old reading.
