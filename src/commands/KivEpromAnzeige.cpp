@@ -56,13 +56,11 @@ std::uint32_t leereBytes(Eprom& eprom)
     return eprom.anzeigeBelegung(nirgends, eprom.liefereAnfAdr(), eprom.liefereEndAdr());
 }
 
-}  // namespace
-
 // Every address of anzeigeAnfAdr .. anzeigeEndAdr gives one value: the byte
 // if it is `belegt`, a dash if it is not, a blank if it is not in the image.
 // Bytes are fetched in blocks; outside a free image's span and in the gaps
 // of a fixed one nothing is read, since those reads could only fail.
-static void gibBytesAus(KivEprom& kiv, FmtVariable& variable)
+void gibBytesAus(KivEprom& kiv, FmtVariable& variable)
 {
     Eprom& eprom = *kiv.eprom;
     const bool hex = kiv.anzeigeHex != 0;
@@ -119,6 +117,8 @@ static void gibBytesAus(KivEprom& kiv, FmtVariable& variable)
         a += anzahl;
     }
 }
+
+}  // namespace
 
 int KivEprom::ersetzeVariable(FmtVariable& variable)
 {
