@@ -227,7 +227,9 @@ bool MusterSuche::laufeZeile(adrInteger& treffer)
         bool zeileAus = false;
         for (;;) {
             if (xl > std::min(sl + lang - 1, ende)) break;
-            if (block == nullptr || xl > blockEnde) {
+            // A new region may begin before the block read for the
+            // comparisons at the end of the one before.
+            if (block == nullptr || xl < blockAnf || xl > blockEnde) {
                 // Behind the region a read may create a region in a free
                 // image; such a byte is read only if a start's comparison
                 // gets that far.

@@ -115,6 +115,24 @@ TEST_F(KivEpromSucheTest, AFailedPartialMatchSkipsTheNextByte) {
     EXPECT_EQ(zeile("suche(\"AA \", ascii)", 1), "Suchergebnis: \n[00000] [00001] \n");
 }
 
+TEST_F(KivEpromSucheTest, ARegionStartsBehindBytesReadForThePreviousOne) {
+    // The first region ends two bytes before a block boundary of the
+    // reader, so the comparisons at its end read the next block; the next
+    // region begins before that block.
+    KivEprom& kiv = neu();
+    fuehre("definiereBereich(0, FFFD)");
+    fuehre("definiereBereich(FFFE, 1000F)");
+    setze(kiv, 0xFFF8, {1, 2, 3, 4, 5, 6, 7, 8});
+    setze(kiv, 0xFFFE, {0xA, 0xB, 0xC, 0xD});
+    setze(kiv, 0x10008, {1, 2, 3, 4, 5, 6, 7, 8});
+    kiv.setzeSuchMuster("5 6 A B C D 0 0", 1);
+    EXPECT_EQ(kiv.sucheMuster(0, 0x1000F), 1);
+    EXPECT_EQ(kiv.suchAdresse, 0xFFFCu);
+    kiv.setzeSuchMuster("A B C D 0 0 0 0 0 0", 1);
+    EXPECT_EQ(kiv.sucheMuster(0, 0x1000F), 1);
+    EXPECT_EQ(kiv.suchAdresse, 0xFFFEu);
+}
+
 TEST_F(KivEpromSucheTest, AReadBeyondTheWindowHappensOnlyWhenAComparisonGetsThere) {
     // In a free image a read in an empty 16 MiB window creates a region
     // there; the search must do that exactly when the plain walk would.
