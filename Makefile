@@ -95,3 +95,22 @@ fuzz: deps
 	  fi; \
 	done; \
 	if [ $$fehler = 1 ]; then echo "fuzzing found faults; reproduce with the fuzz_<target> executable and the input"; exit 1; fi
+
+# ---- Documentation and package ----------------------------------------------
+# The manual page check of `make test` needs groff; `make package` leaves
+# build/kiv_<version>_<arch>.deb. `make doc` regenerates the argument lists
+# of doc/kiv.1 from the program's help after a command has changed.
+.PHONY: doc-deps doc
+
+deps: doc-deps
+
+doc-deps:
+	@command -v groff >/dev/null || { echo "installing: groff"; \
+	  $(SUDO) apt-get update -q && $(SUDO) apt-get install -y -q groff; }
+
+package: build
+	@cd $(BUILD) && cpack -G DEB
+
+doc: build
+	@python3 doc/gen_commands.py --kiv $(BUILD)/kiv
+# ---- end of documentation and package ---------------------------------------
