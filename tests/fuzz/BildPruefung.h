@@ -64,6 +64,17 @@ inline void pruefeNachLesen(const char* ziel, const Eprom& e) {
     Fehler::holeStatus();
 }
 
+// A read through a window stores only inside it: image addresses from the
+// start (or 0) to the end (or the top), whatever the external address.
+inline void pruefeFenster(const char* ziel, const Eprom& e, const LeseParameter& p) {
+    const adrInteger lo = p.mitStart ? p.start : 0;
+    const adrInteger hi = p.mitEnde ? p.ende : 0xFFFFFFFF;
+    if (p.mitBereich || lo > hi) return;
+    for (const EpromBereichEintrag& z : e.liefereTabelle())
+        if (z.anfAdr <= z.endAdr && (z.anfAdr < lo || z.endAdr > hi))
+            verletzt(ziel, "a byte landed outside the read window");
+}
+
 // Every address of `a`'s rows holds the same byte in `b` and is written
 // there. Reads stay inside `a`'s rows, so they do not change `a`.
 inline void vergleicheBilder(const char* ziel, Eprom& a, Eprom& b) {

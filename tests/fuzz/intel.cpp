@@ -1,6 +1,7 @@
-// Fuzz target: the input is an Intel hex file, read into an image. A small
-// image read without options must come back unchanged when it is written
-// out in Intel form and read again.
+// Fuzz target: the input is an Intel hex file, read into an image. A read
+// through a window keeps the bytes inside it; a small image read without
+// options must come back unchanged when it is written out in Intel form and
+// read again.
 #include <sstream>
 #include <string>
 
@@ -33,6 +34,7 @@ int kivFuzzIntel(const std::uint8_t* daten, std::size_t groesse) {
     EpromDateiIntel leser(datei.schreibe(daten, groesse).c_str(), 16);
     if (leser.lies(eprom, p.s(), p.e(), p.x()) != 1) verletzt(ziel, "an existing file was not read");
     pruefeNachLesen(ziel, eprom);
+    pruefeFenster(ziel, eprom, p);
 
     const std::uint64_t spanne = belegteSpanne(eprom);
     if (!p.schlicht() || spanne == 0 || spanne > 0x10000) return 0;

@@ -21,10 +21,7 @@ int kivFuzzMotorola(const std::uint8_t* daten, std::size_t groesse) {
     if (leser.lies(eprom, p.s(), p.e(), p.x()) != 1) verletzt(ziel, "an existing file was not read");
     pruefeNachLesen(ziel, eprom);
 
-    if (p.mitStart && p.mitEnde && !p.mitBereich && p.start <= p.ende)
-        for (const EpromBereichEintrag& z : eprom.liefereTabelle())
-            if (z.anfAdr <= z.endAdr && (z.anfAdr < p.start || z.endAdr > p.ende))
-                verletzt(ziel, "a byte landed outside the read window");
+    pruefeFenster(ziel, eprom, p);
 
     const std::uint64_t spanne = belegteSpanne(eprom);
     if (!p.schlicht() || spanne == 0 || spanne > 0x10000) return 0;
