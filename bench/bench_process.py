@@ -92,7 +92,7 @@ def main():
         ops = [
             ("vergleiche, 1000 differing bytes", ["oeffne(Intel, other.hex)", "-", "oeffne(Intel, big.hex)",
                                                   "vergleiche(/, /, /, other_hex, cmp.txt)"]),
-            ("suche of a 4-byte pattern", ["oeffne(Intel, big.hex)", "suche(\"01020304\", hex)"]),
+            ("suche of a 4-byte pattern", ["oeffne(Intel, big.hex)", "suche(\"01 02 03 04\", hex)"]),
             ("fuelle of 16 MiB with gaps", ["oeffne(Intel, big.hex)", "loescheBereich(0)",
                                             "definiereBereich(0, FFFFFF)", "fuelle(0, FFFFFF, 5A)"]),
             ("kopiere of 8 MiB", ["oeffne(Intel, big.hex)", "kopiere(0, 7FFFFF, 800000)"]),
