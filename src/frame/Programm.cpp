@@ -37,8 +37,9 @@ void banner() {
     std::cout << std::endl;
 }
 
-// Root object, object tree and the two command lists.
-void baueAuf(char** argv) {
+}  // namespace
+
+void kivAufbau(const char* programm) {
     anzahlListen = 0;
     dokPosition = new Tabulator;
     dokPosition->setzeStops(10, {10, 25, 45});
@@ -46,12 +47,12 @@ void baueAuf(char** argv) {
     kivWurzel = new KivObjekt("Kiv", "<Kiv>Kiv");
     kdoBaum = new KdoBaum(kivWurzel, kdoRelation, kdoVergleich, kdoNamensVergleich, kdoLoesche);
     kdoAnzeigeStream = &std::cout;
-    programmDatei = String(argv[0] ? argv[0] : "");
+    programmDatei = String(programm ? programm : "");
     bauKivObjektListe();
     bauKivEpromListe();
 }
 
-void bauAb() {
+void kivAbbau() {
     delete kivWurzel;
     kivWurzel = nullptr;
     delete kivObjektListe;
@@ -65,6 +66,8 @@ void bauAb() {
     if (anzahlListen != 0)
         Fehler("VOR-ANZOBJ", "main", "Liste: " + String(anzahlListen) + " Objekte. ", 'E');
 }
+
+namespace {
 
 // The procedure phase: the command line decides what runs; gives the exit
 // status.
@@ -106,11 +109,11 @@ int kivMain(int argc, char** argv) {
     Fehler("KIV-STARTED", "main", kivVersion(), 'S');
     Fehler::fehlerPrefix = "%KIV-";
 
-    baueAuf(argv);
+    kivAufbau(argv[0]);
     banner();
 
     const int exitStatus = fuehreAus(argc, argv);
-    bauAb();
+    kivAbbau();
 
     Fehler::anzeigeStatistik();
     log->close();
