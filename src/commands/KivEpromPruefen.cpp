@@ -36,7 +36,6 @@ std::uint64_t schreibeLauf(std::ostream& os, adrInteger von, adrInteger bis, int
     return std::uint64_t(bis) - von + 1;
 }
 
-
 // The comparison display of two images, as Eprom::anzeigeDifferenzen gives
 // it, read in blocks: the byte-by-byte lookups of the image's own display
 // make a comparison of 16 MiB take seconds. Each address is read once in
@@ -160,9 +159,12 @@ int kdoVergleiche(KdoObjekt& objekt, KdoKommando& kommando)
     auto& kiv = static_cast<KivEprom&>(objekt);
     const char* funktion = "KivEprom::kdoVergleiche ";
     Eprom& eprom = *kiv.eprom;
-    const adrInteger von = kommando[0].liefereArgWertBool() ? kommando[0].liefereArgWertIntHex() : eprom.liefereAnfAdr();
-    const adrInteger bis = kommando[1].liefereArgWertBool() ? kommando[1].liefereArgWertIntHex() : eprom.liefereEndAdr();
-    const adrInteger ziel = kommando[2].liefereArgWertBool() ? kommando[2].liefereArgWertIntHex() : von;
+    const adrInteger* anf = optional(kommando, 0);
+    const adrInteger* end = optional(kommando, 1);
+    const adrInteger* zielAnf = optional(kommando, 2);
+    const adrInteger von = anf ? *anf : eprom.liefereAnfAdr();
+    const adrInteger bis = end ? *end : eprom.liefereEndAdr();
+    const adrInteger ziel = zielAnf ? *zielAnf : von;
     if (!KivEprom::pruefeAdresse(von, funktion) || !KivEprom::pruefeAdresse(bis, funktion) ||
         !KivEprom::pruefeAdresse(ziel, funktion))
         return 0;
