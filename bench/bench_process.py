@@ -4,6 +4,7 @@
 Usage: bench_process.py path/to/kiv
 Each figure is the best of three runs. Nothing here fails: it only prints.
 """
+import filecmp
 import os
 import random
 import shutil
@@ -31,15 +32,60 @@ def intel_hex(data, path):
         f.write("".join(out))
 
 
-def best(cmd, cwd, runs=3):
+PEAK = {}  # command text -> peak resident memory in MiB of its last run
+
+
+def best(cmd, cwd, runs=3, stdout=None):
     times = []
     for _ in range(runs):
         t = time.perf_counter()
-        r = subprocess.run(cmd, cwd=cwd, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        with open(stdout, "wb") if stdout else open(os.devnull, "wb") as out:
+            p = subprocess.Popen(cmd, cwd=cwd, stdout=out, stderr=subprocess.DEVNULL)
+            _, status, usage = os.wait4(p.pid, 0)
         times.append(time.perf_counter() - t)
-        if r.returncode not in (0, 1):
+        PEAK[" ".join(cmd)] = usage.ru_maxrss / 1024.0
+        if os.waitstatus_to_exitcode(status) not in (0, 1):
             return None
     return min(times)
+
+
+def records(path, size):
+    """Short "address=value" records, as a patch list has them."""
+    rnd = random.Random(2)
+    lines = []
+    total = 0
+    while total < size:
+        line = "%X=%02X\n" % (rnd.randrange(1 << 24), rnd.randrange(256))
+        lines.append(line)
+        total += len(line)
+    with open(path, "w") as f:
+        f.write("".join(lines))
+
+
+GRAMMAR = ("<r>*#<r>=!<adr>.{a}=<wert>.{w}\\n%setze\\({a}, /, {w}\\)\\n"
+           "#<adr>=[0-9A-F]+#<wert>=[0-9A-F][0-9A-F]\n")
+SED = r"s/^([0-9A-F]+)=([0-9A-F]{2})$/setze(\1, \/, \2)/"
+
+
+def translation(kiv, work):
+    """umsetze on 5 and 50 MB of records against sed -E, with peak memory."""
+    with open(os.path.join(work, "r.gram"), "w") as f:
+        f.write(GRAMMAR)
+    for mb in (5, 50):
+        src = os.path.join(work, "rec%d.txt" % mb)
+        records(src, mb * 1000 * 1000)
+        with open(os.path.join(work, "t.kiv"), "w") as f:
+            f.write("umsetze(rec%d.txt, DAT, ./r.gram, rec%d.kiv)\nexit" % (mb, mb))
+        cmd = [kiv, "-b", "t.kiv"]
+        tk = best(cmd, work, runs=2)
+        peak = PEAK.get(" ".join(cmd), 0)
+        ts = best(["sed", "-E", SED, "rec%d.txt" % mb], work, runs=2, stdout=os.path.join(work, "sed%d.kiv" % mb))
+        same = filecmp.cmp(os.path.join(work, "rec%d.kiv" % mb), os.path.join(work, "sed%d.kiv" % mb), shallow=False)
+        if tk is None or ts is None:
+            print("umsetze %d MB: failed" % mb)
+            continue
+        print("%-52s %8.3f s   peak %.1f MiB   sed -E %.3f s   ratio %.2f   same output: %s" % (
+            "kiv: umsetze of %d MB of records" % mb, tk, peak, ts, tk / ts, "yes" if same else "NO"))
 
 
 def kiv_run(kiv, work, lines, runs=3):
@@ -76,6 +122,7 @@ def main():
 
         load = kiv_run(kiv, work, ["oeffne(Intel, big.hex)"])
         show("kiv: load Intel hex", load)
+        print("%-52s %8.1f MiB" % ("kiv: peak memory of that run", PEAK[kiv + " -b p.kiv"]))
         if shutil.which("objcopy"):
             ob = best(["objcopy", "-I", "ihex", "-O", "binary", "big.hex", "o.bin"], work)
             os_ = best(["objcopy", "-I", "ihex", "-O", "srec", "big.hex", "o.srec"], work)
@@ -104,6 +151,7 @@ def main():
                 print("%-52s %8.3f s   beyond the load %.3f s" % ("kiv: " + name, t, max(0.0, t - load)))
             else:
                 show("kiv: " + name, t)
+        translation(kiv, work)
     finally:
         shutil.rmtree(work, ignore_errors=True)
     return 0
