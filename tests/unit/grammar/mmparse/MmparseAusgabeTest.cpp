@@ -1,5 +1,7 @@
-// Output: buffer limits and the NUL behind the output, the growing 'a'
-// buffer, rule marks of 'h', the tree of 't', the copy at commits.
+// Output and streams: buffer limits and the NUL behind the output, the
+// growing 'a' buffer, rule marks of 'h', the tree of 't', the copies at
+// commits, stream output, and streamed subjects refilled across block ends
+// and shifted at commits.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -10,22 +12,29 @@
 
 namespace {
 
+int zaehle(const std::string& text, const std::string& teil) {
+    int n = 0;
+    for (std::size_t p = text.find(teil); p != std::string::npos; p = text.find(teil, p + 1)) ++n;
+    return n;
+}
+
+std::string mal(int n, const std::string& teil) {
+    std::string s;
+    while (n-- > 0) s += teil;
+    return s;
+}
+
 TEST(MmparseAusgabe, BufferLimitsAndNul) {
     char buf[8];
     std::memset(buf, 'Z', sizeof buf);
-    // Exactly the output's size: success, no NUL behind it.
+    // Exactly the output's size: success, no NUL behind it; one more: the NUL.
     EXPECT_EQ(mmparse(buf, 3, "abc", "abc", 3, "", nullptr), 4);
     EXPECT_EQ(std::string(buf, 4), "abcZ");
-    // One byte more: the NUL is stored.
     EXPECT_EQ(mmparse(buf, 4, "abc", "abc", 3, "", nullptr), 4);
     EXPECT_EQ(std::string(buf, 4), std::string("abc\0", 4));
     // One byte short: too long, both for the direct copy and for the walk.
     EXPECT_EQ(mmparse(buf, 2, "abc", "abc", 3, "", nullptr), MM_OTOLONG);
     EXPECT_EQ(mmparse(buf, 2, "abc%xyz", "abc", 3, "", nullptr), MM_OTOLONG);
-    // An empty output stores the NUL if there is a byte for it.
-    buf[0] = 'Z';
-    EXPECT_EQ(mmparse(buf, 1, "a%", "a", 1, "", nullptr), 1);
-    EXPECT_EQ(buf[0], '\0');
     buf[0] = 'Z';
     EXPECT_EQ(mmparse(buf, 0, "a%", "a", 1, "", nullptr), 1);
     EXPECT_EQ(buf[0], 'Z');
@@ -36,85 +45,80 @@ TEST(MmparseAusgabe, BufferLimitsAndNul) {
 }
 
 TEST(MmparseAusgabe, AllocatedBufferGrows) {
-    std::string subjekt(10000, 'q');
+    const std::string subjekt(10000, 'q');
     void* adresse = nullptr;
     std::int32_t pos = -1;
-    std::int32_t r = mmparseMitAdresse(nullptr, 0, "(q%ab)*", subjekt.data(), 10000, "a", &pos, &adresse);
-    ASSERT_EQ(r, 20001);
-    ASSERT_NE(adresse, nullptr);
+    ASSERT_EQ(mmparseMitAdresse(nullptr, 0, "(q%ab)*", subjekt.data(), 10000, "a", &pos, &adresse), 20001);
     EXPECT_EQ(pos, 10000);
-    const char* text = static_cast<const char*>(adresse);
-    EXPECT_EQ(std::strlen(text), 20000u);   // 20480 bytes taken, so the NUL fits
-    EXPECT_EQ(std::string(text, 4), "abab");
+    EXPECT_EQ(std::strlen(static_cast<const char*>(adresse)), 20000u);   // 20480 taken, so the NUL fits
     std::free(adresse);
-
     // A caller's malloc buffer passes to the engine and grows.
-    void* eigen = std::malloc(2);
-    r = mmparseMitAdresse(eigen, 2, "@*", "hello", 5, "a", &pos, &adresse);
-    ASSERT_EQ(r, 6);
+    ASSERT_EQ(mmparseMitAdresse(std::malloc(2), 2, "@*", "hello", 5, "a", &pos, &adresse), 6);
     EXPECT_EQ(std::string(static_cast<char*>(adresse)), "hello");
     std::free(adresse);
-
     // On failure the buffer is released and nothing is handed back.
-    r = mmparseMitAdresse(nullptr, 0, "x", "y", 1, "a", &pos, &adresse);
-    EXPECT_EQ(r, 0);
+    EXPECT_EQ(mmparseMitAdresse(nullptr, 0, "x", "y", 1, "a", &pos, &adresse), 0);
     EXPECT_EQ(adresse, nullptr);
-    // Without an address to hand it to, the buffer is released after use.
     EXPECT_EQ(mmparse(nullptr, 0, "@*", "abc", 3, "a", &pos), 4);
-    EXPECT_EQ(pos, 3);
 }
 
-TEST(MmparseAusgabe, HierarchicalMarks) {
-    MmLauf l = mmLauf("<r>x#<r>=ab", "abx", "h");
-    EXPECT_EQ(l.ausgabe, std::string("\0r\0ab\0\0x", 8));
-    l = mmLauf("<_r>x#<_r>=ab", "abx", "h");
-    EXPECT_EQ(l.ausgabe, "abx");
-    l = mmLauf("<a>#<a>=(<b>%B)c#<b>=y", "yc", "h");
-    EXPECT_EQ(l.ausgabe, std::string("\0a\0Bc\0\0", 7));
+TEST(MmparseAusgabe, HierarchicalMarksAndTraceTree) {
+    EXPECT_EQ(mmLauf("<r>x#<r>=ab", "abx", "h").ausgabe, std::string("\0r\0ab\0\0x", 8));
+    EXPECT_EQ(mmLauf("<_r>x#<_r>=ab", "abx", "h").ausgabe, "abx");
+    EXPECT_EQ(mmLauf("<a>#<a>=(<b>%B)c#<b>=y", "yc", "h").ausgabe, std::string("\0a\0Bc\0\0", 7));
     // Marks never enlarge the buffer, even with 'a'.
     EXPECT_EQ(mmLauf("<r>#<r>=ab", "ab", "h", 4).ergebnis, MM_OTOLONG);
     void* adresse = nullptr;
-    void* eigen = std::malloc(4);
-    EXPECT_EQ(mmparseMitAdresse(eigen, 4, "<r>#<r>=", "", 0, "ha", nullptr, &adresse), MM_OTOLONG);
+    EXPECT_EQ(mmparseMitAdresse(std::malloc(4), 4, "<r>#<r>=", "", 0, "ha", nullptr, &adresse), MM_OTOLONG);
     EXPECT_EQ(adresse, nullptr);
-}
 
-TEST(MmparseAusgabe, TraceTree) {
     MmLauf l = mmStromLauf("<r>x#<r>=ab", "abx", ">t");
     EXPECT_EQ(l.ergebnis, static_cast<std::int32_t>(l.ausgabe.size()) + 1);
     EXPECT_EQ(l.ausgabe, "(r\n-ab\n)r\n-x\n");
-    l = mmStromLauf("@*", std::string("a\x01\n\\\xff", 5), ">t");
-    EXPECT_EQ(l.ausgabe, "-a\\001\\n\\\\\\377\n");
-    l = mmStromLauf("<_w><v>#<_w>=\\ *#<v>=(a+).{x}%[{x}]", " aa", ">t");
-    EXPECT_EQ(l.ausgabe, "- \n(v\n-[\n-aa\n-]\n)v\n");
+    EXPECT_EQ(mmStromLauf("@*", std::string("a\x01\n\\\xff", 5), ">t").ausgabe, "-a\\001\\n\\\\\\377\n");
+    EXPECT_EQ(mmStromLauf("<_w><v>#<_w>=\\ *#<v>=(a+).{x}%[{x}]", " aa", ">t").ausgabe,
+              "- \n(v\n-[\n-aa\n-]\n)v\n");
 }
 
-TEST(MmparseAusgabe, CommitFlushesAndCopiesAgainInMemory) {
-    // In memory the direct copy at each flush starts at the subject's start,
-    // so the text before a commit comes out twice (intended).
-    EXPECT_EQ(mmLauf("(!a)b", "ab").ausgabe, "aab");
-    EXPECT_EQ(mmLauf("(!a%x)b", "ab").ausgabe, "xab");
-    // From a stream the held text starts behind the commit.
-    EXPECT_EQ(mmStromLauf("(!a)b", "ab", "<").ausgabe, "ab");
-    EXPECT_EQ(mmStromLauf("(!a%x)b", "ab", "<").ausgabe, "xb");
-    // With the walk ('h' or a replacement behind the commit) no doubling.
-    EXPECT_EQ(mmLauf("(!a)b%y", "ab").ausgabe, "ay");
-    EXPECT_EQ(mmLauf("<_l>*#<_l>=![a-z]+%X", "ab", "h").ausgabe, "X");
-    EXPECT_EQ(mmLauf("(!a%1)(!b%2)c%3", "abc").ausgabe, "123");
-}
-
-TEST(MmparseAusgabe, StreamOutput) {
-    MmLauf l = mmStromLauf("(a%x|b)*", "abba", ">");
-    EXPECT_EQ(l.ergebnis, 5);
-    EXPECT_EQ(l.ausgabe, "xbbx");
-    l = mmStromLauf("@*", "plain", ">");
-    EXPECT_EQ(l.ergebnis, 6);
-    EXPECT_EQ(l.ausgabe, "plain");
-    // A failed match leaves what commits flushed before it.
-    l = mmStromLauf("<l>*#<l>=!a\\n%A\\n", "a\na\nb\n", "<>");
+TEST(MmparseAusgabe, CommitsFlush) {
+    struct {
+        const char* grammatik;
+        const char* subjekt;
+        const char* optionen;
+        const char* ausgabe;
+    } const faelle[] = {
+        // In memory the direct copy at each flush starts at the subject's
+        // start, so the text before a commit comes out twice (intended).
+        {"(!a)b", "ab", "", "aab"},
+        {"(!a%x)b", "ab", "", "xab"},
+        {"(a+).{v}(!b)c{v}", "aabcaa", "", "aabaabcaa"},
+        // From a stream the held text starts behind the commit.
+        {"(!a)b", "ab", "<", "ab"},
+        {"(!a%x)b", "ab", "<", "xb"},
+        {"(!b)(a+).{v}c{v}%{v}", "baacaa", "<", "baa"},
+        // With the walk ('h' or a replacement behind the commit) no doubling.
+        {"(!a)b%y", "ab", "", "ay"},
+        {"<_l>*#<_l>=![a-z]+%X", "ab", "h", "X"},
+        {"(!a%1)(!b%2)c%3", "abc", "", "123"},
+        {"(a%x|b)*", "abba", ">", "xbbx"},
+        {"@*", "plain", ">", "plain"},
+    };
+    for (const auto& f : faelle) {
+        MmLauf l = mmStromLauf(f.grammatik, f.subjekt, f.optionen);
+        EXPECT_EQ(l.ausgabe, f.ausgabe) << f.grammatik << " " << f.optionen;
+        EXPECT_EQ(l.ergebnis, static_cast<std::int32_t>(l.ausgabe.size()) + 1) << f.grammatik;
+    }
+    // Text a commit dropped can not be compared or copied again.
+    EXPECT_EQ(mmStromLauf("(a+).{v}(!b)c{v}", "aabcaa", "<").ergebnis, MM_TEXT_VERWORFEN);
+    EXPECT_EQ(mmStromLauf("(a+).{v}(!b)c[{v}]", "aabca", "<").ergebnis, MM_TEXT_VERWORFEN);
+    EXPECT_EQ(mmStromLauf("(!b)(a+).{v}c{v}", "baaca", "<").ergebnis, 0);
+    // A failed match leaves what commits flushed before it, and its position
+    // counts the flushed text.
+    MmLauf l = mmStromLauf("<l>*#<l>=!a\\n%A\\n", "a\na\nb\n", "<>");
     EXPECT_EQ(l.ergebnis, 0);
     EXPECT_EQ(l.ausgabe, "A\nA\n");
     EXPECT_EQ(l.position, 4);
+    EXPECT_EQ(mmStromLauf("<l>*#<l>=!a+\\n", "aaaa\naaa", "<").position, 8);
 }
 
 TEST(MmparseAusgabe, WriteFailure) {
@@ -128,6 +132,36 @@ TEST(MmparseAusgabe, WriteFailure) {
     EXPECT_EQ(mmparse(nurLesen, 0, "abc%x", "abc", 3, ">", nullptr), MM_CANTWRITE);
     std::fclose(nurLesen);
     std::remove(name);
+}
+
+TEST(MmparseAusgabe, StreamedSubjectRefillsAndShifts) {
+    // Commits keep the block at its first size however long the file.
+    const std::string ein = mal(20000, "abc 12\n");
+    testing::internal::CaptureStderr();
+    MmLauf l = mmStromLauf("<z>*#<z>=![a-z]+\\ ([0-9]+%N)\\n", ein, "<>m");
+    std::string log = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(l.ausgabe, mal(20000, "abc N\n"));
+    EXPECT_EQ(l.position, static_cast<std::int32_t>(ein.size()));
+    EXPECT_EQ(log.rfind("PARSE: Allocating 4096 bytes for SUBJECT.\n", 0), 0u);
+    EXPECT_EQ(zaehle(log, "SUBJECT"), 2);   // no re-allocation, one release
+    EXPECT_EQ(zaehle(log, "ARRAY"), 0);
+    // Without a commit the whole file is held.
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(mmStromLauf("(xy%z)*", mal(3000, "xy"), "<m").ausgabe, mal(3000, "z"));
+    log = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(zaehle(log, "Re-allocating"), 1);
+    EXPECT_EQ(zaehle(log, "Re-allocating 8192 bytes for SUBJECT"), 1);
+    // A variable compared across refills.
+    const std::string a(5000, 'a');
+    EXPECT_EQ(mmStromLauf("(a+).{x}-{x}", a + "-" + a, "<").ergebnis, 10002);
+    EXPECT_EQ(mmStromLauf("(a+).{x}-{x}", a + "-" + a.substr(1), "<").ergebnis, 0);
+    EXPECT_EQ(mmStromLauf("@*", "", "<").ergebnis, 1);
+}
+
+TEST(MmparseAusgabe, ShowOption) {
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(mmLauf("ab", "ab", "s").ergebnis, 3);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "\na\nab\n");
 }
 
 }  // namespace

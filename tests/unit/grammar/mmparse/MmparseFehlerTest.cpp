@@ -1,5 +1,6 @@
-// Notation errors: each code with the grammar offset it reports, and the rule
-// that a fault is reported only where matching reaches it.
+// Notation errors with the grammar offset each reports, and the checks of the
+// arguments. A fault is reported only where matching reaches it, except in
+// definitions, which are all scanned before matching.
 #include <gtest/gtest.h>
 
 #include "MmTestHilfe.h"
@@ -21,6 +22,7 @@ TEST(MmparseFehler, CodesAndOffsets) {
         {"a%{x}", "a", MM_UNDECLAREDVAR, 2},
         {"[{x}]", "a", MM_UNDECLAREDVAR, 1},
         {"#<a>=x#<a>=y", "", MM_REDEFINEDSYM, 7},
+        {"a#<a>=x#<a>=y", "a", MM_REDEFINEDSYM, 8},
         {"a.{x}b.{x}", "ab", MM_REDECLAREDVAR, 6},
         {"#<a=x", "", MM_ILLEGALDEF, 1},
         {"a#<a>x", "a", MM_ILLEGALDEF, 2},
@@ -29,6 +31,7 @@ TEST(MmparseFehler, CodesAndOffsets) {
         {"<>", "", MM_ILLEGALSYM, 0},
         {"x<a", "x", MM_ILLEGALSYM, 1},
         {"{}", "", MM_ILLEGALVAR, 0},
+        {"a|{}", "b", MM_ILLEGALVAR, 2},
         {"a.{x", "a", MM_ILLEGALVAR, 2},
         {"<x>#<x>=<x>a", "a", MM_LEFTRECURSION, 8},
         {"<x>#<x>=(b/<x>)a", "a", MM_LEFTRECURSION, 11},
@@ -42,6 +45,7 @@ TEST(MmparseFehler, CodesAndOffsets) {
         {"[a-]", "a", MM_ILLEGALRANGE, 3},
         {"[a-/]", "a", MM_ILLEGALRANGE, 3},
         {"[a/-b]", "a", MM_ILLEGALRANGE, 3},
+        {"[a/-]", "a", MM_ILLEGALRANGE, 3},
         {"^@", "a", MM_ILLEGALNOT, 1},
         {"^^a", "a", MM_ILLEGALNOT, 1},
         {"a^", "a", MM_ILLEGALNOT, 2},
@@ -62,6 +66,7 @@ TEST(MmparseFehler, CodesAndOffsets) {
         {"a\\xZZ", "a?", MM_ILLEGALHEXCHAR, 1},
         {"[\\xg0]", "a", MM_ILLEGALHEXCHAR, 1},
         {"a%\\x0g", "a", MM_ILLEGALHEXCHAR, 2},
+        {"a#<b>=\\x1", "a", MM_ILLEGALHEXCHAR, 6},
     };
     for (const FehlerFall& f : faelle) {
         SCOPED_TRACE(f.grammatik);
@@ -71,43 +76,37 @@ TEST(MmparseFehler, CodesAndOffsets) {
     }
 }
 
-TEST(MmparseFehler, ReportedOnlyWhereMatchingReaches) {
-    // The set is tested list by list: a bad second list is met only by a byte
-    // that the first list holds.
-    EXPECT_EQ(mmLauf("[a/-]", "b").ergebnis, MM_SYNTAX);
-    EXPECT_EQ(mmLauf("[a/-]", "a").ergebnis, MM_ILLEGALRANGE);
-    EXPECT_EQ(mmLauf("a|{}", "a").ergebnis, 2);
-    EXPECT_EQ(mmLauf("a|{}", "b").ergebnis, MM_ILLEGALVAR);
-    // The definition scan checks every definition, reached or not.
-    EXPECT_EQ(mmLauf("a#<a>=x#<a>=y", "a").ergebnis, MM_REDEFINEDSYM);
-    EXPECT_EQ(mmLauf("a#<b>=\\x1", "a").ergebnis, MM_ILLEGALHEXCHAR);
-}
-
 TEST(MmparseFehler, ArgumentChecks) {
     char buf[16];
     std::int32_t pos = -5;
-    EXPECT_EQ(mmparse(buf, 16, nullptr, "a", 1, "", &pos), MM_ILLEGALARGS);
-    EXPECT_EQ(mmparse(buf, 16, "a", nullptr, 1, "", &pos), MM_ILLEGALARGS);
-    EXPECT_EQ(mmparse(buf, 16, "a", "a", -1, "", &pos), MM_ILLEGALARGS);
-    EXPECT_EQ(mmparse(buf, -1, "a", "a", 1, "", &pos), MM_ILLEGALARGS);
-    EXPECT_EQ(mmparse(nullptr, 0, "a", "a", 1, ">", &pos), MM_ILLEGALARGS);
-    EXPECT_EQ(mmparse(buf, 16, "a", "a", 1, "t", &pos), MM_ILLEGALARGS);
-    std::FILE* aus = std::tmpfile();
-    EXPECT_EQ(mmparse(aus, 0, "a", "a", 1, ">h", &pos), MM_ILLEGALARGS);
-    EXPECT_EQ(mmparse(aus, 0, "a", "a", 1, ">a", &pos), MM_ILLEGALARGS);
-    std::fclose(aus);
-    EXPECT_EQ(pos, 0);
-    // Lengths that the options make meaningless are not checked.
+    std::FILE* datei = std::tmpfile();
+    std::fputs("a", datei);
+    std::rewind(datei);
+    struct {
+        void* objekt;
+        std::int32_t laenge;
+        const char* grammatik;
+        const void* subjekt;
+        std::int32_t subjektLaenge;
+        const char* optionen;
+    } const falsch[] = {
+        {buf, 16, nullptr, "a", 1, ""},    {buf, 16, "a", nullptr, 1, ""}, {buf, 16, "a", "a", -1, ""},
+        {buf, -1, "a", "a", 1, ""},        {nullptr, 0, "a", "a", 1, ">"}, {buf, 16, "a", "a", 1, "t"},
+        {datei, 0, "a", "a", 1, ">h"},     {datei, 0, "a", "a", 1, ">a"},
+    };
+    for (const auto& f : falsch) {
+        EXPECT_EQ(mmparse(f.objekt, f.laenge, f.grammatik, f.subjekt, f.subjektLaenge, f.optionen, &pos),
+                  MM_ILLEGALARGS);
+        EXPECT_EQ(pos, 0);
+    }
+    // Lengths that the options make meaningless are not checked; unknown
+    // option characters are ignored; null options are none.
     EXPECT_EQ(mmparse(nullptr, -1, "a", "a", 1, "", nullptr), 1);
-    std::FILE* ein = std::tmpfile();
-    std::fputs("a", ein);
-    std::rewind(ein);
-    EXPECT_EQ(mmparse(buf, 16, "a", ein, -7, "<", &pos), 2);
+    EXPECT_EQ(mmparse(buf, 16, "a", datei, -7, "<", &pos), 2);
     EXPECT_EQ(pos, 1);
-    std::fclose(ein);
-    // Unknown option characters are ignored; null options are none.
     EXPECT_EQ(mmparse(buf, 16, "a", "a", 1, "xyz", nullptr), 2);
     EXPECT_EQ(mmparse(buf, 16, "a", "a", 1, nullptr, nullptr), 2);
+    std::fclose(datei);
 }
 
 }  // namespace

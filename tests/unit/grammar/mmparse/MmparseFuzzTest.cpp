@@ -1,10 +1,17 @@
-// Deterministic random inputs through the fuzz entry: grammars made of the
-// notation's special bytes, short subjects, all buffer options.
+// Generated inputs: grammars of the notation's special bytes through the
+// fuzz entry, which checks the engine's promises on any input, and a
+// cross-check of the matcher against a deliberately simple recursive
+// backtracking matcher on a subset (bytes, '@', sets, '^', groups with
+// alternatives, all suffixes) with short subjects.
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <memory>
 #include <random>
+#include <vector>
 
 #include "../../../fuzz/mmparse_fuzz.cpp"
+#include "MmTestHilfe.h"
 
 namespace {
 
@@ -22,6 +29,141 @@ TEST(MmparseFuzz, RandomGrammarsKeepThePromises) {
         ASSERT_TRUE(mmparseFuzzEinmal(reinterpret_cast<const std::uint8_t*>(eingabe.data()), eingabe.size()))
             << "input: " << eingabe;
     }
+}
+
+
+using Weiter = std::function<bool(std::size_t)>;
+
+// A byte item knows the subject bytes (of "abc") it takes; a group has
+// alternatives of items.
+struct Knoten {
+    std::string nimmt;
+    char suffix = 0;   // 0 / + * ! ?
+    std::vector<std::vector<std::unique_ptr<Knoten>>> alternativen;
+};
+
+class Referenz {
+public:
+    explicit Referenz(const std::string& s) : s_(s) {}
+
+    bool alternativen(const Knoten& g, std::size_t pos, const Weiter& k) const {
+        for (const auto& folge : g.alternativen)
+            if (folge_(folge, 0, pos, k)) return true;
+        return false;
+    }
+
+private:
+    bool item(const Knoten& n, std::size_t pos, const Weiter& k) const {
+        if (!n.alternativen.empty()) return gruppe(n, pos, k);
+        std::size_t max = 0;
+        while (pos + max < s_.size() && n.nimmt.find(s_[pos + max]) != std::string::npos) {
+            ++max;
+            if (n.suffix == 0 || n.suffix == '/') break;
+        }
+        switch (n.suffix) {
+        case 0: return max == 1 && k(pos + 1);
+        case '/': return (max == 1 && k(pos + 1)) || k(pos);
+        case '!': return max > 0 && k(pos + max);
+        case '?': return (max > 0 && k(pos + max)) || k(pos);
+        default:
+            for (std::size_t m = max + 1; m-- > (n.suffix == '+' ? 1u : 0u);)
+                if (k(pos + m)) return true;
+            return false;
+        }
+    }
+
+    bool folge_(const std::vector<std::unique_ptr<Knoten>>& f, std::size_t i, std::size_t pos,
+                const Weiter& k) const {
+        if (i == f.size()) return k(pos);
+        return item(*f[i], pos, [&](std::size_t e) { return folge_(f, i + 1, e, k); });
+    }
+
+    // A run that consumed nothing ends a repetition.
+    bool stern(const Knoten& g, std::size_t pos, const Weiter& k) const {
+        return alternativen(g, pos, [&](std::size_t e) { return e == pos ? k(e) : stern(g, e, k); }) || k(pos);
+    }
+
+    bool gruppe(const Knoten& g, std::size_t pos, const Weiter& k) const {
+        switch (g.suffix) {
+        case '/': return alternativen(g, pos, k) || k(pos);
+        case '+': return alternativen(g, pos, [&](std::size_t e) { return e == pos ? k(e) : stern(g, e, k); });
+        case '*': return stern(g, pos, k);
+        default: return alternativen(g, pos, k);
+        }
+    }
+
+    const std::string& s_;
+};
+
+class Erzeuger {
+public:
+    explicit Erzeuger(unsigned saat) : zufall_(saat) {}
+
+    // Builds a group body of up to `tiefe` nesting and writes its text. An
+    // alternative may be empty.
+    std::unique_ptr<Knoten> koerper(int tiefe, std::string& text) {
+        auto g = std::make_unique<Knoten>();
+        for (int a = 0, alts = 1 + wahl(3) / 2; a < alts; ++a) {
+            if (a) text += '|';
+            g->alternativen.emplace_back();
+            for (int i = wahl(4); i > 0; --i) g->alternativen.back().push_back(item(tiefe, text));
+        }
+        return g;
+    }
+
+    std::string subjekt() {
+        std::string s;
+        for (int n = wahl(8); n > 0; --n) s += "abc"[wahl(3)];
+        return s;
+    }
+
+private:
+    int wahl(int n) { return static_cast<int>(zufall_() % static_cast<unsigned>(n)); }
+
+    std::unique_ptr<Knoten> item(int tiefe, std::string& text) {
+        static const char* const art[][2] = {{"a", "a"}, {"b", "b"}, {"@", "abc"}, {"[ab]", "ab"}, {"^a", "bc"}};
+        const int w = wahl(tiefe > 0 ? 6 : 5);
+        std::unique_ptr<Knoten> n;
+        if (w == 5) {
+            text += '(';
+            n = koerper(tiefe - 1, text);
+            text += ')';
+            n->suffix = "\0/+*"[wahl(4)];
+        } else {
+            n = std::make_unique<Knoten>();
+            text += art[w][0];
+            n->nimmt = art[w][1];
+            n->suffix = "\0\0/+*!?"[wahl(7)];
+        }
+        if (n->suffix) text += n->suffix;
+        return n;
+    }
+
+    std::mt19937 zufall_;
+};
+
+TEST(MmparseReferenz, AgreesOnGeneratedCases) {
+    int treffer = 0;
+    for (unsigned saat = 1; saat <= 4000; ++saat) {
+        Erzeuger e(saat);
+        std::string grammatik;
+        auto wurzel = e.koerper(2, grammatik);
+        for (int j = 0; j < 3; ++j) {
+            std::string s = e.subjekt();
+            Referenz ref(s);
+            bool erwartet = ref.alternativen(*wurzel, 0, [&](std::size_t p) { return p == s.size(); });
+            MmLauf l = mmLauf(grammatik, s);
+            ASSERT_GE(l.ergebnis, 0) << grammatik;
+            ASSERT_EQ(l.ergebnis > 0, erwartet) << "grammar '" << grammatik << "' subject '" << s << "'";
+            if (erwartet) {
+                ++treffer;
+                EXPECT_EQ(l.ausgabe, s);
+            }
+        }
+    }
+    // The generator must give both outcomes in fair numbers.
+    EXPECT_GT(treffer, 1000);
+    EXPECT_LT(treffer, 11000);
 }
 
 }  // namespace
