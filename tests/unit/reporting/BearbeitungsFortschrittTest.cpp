@@ -4,73 +4,44 @@
 
 #include <gtest/gtest.h>
 
-#include <iostream>
 #include <sstream>
 #include <string>
 #include <vector>
 
-#include "reporting/Fehler.h"
+#include "AufnahmeTest.h"
 
 namespace {
 
-struct Meldung {
-    std::string label, funktion, detail;
-    char level;
-};
-std::vector<Meldung> meldungen;
-
-void fange(Fehler& f, int) {
-    meldungen.push_back({f.liefereLabel().str(), f.liefereFunktion().str(),
-                         f.liefereDetail().str(), f.liefereLevel()});
-}
-
-// Catches standard output and messages for the duration of one test.
-class FortschrittTest : public ::testing::Test {
+class FortschrittTest : public AufnahmeTest {
 protected:
-    void SetUp() override {
-        alteRoutine = Fehler::fehlerAusgabeRoutine;
-        Fehler::fehlerAusgabeRoutine = &fange;
-        meldungen.clear();
-        alterPuffer = std::cout.rdbuf(aus.rdbuf());
-    }
     void TearDown() override {
-        std::cout.rdbuf(alterPuffer);
-        Fehler::fehlerAusgabeRoutine = alteRoutine;
         EXPECT_EQ(BearbeitungsFortschritt::aktiveFortschritte, 0);
+        AufnahmeTest::TearDown();
     }
-    std::ostringstream aus;
-    std::streambuf* alterPuffer = nullptr;
-    Fehler::AusgabeRoutine alteRoutine = nullptr;
 };
 
 TEST_F(FortschrittTest, MarksPerStep) {
-    struct Fall {
+    const struct {
         int schritt;
-        std::vector<int> schritte;   // += per call
+        std::vector<int> schritte;   // += per call, -= when negative
         std::string erwartet;
-    };
-    const Fall faelle[] = {
-        {100, std::vector<int>(250, 1), "L\n**\n"},       // the third needs 300
+    } faelle[] = {
+        {100, std::vector<int>(250, 1), "L\n**\n"},   // the third needs 300
         {100, std::vector<int>(300, 1), "L\n***\n"},
-        {100, {1000}, "L\n**********\n"},                 // a jump shows all it passed
+        {100, {1000}, "L\n**********\n"},             // a jump shows all it passed
         {100, {99}, "L\n\n"},
-        {100, {150, -100, 100}, "L\n*\n"},                // taken back, not passed again
+        {100, {150, -100, 100}, "L\n*\n"},            // taken back, not passed again
         {100, {150, -100, 100, 50}, "L\n**\n"},
-        {0, {1000}, "L\n\n"},                             // no step: no marks, no hang
+        {0, {1000}, "L\n\n"},                         // no step: no marks, no hang
         {-5, {1000}, "L\n\n"},
     };
-    for (const Fall& f : faelle) {
-        aus.str("");
+    for (const auto& f : faelle) {
+        cout.str("");
         {
             BearbeitungsFortschritt fortschritt(f.schritt, "L");
-            for (int n : f.schritte) {
-                if (n >= 0)
-                    fortschritt += n;
-                else
-                    fortschritt -= -n;
-            }
+            for (int n : f.schritte) n >= 0 ? fortschritt += n : fortschritt -= -n;
         }
-        EXPECT_EQ(aus.str(), f.erwartet) << "schritt " << f.schritt;
+        EXPECT_EQ(cout.str(), f.erwartet) << "schritt " << f.schritt;
     }
 }
 
@@ -81,92 +52,66 @@ TEST_F(FortschrittTest, NestedOperationsUseTheirOwnMarks) {
         {
             BearbeitungsFortschritt b(1, "B");
             b += 1;
-            {
-                BearbeitungsFortschritt c(1, "C");
-                c += 1;
-                BearbeitungsFortschritt d(1, "D");
-                d += 1;
-                EXPECT_EQ(BearbeitungsFortschritt::aktiveFortschritte, 4);
-            }
+            BearbeitungsFortschritt c(1, "C");
+            c += 1;
+            BearbeitungsFortschritt d(1, "D");
+            d += 1;
+            EXPECT_EQ(BearbeitungsFortschritt::aktiveFortschritte, 4);
         }
         a += 1;
     }
-    EXPECT_EQ(aus.str(), "A\n*B\n+C\n#D\n*\n\n\n*\n");
+    EXPECT_EQ(cout.str(), "A\n*B\n+C\n#D\n*\n\n\n*\n");
 }
 
 // Records what a progress counter asks of its display.
-struct Protokoll {
-    static std::vector<std::string> aufrufe;
-};
-std::vector<std::string> Protokoll::aufrufe;
-
-class ProtokollAnzeige : public BearbeitungsAnzeige {
-public:
-    void starteAbs(const String& t) override { Protokoll::aufrufe.push_back("abs " + t.str()); }
-    void starteRel(dataInteger p, const String& t) override {
-        Protokoll::aufrufe.push_back("rel " + std::to_string(p) + " " + t.str());
-    }
-    void weiter(dataInteger w) override { Protokoll::aufrufe.push_back(std::to_string(w)); }
-    void beende() override { Protokoll::aufrufe.push_back("ende"); }
+std::vector<std::string> aufrufe;
+struct ProtokollAnzeige : BearbeitungsAnzeige {
+    void starteAbs(const String& t) override { aufrufe.push_back("abs " + t.str()); }
+    void starteRel(dataInteger, const String& t) override { aufrufe.push_back("rel " + t.str()); }
+    void weiter(dataInteger w) override { aufrufe.push_back(std::to_string(w)); }
+    void beende() override { aufrufe.push_back("ende"); }
 };
 std::unique_ptr<BearbeitungsAnzeige> protokollFabrik() { return std::make_unique<ProtokollAnzeige>(); }
 std::unique_ptr<BearbeitungsAnzeige> keineAnzeige() { return nullptr; }
 
 TEST_F(FortschrittTest, FactoryAndUnitCountsOfMarks) {
-    Protokoll::aufrufe.clear();
+    aufrufe.clear();
     {
         BearbeitungsFortschritt f(100, "X", &protokollFabrik);
         f += 250;
         f += 60;
     }
-    EXPECT_EQ(Protokoll::aufrufe, (std::vector<std::string>{"abs X", "100", "200", "300"}));
-
+    EXPECT_EQ(aufrufe, (std::vector<std::string>{"abs X", "100", "200", "300"}));
     // The default factory can be replaced for the whole process.
-    Protokoll::aufrufe.clear();
+    aufrufe.clear();
     const BearbeitungsAnzeigeFabrik alt = BearbeitungsFortschritt::standardFabrik;
     BearbeitungsFortschritt::standardFabrik = &protokollFabrik;
     { BearbeitungsFortschritt f(10, "Y"); f += 10; }
     BearbeitungsFortschritt::standardFabrik = alt;
-    EXPECT_EQ(Protokoll::aufrufe, (std::vector<std::string>{"abs Y", "10"}));
-
+    EXPECT_EQ(aufrufe, (std::vector<std::string>{"abs Y", "10"}));
     // A factory without a display leaves the counter working silently.
     { BearbeitungsFortschritt f(1, "Z", &keineAnzeige); f += 5; }
-    EXPECT_EQ(aus.str(), "");
+    EXPECT_EQ(cout.str(), "");
 }
 
-TEST_F(FortschrittTest, SecondStartIsReportedAndChangesNothing) {
+TEST_F(FortschrittTest, SecondStartIsReportedAndAnIdleDisplayShowsNoMarks) {
     std::ostringstream o, e;
     {
         BearbeitungsAnzeigeCout anzeige('+', o, e);
+        anzeige.weiter(1);
         anzeige.starteAbs("Lese Bytes");
         anzeige.weiter(1);
         anzeige.starteAbs("Nochmal");
         anzeige.starteRel(10, "Relativ");
         anzeige.weiter(2);
         EXPECT_EQ(anzeige.liefereModus(), 2);
-    }
-    EXPECT_EQ(o.str(), "Lese Bytes\n++\n");
-    ASSERT_EQ(meldungen.size(), 2u);
-    EXPECT_EQ(meldungen[0].label, "BEFO-ISINIT");
-    EXPECT_EQ(meldungen[0].funktion, "BearbeitungsAnzeigeCout::starteAbs");
-    EXPECT_EQ(meldungen[0].detail, "Nochmal");
-    EXPECT_EQ(meldungen[0].level, 'I');
-    EXPECT_EQ(meldungen[1].funktion, "BearbeitungsAnzeigeCout::starteRel");
-    EXPECT_EQ(meldungen[1].detail, "Relativ");
-}
-
-TEST_F(FortschrittTest, IdleDisplayShowsNoMarksAndEndsLineTwice) {
-    std::ostringstream o, e;
-    {
-        BearbeitungsAnzeigeCout anzeige('*', o, e);
-        anzeige.weiter(1);
-        anzeige.starteAbs("T");
-        anzeige.weiter(1);
         anzeige.beende();
         anzeige.weiter(1);
         EXPECT_EQ(anzeige.liefereModus(), 0);
-    }
-    EXPECT_EQ(o.str(), "T\n*\n\n");
+    }   // and the line is ended once more
+    EXPECT_EQ(o.str(), "Lese Bytes\n++\n\n");
+    EXPECT_EQ(meldungen, (std::vector<std::string>{"BEFO-ISINIT|BearbeitungsAnzeigeCout::starteAbs|Nochmal|I",
+                                                   "BEFO-ISINIT|BearbeitungsAnzeigeCout::starteRel|Relativ|I"}));
 }
 
 TEST_F(FortschrittTest, RelativeRulers) {
@@ -187,17 +132,17 @@ TEST_F(FortschrittTest, RelativeRulers) {
 
 TEST_F(FortschrittTest, RelativeLineIsRebuiltAfterForeignOutput) {
     std::ostringstream o, e;
-    std::streambuf* oPuffer = o.rdbuf();
-    std::streambuf* ePuffer = e.rdbuf();
+    std::streambuf* const oPuffer = o.rdbuf();
+    std::streambuf* const ePuffer = e.rdbuf();
     {
         BearbeitungsAnzeigeCout anzeige('*', o, e);
         anzeige.starteRel(10, "Rel");
         anzeige.weiter(10);
         anzeige.weiter(20);
-        e << "Meldung\n";          // a message in between
+        e << "Meldung\n";   // a message in between
         anzeige.weiter(30);
         anzeige.weiter(40);
-        o << "x";                  // other output on the same stream
+        o << "x";           // other output on the same stream
         anzeige.weiter(50);
         anzeige.beende();
         // The streams write through their own buffers again.
@@ -206,19 +151,18 @@ TEST_F(FortschrittTest, RelativeLineIsRebuiltAfterForeignOutput) {
     }
     EXPECT_EQ(o.str(), "Rel\n!........!\n**..*" "*x....*\n\n");
     EXPECT_EQ(e.str(), "Meldung\n");
-}
 
-TEST_F(FortschrittTest, RelativeOnOneStreamForBoth) {
-    std::ostringstream o;
-    std::streambuf* puffer = o.rdbuf();
+    // One stream for both: the error counter wraps the output counter.
+    std::ostringstream beide;
+    std::streambuf* const puffer = beide.rdbuf();
     {
-        BearbeitungsAnzeigeCout anzeige('#', o, o);
+        BearbeitungsAnzeigeCout anzeige('#', beide, beide);
         anzeige.starteRel(20, "Ein Strom");
         anzeige.weiter(20);
         anzeige.weiter(40);
     }
-    EXPECT_EQ(o.rdbuf(), puffer);
-    EXPECT_EQ(o.str(), "Ein Strom\n!...!\n##\n");
+    EXPECT_EQ(beide.rdbuf(), puffer);
+    EXPECT_EQ(beide.str(), "Ein Strom\n!...!\n##\n");
 }
 
-} // namespace
+}  // namespace

@@ -4,79 +4,48 @@
 
 #include <sstream>
 #include <string>
-#include <vector>
 
-#include "reporting/Fehler.h"
+#include "AufnahmeTest.h"
 
 namespace {
 
-struct Ausgabe {
-    std::string konsole, log;
-};
-Ausgabe* aufnahme = nullptr;
-
-void aufnehmen(Fehler& f, int art) {
-    if (art == 1) return;
-    std::ostringstream o;
-    f.ausgabe(o);
-    if (art != 2) aufnahme->konsole += o.str();
-    aufnahme->log += o.str();
-}
-
-class FehlerTest : public ::testing::Test {
-protected:
-    void SetUp() override {
-        Fehler::init();
-        Fehler::fehlerPrefix = "%KIV-";
-        Fehler::fehlerAusgabeRoutine = aufnehmen;
-        aufnahme = &aus;
-    }
-    void TearDown() override {
-        Fehler::zusatzZeile = nullptr;
-        aufnahme = nullptr;
-    }
-    Ausgabe aus;
-};
+using FehlerTest = AufnahmeTest;
 
 String kontext() { return "a.hex: Zeile 3"; }
 
 }  // namespace
 
-TEST_F(FehlerTest, StatusIsOneLineWithTrailingBlank) {
-    Fehler("FEHLSTAT", "f", "  Fehlerstatistik:", 'S');
-    EXPECT_EQ(aus.konsole, "%KIV-S-FEHLSTAT   Fehlerstatistik: \n");
-}
-
-TEST_F(FehlerTest, BoxShapes) {
-    const std::string regel = "+---------------------------------------------------\n";
-    Fehler("CMD-NOSUCHCMD", "KdoListe::interpretiere ", "liess in KivObjekt", 'E');
-    EXPECT_EQ(aus.konsole, regel + "| %KIV-E-CMD-NOSUCHCMD\n|   liess in KivObjekt \n" + regel);
-
-    aus = {};
-    Fehler("X", "f", "", 'W');
-    EXPECT_EQ(aus.konsole, regel + "| %KIV-W-X\n" + regel) << "empty detail gives three lines";
-
-    aus = {};
-    Fehler("X", "f", "one\ntwo", 'I');
-    EXPECT_EQ(aus.konsole, regel + "| %KIV-I-X\n|   one\n|   two \n" + regel);
-
-    aus = {};
-    Fehler("X", "f", "\nalone", 'E');
-    EXPECT_EQ(aus.konsole, regel + "| %KIV-E-X\n|   \nalone \n" + regel)
-        << "a newline only in front does not start continuation lines";
-
-    aus = {};
-    Fehler::zusatzZeile = kontext;
-    Fehler("HEXFILE-FMT", "f", "bad", 'E');
-    EXPECT_EQ(aus.konsole, regel + "| %KIV-E-HEXFILE-FMT\n|   a.hex: Zeile 3\n|   bad \n" + regel);
+TEST_F(FehlerTest, LineAndBoxShapes) {
+    const std::string r = "+---------------------------------------------------\n";
+    const struct {
+        const char* label;
+        const char* detail;
+        char level;
+        bool zusatz;
+        std::string erwartet;
+    } faelle[] = {
+        {"FEHLSTAT", "  Fehlerstatistik:", 'S', false, "%KIV-S-FEHLSTAT   Fehlerstatistik: \n"},
+        {"CMD-NOSUCHCMD", "liess in KivObjekt", 'E', false, r + "| %KIV-E-CMD-NOSUCHCMD\n|   liess in KivObjekt \n" + r},
+        {"X", "", 'W', false, r + "| %KIV-W-X\n" + r},   // an empty detail gives three lines
+        {"X", "one\ntwo", 'I', false, r + "| %KIV-I-X\n|   one\n|   two \n" + r},
+        // a newline only in front does not start continuation lines
+        {"X", "\nalone", 'E', false, r + "| %KIV-E-X\n|   \nalone \n" + r},
+        {"HEXFILE-FMT", "bad", 'E', true, r + "| %KIV-E-HEXFILE-FMT\n|   a.hex: Zeile 3\n|   bad \n" + r},
+    };
+    for (const auto& f : faelle) {
+        leere();
+        Fehler::zusatzZeile = f.zusatz ? kontext : nullptr;
+        Fehler(f.label, "f", f.detail, f.level);
+        EXPECT_EQ(konsole, f.erwartet) << f.detail;
+    }
 }
 
 TEST_F(FehlerTest, DebugStaysQuietAndAnUnknownLevelOnlyDrawsTheInternalWarning) {
     Fehler("X", "f", "d", 'D');
-    EXPECT_EQ(aus.konsole, "");
+    EXPECT_EQ(konsole, "");
     Fehler("Y", "f", "d", 'Q');
-    EXPECT_EQ(aus.konsole.find("Y"), std::string::npos);
-    EXPECT_NE(aus.konsole.find("W-FHL-INT-LEVEL"), std::string::npos);
+    EXPECT_EQ(konsole.find("Y"), std::string::npos);
+    EXPECT_NE(konsole.find("W-FHL-INT-LEVEL"), std::string::npos);
     EXPECT_EQ(Fehler::anzahlW, 1);
     EXPECT_EQ(Fehler::anzahlE + Fehler::anzahlI + Fehler::anzahlS + Fehler::anzahlF, 0);
 }
@@ -96,7 +65,7 @@ TEST_F(FehlerTest, LabelStatusRaisesEvenWhenOutputIsLimited) {
     Fehler::setzeStatus("MY-LABEL", 3);
     Fehler::begrenzeAusgabe("MY-LABEL", 0, 'E', 1);
     Fehler("MY-LABEL", "f", "", 'E');
-    EXPECT_EQ(aus.konsole, "");
+    EXPECT_EQ(konsole, "");
     EXPECT_EQ(Fehler::anzahlE, 1);
     EXPECT_EQ(Fehler::holeStatus(), 3);
     Fehler::setzeStatus("MY-LABEL", 0);
@@ -122,26 +91,26 @@ TEST_F(FehlerTest, LimitPassesThenDivertsAtItsLevelAndAbove) {
         for (auto p = s.find(m); p != std::string::npos; p = s.find(m, p + 1)) ++n;
         return n;
     };
-    EXPECT_EQ(zaehle(aus.konsole, "CAP"), 2);
-    EXPECT_EQ(zaehle(aus.log, "CAP"), 5);
+    EXPECT_EQ(zaehle(konsole, "CAP"), 2);
+    EXPECT_EQ(zaehle(log, "CAP"), 5);
     EXPECT_EQ(Fehler::anzahlE, 3);
     Fehler::hebeBegrenzungAuf("CAP");
 
-    aus = {};
+    leere();
     Fehler::begrenzeAusgabe("CAPS", 0, 'S', 1);
     Fehler("CAPS", "f", "", 'E');
     Fehler("CAPS", "f", "", 'S');
-    EXPECT_NE(aus.konsole.find("E-CAPS"), std::string::npos);
-    EXPECT_EQ(aus.konsole.find("S-CAPS"), std::string::npos) << "an S limit takes S messages";
+    EXPECT_NE(konsole.find("E-CAPS"), std::string::npos);
+    EXPECT_EQ(konsole.find("S-CAPS"), std::string::npos) << "an S limit takes S messages";
     Fehler::hebeBegrenzungAuf("CAPS");
 }
 
 TEST_F(FehlerTest, InternalLevelWarningsKeepTheirTwoDetailForms) {
     Fehler("X", "f", "", 'F');  // F is unknown to the per-label counters
-    EXPECT_NE(aus.konsole.find("| %KIV-W-FHL-INT-LEVEL\n|   F 46 \n"), std::string::npos) << aus.konsole;
-    aus = {};
+    EXPECT_NE(konsole.find("| %KIV-W-FHL-INT-LEVEL\n|   F 46 \n"), std::string::npos) << konsole;
+    leere();
     Fehler::begrenzeAusgabe("Z", 1, 'Q', 0);
-    EXPECT_NE(aus.konsole.find("|   Q 51 \n"), std::string::npos) << aus.konsole;
+    EXPECT_NE(konsole.find("|   Q 51 \n"), std::string::npos) << konsole;
     Fehler::hebeBegrenzungAuf("Z");
 }
 
@@ -149,10 +118,10 @@ TEST_F(FehlerTest, StatisticsShowEveryTotalButStatus) {
     Fehler("A", "f", "", 'E');
     Fehler("B", "f", "", 'W');
     Fehler::anzeigeStatistik();
-    EXPECT_NE(aus.konsole.find("%KIV-S-FEHLSTAT   Fehlerstatistik: \n%KIV-S-ANZFEHL-F  0 \n"
+    EXPECT_NE(konsole.find("%KIV-S-FEHLSTAT   Fehlerstatistik: \n%KIV-S-ANZFEHL-F  0 \n"
                                "%KIV-S-ANZFEHL-E  1 \n%KIV-S-ANZFEHL-W  1 \n%KIV-S-ANZFEHL-I  0 \n"),
               std::string::npos)
-        << aus.konsole;
+        << konsole;
     std::ostringstream o;
     Fehler::anzeigeLabelStatistik(o, "A");
     EXPECT_EQ(o.str(), "  1  %KIV--E-A\n");

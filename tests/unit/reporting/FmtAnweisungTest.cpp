@@ -1,5 +1,5 @@
 // Format statements: every construct run against a small value provider,
-// the variable parser's fields, separator parts, the index cache, and a
+// the variable parser's fields, the index cache, and a
 // random-input robustness run of the parser.
 #include "reporting/FmtAnweisung.h"
 
@@ -10,20 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "reporting/Fehler.h"
+#include "AufnahmeTest.h"
 
 namespace {
-
-std::vector<std::string> meldungen;   // "label|funktion|detail|level"
-bool mitschreiben = true;
-long gezaehlt = 0;
-
-void fange(Fehler& f, int) {
-    ++gezaehlt;
-    if (mitschreiben)
-        meldungen.push_back(f.liefereLabel().str() + "|" + f.liefereFunktion().str() + "|" +
-                            f.liefereDetail().str() + "|" + f.liefereLevel());
-}
 
 class TestObjekt : public FmtObjekt {
 public:
@@ -41,16 +30,8 @@ public:
         {"hallo Welt"}, {"1", "2", "3"}, {}, {"1A2B"}, {"a<b&\"c"}, {"1", "2", "3", "4"}};
 };
 
-class FmtTest : public ::testing::Test {
+class FmtTest : public AufnahmeTest {
 protected:
-    void SetUp() override {
-        alteRoutine = Fehler::fehlerAusgabeRoutine;
-        Fehler::fehlerAusgabeRoutine = &fange;
-        meldungen.clear();
-        mitschreiben = true;
-    }
-    void TearDown() override { Fehler::fehlerAusgabeRoutine = alteRoutine; }
-
     std::string lauf(const std::string& anweisung, int* ok = nullptr, const String& start = String(),
                      const String& stop = String()) {
         FmtAnweisung a{String(anweisung)};
@@ -61,7 +42,6 @@ protected:
     }
 
     TestObjekt objekt;
-    Fehler::AusgabeRoutine alteRoutine = nullptr;
 };
 
 struct Fall {
@@ -118,6 +98,7 @@ TEST_F(FmtTest, Statements) {
         {R"(<Bytes\?\"<>,">)", ",,", "", 1},
         {R"(<Name\upper\lowercase>)", "hallo welt", "", 1},
         {R"(<Chksum\hex>)", "1A2B", "", 1},
+        {R"(<Name\"upp">)", "upphallo Welt", "", 1},   // the quoted part is no option
         // tag rule
         {R"(<Chksum\tag\"wert">)", "<wert>1A2B</wert>", "", 1},
         {R"(<Bytes\tag\"b\<x\>y">)", "<x>b123y</x>", "", 1},
@@ -179,61 +160,15 @@ TEST_F(FmtTest, StartAndStopNames) {
             << f.anweisung << " start " << f.start << " stop " << f.stop;
 }
 
-TEST_F(FmtTest, VariableFields) {
-    {
-        FmtVariable v(R"(Name(a b)\upp\quote\"v\<t<>u\>n"\dec)");
-        EXPECT_EQ(v.liefereName(), "Name");
-        EXPECT_EQ(v.liefereArgument(), "a b");
-        EXPECT_EQ(v.liefereOptionen(), "upp\nquote\ndec");
-        EXPECT_EQ(v.liefereVorspann(), "v");
-        EXPECT_EQ(v.liefereTrenner(), "t<>u");
-        EXPECT_EQ(v.liefereNachspann(), "n");
-        EXPECT_EQ(v.liefereMerkmale(), FmtVariable::UPP | FmtVariable::QUOTE);
-        EXPECT_EQ(v.liefereZahlenFormat(), 0x10);
-        ASSERT_NE(v.liefereTeile(), nullptr);
-        EXPECT_EQ(v.liefereTeile()->liefereAnzahl(), 2);
-    }
-    // of the number styles the later one in table order wins
+TEST_F(FmtTest, ArgumentAndNumberStyles) {
+    // Only a provider sees the argument; of the number styles the later one
+    // in table order wins.
+    EXPECT_EQ(FmtVariable(R"(Name(a b)\upp\"v<>n")").liefereArgument(), "a b");
     const std::pair<const char*, int> formate[] = {
-        {"X", 0},           {R"(X\hex)", 0x240},         {R"(X\float\hex)", 0x1110},
+        {R"(X\dec)", 0x10},           {"X", 0},   {R"(X\hex)", 0x240}, {R"(X\float\hex)", 0x1110},
         {R"(X\dec\hex)", 0x10}, {R"(X\hexdec)", 0x10},
     };
-    for (const auto& [text, format] : formate)
-        EXPECT_EQ(FmtVariable(text).liefereZahlenFormat(), format) << text;
-
-    const std::pair<const char*, int> merkmale[] = {
-        {R"(X\cap\low\sgml\?)", FmtVariable::CAP | FmtVariable::LOW | FmtVariable::SGML |
-                                   FmtVariable::OHNE_WERT},
-        {R"(X\tag)", FmtVariable::TAG},
-        {R"(X\"upp")", 0},   // the quoted part is no option
-    };
-    for (const auto& [text, m] : merkmale) EXPECT_EQ(FmtVariable(text).liefereMerkmale(), m) << text;
-
-    // Without a separator there are no parts; the tag rule empties it.
-    EXPECT_EQ(FmtVariable("X").liefereTeile(), nullptr);
-    FmtVariable tag(R"(X\tag\"t">)");
-    EXPECT_EQ(tag.liefereTeile(), nullptr);
-    EXPECT_EQ(tag.liefereVorspann(), "<t>");
-    EXPECT_EQ(tag.liefereNachspann(), "</t>");
-}
-
-TEST_F(FmtTest, SeparatorPartsCycle) {
-    FmtTrennerTeile t("a<>b<>c");
-    ASSERT_EQ(t.liefereAnzahl(), 3);
-    std::string folge;
-    for (int wert = 0; wert < 5; ++wert) {
-        if (wert > 0) folge += t.naechsterTeil().str();
-        folge += t.ersterTeil().str();
-        folge += "|";
-    }
-    EXPECT_EQ(folge, "a|b|ca|b|ca|");
-
-    FmtTrennerTeile eins("x");
-    EXPECT_EQ(eins.ersterTeil(), "x");
-    EXPECT_EQ(eins.ersterTeil(), "");
-    EXPECT_EQ(eins.naechsterTeil(), "");
-    EXPECT_EQ(eins.lieferePosition(), 0);
-    EXPECT_EQ(eins.liefereTeil(7), "");
+    for (const auto& [text, format] : formate) EXPECT_EQ(FmtVariable(text).liefereZahlenFormat(), format) << text;
 }
 
 TEST_F(FmtTest, IndexLookupAndCache) {
@@ -307,7 +242,7 @@ TEST_F(FmtTest, RandomStatementsNeverBreak) {
              runde % 11 == 0 ? String("Name") : String());
         ASSERT_TRUE(ok == 0 || ok == 1) << anweisung;
     }
-    EXPECT_GT(gezaehlt, 0);
+    EXPECT_GT(anzahl, 0);
 }
 
 } // namespace
