@@ -188,10 +188,7 @@ TEST_F(TransTest, EngineResultsAreReportedByCode) {
         int position, zeile;
         const char* detail;
     } texte[] = {
-        {MM_SYNTAX, "set 1000 = zz", 11, 12, "Zeile 12, Position 11: set 1000 = zz"},
-        {MM_UNOPENEDGROUP, "", 2, 1, "Zeile 1, Position 2: "},
-        {MM_SYNTAX, nullptr, 11, 0, ""},
-        {MM_TEXT_VERWORFEN, nullptr, 0, 0, "parsecode= -6"},
+        {MM_UNOPENEDGROUP, "", 12, 10, "Zeile 10, Position 12: "},
         {MM_NOMEM_INDEX, "ab", 1, 3, "Zeile 3, Position 1: ab\nparsecode= -33"},
         {MM_CANTWRITE, nullptr, 0, 0, ""},
     };

@@ -24,14 +24,6 @@ inline MmLauf mmLauf(const std::string& grammatik, const std::string& subjekt, c
     return l;
 }
 
-inline std::string mmLiesDatei(std::FILE* f) {
-    std::string s;
-    std::rewind(f);
-    int c;
-    while ((c = std::fgetc(f)) != EOF) s.push_back(static_cast<char>(c));
-    return s;
-}
-
 // Subject and/or output as streams over temporary files; `optionen` should
 // hold '<' and/or '>' as wanted. Without '>' the output goes to a buffer.
 inline MmLauf mmStromLauf(const std::string& grammatik, const std::string& subjekt, const std::string& optionen) {
@@ -48,8 +40,8 @@ inline MmLauf mmStromLauf(const std::string& grammatik, const std::string& subje
     l.ergebnis = mmparse(o, stromAus ? 0 : static_cast<std::int32_t>(buf.size() - 1), grammatik.c_str(), s,
                          static_cast<std::int32_t>(subjekt.size()), optionen.c_str(), &l.position);
     if (stromAus) {
-        std::fflush(aus);
-        l.ausgabe = mmLiesDatei(aus);
+        std::rewind(aus);
+        for (int c; (c = std::fgetc(aus)) != EOF;) l.ausgabe.push_back(static_cast<char>(c));
     } else if (l.ergebnis > 0) {
         l.ausgabe.assign(buf.data(), static_cast<std::size_t>(l.ergebnis - 1));
     }

@@ -1,5 +1,6 @@
-// Notation errors with the grammar offset each reports, and the checks of the
-// arguments. A fault is reported only where matching reaches it, except in
+// Notation errors with the grammar offset each reports (codes that the
+// end-to-end runs show with their offsets are not repeated here), and the
+// checks of the arguments. A fault is reported only where matching reaches it, except in
 // definitions, which are all scanned before matching.
 #include <gtest/gtest.h>
 
@@ -25,7 +26,6 @@ TEST(MmparseFehler, CodesAndOffsets) {
         {"a#<a>=x#<a>=y", "a", MM_REDEFINEDSYM, 8},
         {"a.{x}b.{x}", "ab", MM_REDECLAREDVAR, 6},
         {"#<a=x", "", MM_ILLEGALDEF, 1},
-        {"a#<a>x", "a", MM_ILLEGALDEF, 2},
         {"#<>=x", "", MM_ILLEGALDEF, 1},
         {"a.b", "a", MM_ILLEGALASSIGN, 1},
         {"<>", "", MM_ILLEGALSYM, 0},
@@ -37,9 +37,7 @@ TEST(MmparseFehler, CodesAndOffsets) {
         {"<x>#<x>=(b/<x>)a", "a", MM_LEFTRECURSION, 11},
         {"(ab", "ab", MM_UNCLOSEDGROUP, 0},
         {"((a)#", "a", MM_UNCLOSEDGROUP, 0},
-        {"ab)", "ab", MM_UNOPENEDGROUP, 2},
         {"<r>#<r>=a)", "a", MM_UNOPENEDGROUP, 9},
-        {"%a(b", "", MM_ILLEGALGROUP, 2},
         {"[ab", "a", MM_UNCLOSEDSET, 0},
         {"[-a]", "a", MM_ILLEGALRANGE, 1},
         {"[a-]", "a", MM_ILLEGALRANGE, 3},
@@ -54,8 +52,6 @@ TEST(MmparseFehler, CodesAndOffsets) {
         {"a^%x", "a", MM_ILLEGALNOT, 2},
         {"/a", "a", MM_ILLEGALSUFF01, 0},
         {"+a", "a", MM_ILLEGALSUFF1N, 0},
-        {"*a", "a", MM_ILLEGALSUFF0N, 0},
-        {"!a", "a", MM_ILLEGALSUFFM, 0},
         {"(a|!b)", "b", MM_ILLEGALSUFFM, 3},
         {"(a)!", "a", MM_ILLEGALSUFFM, 3},
         {"?a", "a", MM_ILLEGALSUFF0M, 0},
@@ -78,23 +74,22 @@ TEST(MmparseFehler, CodesAndOffsets) {
 
 TEST(MmparseFehler, ArgumentChecks) {
     char buf[16];
-    std::int32_t pos = -5;
+    std::int32_t pos;
     std::FILE* datei = std::tmpfile();
     std::fputs("a", datei);
     std::rewind(datei);
     struct {
         void* objekt;
-        std::int32_t laenge;
-        const char* grammatik;
+        std::int32_t laenge, subjektLaenge;
+        const char *grammatik, *optionen;
         const void* subjekt;
-        std::int32_t subjektLaenge;
-        const char* optionen;
     } const falsch[] = {
-        {buf, 16, nullptr, "a", 1, ""},    {buf, 16, "a", nullptr, 1, ""}, {buf, 16, "a", "a", -1, ""},
-        {buf, -1, "a", "a", 1, ""},        {nullptr, 0, "a", "a", 1, ">"}, {buf, 16, "a", "a", 1, "t"},
-        {datei, 0, "a", "a", 1, ">h"},     {datei, 0, "a", "a", 1, ">a"},
+        {buf, 16, 1, nullptr, "", "a"}, {buf, 16, 1, "a", "", nullptr}, {buf, 16, -1, "a", "", "a"},
+        {buf, -1, 1, "a", "", "a"},     {nullptr, 0, 1, "a", ">", "a"}, {buf, 16, 1, "a", "t", "a"},
+        {datei, 0, 1, "a", ">h", "a"},  {datei, 0, 1, "a", ">a", "a"},
     };
     for (const auto& f : falsch) {
+        pos = -5;
         EXPECT_EQ(mmparse(f.objekt, f.laenge, f.grammatik, f.subjekt, f.subjektLaenge, f.optionen, &pos),
                   MM_ILLEGALARGS);
         EXPECT_EQ(pos, 0);
