@@ -96,13 +96,20 @@ TEST_F(FehlerTest, LimitPassesThenDivertsAtItsLevelAndAbove) {
     EXPECT_EQ(Fehler::anzahlE, 3);
     Fehler::hebeBegrenzungAuf("CAP");
 
-    leere();
-    Fehler::begrenzeAusgabe("CAPS", 0, 'S', 1);
-    Fehler("CAPS", "f", "", 'E');
-    Fehler("CAPS", "f", "", 'S');
-    EXPECT_NE(konsole.find("E-CAPS"), std::string::npos);
-    EXPECT_EQ(konsole.find("S-CAPS"), std::string::npos) << "an S limit takes S messages";
-    Fehler::hebeBegrenzungAuf("CAPS");
+}
+
+TEST_F(FehlerTest, ALimitTakesItsLevelAndTheLevelsBelowInTheOrderEWIS) {
+    // Per limit level, which of the message levels E, W, I, S it diverts.
+    const std::pair<char, const char*> regeln[] = {{'E', "EWIS"}, {'W', "-WIS"}, {'I', "--IS"}, {'S', "---S"}};
+    for (const auto& [grenze, genommen] : regeln) {
+        for (int i = 0; i < 4; ++i) {
+            leere();
+            Fehler::begrenzeAusgabe("CAP", 0, grenze, 1);
+            Fehler("CAP", "f", "", "EWIS"[i]);
+            EXPECT_EQ(konsole.empty(), genommen[i] != '-') << grenze << " limit, message " << "EWIS"[i];
+            Fehler::hebeBegrenzungAuf("CAP");
+        }
+    }
 }
 
 TEST_F(FehlerTest, InternalLevelWarningsKeepTheirTwoDetailForms) {
