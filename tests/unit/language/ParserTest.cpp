@@ -15,25 +15,10 @@
 #include <sstream>
 #include <string>
 
-#include "language/KdoGrammatik.h"
+#include "KdoTestHilfe.h"
 #include "language/KdoParser.h"
 
 namespace {
-
-std::string tokenBild(dataInteger token, const String& text) {
-    using namespace KdoToken;
-    switch (token) {
-    case NAME: return "N(" + text.str() + ")";
-    case TEXT: return "T\"" + text.str() + "\"";
-    case ZAHL: return "Z(" + text.str() + ")";
-    case REALZAHL: return "R(" + text.str() + ")";
-    case ZEILENENDE: return "NL";
-    case ENDE: return "END";
-    default: break;
-    }
-    if (token > 0 && token < 256) return std::string(1, static_cast<char>(token));
-    return kdoSymbolName(token);
-}
 
 class Protokollant : public KdoParser {
 public:
@@ -46,13 +31,11 @@ public:
         if (parse()) schreibe("=1");
         return log_.empty() ? log_ : log_.substr(1);
     }
-    long tokens = 0;
 
 protected:
     dataInteger holeToken() override {
         dataInteger t = KdoParser::holeToken();
-        ++tokens;
-        schreibe(tokenBild(t, liefereTokenText()));
+        schreibe(kdoTokenBild(t, liefereTokenText()));
         return t;
     }
     void errorMessage() override {
@@ -79,50 +62,18 @@ private:
         KdoParser::name();                                              \
         schreibe("{" #name ":" + liefereTokenText().str() + "}");      \
     }
-    AKTION(anzeigeImFehlerfall)
-    AKTION(anzeigeKdoObjekte)
-    AKTION(ausfuehre)
-    AKTION(exeOhneObjekt)
-    AKTION(exeMitObjekt)
-    AKTION(hilfeAllgemein)
-    AKTION(imFehlerfallSetzen)
-    AKTION(funktionswertSetzen)
-    AKTION(ausfuehreKdoOTypCheck)
-    AKTION(hilfeOhneObjekt)
-    AKTION(hilfeMitObjekt)
-    AKTION(ausfuehreTransDat)
-    AKTION(ausfuehreTransOSp)
-    AKTION(hilfeAnzeigeImFehlerfall)
-    AKTION(hilfeAnzeigeKdoObjekte)
-    AKTION(hilfeAusfuehreTrans)
-    AKTION(hilfeAusfuehre)
-    AKTION(hilfeExit)
-    AKTION(hilfeImFehlerfall)
-    AKTION(hilfeKdoOTypCheck)
-    AKTION(hilfeUmsetze)
-    AKTION(parameterLoeschen)
-    AKTION(insertParam)
-    AKTION(kdooVater)
-    AKTION(kdooGeschwister)
-    AKTION(kdooSohn)
-    AKTION(imFehlerfallLoeschen)
-    AKTION(funktionswertLoeschen)
-    AKTION(modusNormal)
-    AKTION(modusText)
-    AKTION(statusExit)
-    AKTION(statusReturn)
-    AKTION(statusReturnMain)
-    AKTION(modusZahl)
-    AKTION_MIT_TEXT(merkeWort)
-    AKTION_MIT_TEXT(merkeZahl)
-    AKTION(setzeAktKdoObjekt)
-    AKTION_MIT_TEXT(merkeZiel)
-    AKTION_MIT_TEXT(merkeParameter)
-    AKTION_MIT_TEXT(merkeDatei)
-    AKTION_MIT_TEXT(merkeGrammatik)
-    AKTION(setzeName)
-    AKTION(umsetzeDat)
-    AKTION(umsetzeOSp)
+    AKTION(anzeigeImFehlerfall) AKTION(anzeigeKdoObjekte) AKTION(ausfuehre) AKTION(exeOhneObjekt)
+    AKTION(exeMitObjekt) AKTION(hilfeAllgemein) AKTION(imFehlerfallSetzen) AKTION(funktionswertSetzen)
+    AKTION(ausfuehreKdoOTypCheck) AKTION(hilfeOhneObjekt) AKTION(hilfeMitObjekt) AKTION(ausfuehreTransDat)
+    AKTION(ausfuehreTransOSp) AKTION(hilfeAnzeigeImFehlerfall) AKTION(hilfeAnzeigeKdoObjekte)
+    AKTION(hilfeAusfuehreTrans) AKTION(hilfeAusfuehre) AKTION(hilfeExit) AKTION(hilfeImFehlerfall)
+    AKTION(hilfeKdoOTypCheck) AKTION(hilfeUmsetze) AKTION(parameterLoeschen) AKTION(insertParam)
+    AKTION(kdooVater) AKTION(kdooGeschwister) AKTION(kdooSohn) AKTION(imFehlerfallLoeschen)
+    AKTION(funktionswertLoeschen) AKTION(modusNormal) AKTION(modusText) AKTION(statusExit)
+    AKTION(statusReturn) AKTION(statusReturnMain) AKTION(modusZahl) AKTION_MIT_TEXT(merkeWort)
+    AKTION_MIT_TEXT(merkeZahl) AKTION(setzeAktKdoObjekt) AKTION_MIT_TEXT(merkeZiel)
+    AKTION_MIT_TEXT(merkeParameter) AKTION_MIT_TEXT(merkeDatei) AKTION_MIT_TEXT(merkeGrammatik)
+    AKTION(setzeName) AKTION(umsetzeDat) AKTION(umsetzeOSp)
 #undef AKTION
 #undef AKTION_MIT_TEXT
 
@@ -152,60 +103,39 @@ TEST(ParserTest, Statements) {
          "N(a) {merkeWort:a} : N(lies) {merkeWort:lies} ( {modusText}#0 T\"Intel\" )#1 NL END {exeMitObjekt} {modusNormal}"},
         {"a: lies ?",
          "N(a) {merkeWort:a} : N(lies) {merkeWort:lies} ? {modusText}#0 NL#1 END {hilfeMitObjekt} {modusNormal}"},
-        {"lies ?",
-         "N(lies) {merkeWort:lies} ? {modusText}#0 NL#1 END {hilfeOhneObjekt} {modusNormal}"},
-        {"a:",
-         "N(a) {merkeWort:a} : NL END {setzeAktKdoObjekt} {modusNormal}"},
-        {"a: ?",
-         "N(a) {merkeWort:a} : ? NL END {exeMitObjekt} {modusNormal}"},
-        {"?",
-         "? NL END {hilfeAllgemein} {modusNormal}"},
-        {"-",
-         "MINUS NL END {kdooVater} {modusNormal}"},
-        {"vater()",
-         "VATER ( ) NL END {kdooVater} {modusNormal}"},
-        {":",
-         ": NL END {kdooSohn} {modusNormal}"},
-        {"sohn()",
-         "SOHN ( ) NL END {kdooSohn} {modusNormal}"},
-        {">",
-         "> NL END {kdooGeschwister} {modusNormal}"},
-        {"naechster()",
-         "NAECHSTER ( ) NL END {kdooGeschwister} {modusNormal}"},
+        {"lies ?", "N(lies) {merkeWort:lies} ? {modusText}#0 NL#1 END {hilfeOhneObjekt} {modusNormal}"},
+        {"a:", "N(a) {merkeWort:a} : NL END {setzeAktKdoObjekt} {modusNormal}"},
+        {"a: ?", "N(a) {merkeWort:a} : ? NL END {exeMitObjekt} {modusNormal}"},
+        {"?", "? NL END {hilfeAllgemein} {modusNormal}"},
+        {"-", "MINUS NL END {kdooVater} {modusNormal}"},
+        {"vater()", "VATER ( ) NL END {kdooVater} {modusNormal}"},
+        {":", ": NL END {kdooSohn} {modusNormal}"},
+        {"sohn()", "SOHN ( ) NL END {kdooSohn} {modusNormal}"},
+        {">", "> NL END {kdooGeschwister} {modusNormal}"},
+        {"naechster()", "NAECHSTER ( ) NL END {kdooGeschwister} {modusNormal}"},
         {"x=holeParameter(3)",
          "N(x) {merkeWort:x} = HOLEPARAMETER {modusZahl}#2 ( Z(3) {merkeZahl:3} ) NL END {insertParam} {modusNormal}#1"},
-        {"x=liefereName()",
-         "N(x) {merkeWort:x} = LIEFERENAME {modusZahl}#2 ( ) NL END {setzeName} {modusNormal}#1"},
+        {"x=liefereName()", "N(x) {merkeWort:x} = LIEFERENAME {modusZahl}#2 ( ) NL END {setzeName} {modusNormal}#1"},
         {"ausfuehre(\"datei\", \"a\", \"b\")",
          "AUSFUEHRE ( {parameterLoeschen} T\"datei\" {merkeDatei:datei} , T\"a\" {merkeParameter:a} , T\"b\" {merkeParameter:b} ) NL END {ausfuehre} {modusNormal}"},
         {"ausfuehre(\"datei\")",
          "AUSFUEHRE ( {parameterLoeschen} T\"datei\" {merkeDatei:datei} ) NL END {ausfuehre} {modusNormal}"},
-        {"anzeigeKdoObjekte()",
-         "ANZEIGEKDOOBJEKTE ( ) NL END {anzeigeKdoObjekte} {modusNormal}"},
+        {"anzeigeKdoObjekte()", "ANZEIGEKDOOBJEKTE ( ) NL END {anzeigeKdoObjekte} {modusNormal}"},
         {"kdoOTypCheck(Eprom, exit)",
          "KDOOTYPCHECK ( N(Eprom) {merkeWort:Eprom} , EXIT ) {statusExit} NL END {ausfuehreKdoOTypCheck} {modusNormal}"},
-        {"exit",
-         "EXIT NL {statusExit} END {modusNormal}"},
-        {"exit()",
-         "EXIT ( {statusExit} ) NL END {modusNormal}"},
-        {"return",
-         "RETURN NL {statusReturn} END {modusNormal}"},
-        {"returnMain()",
-         "RETURNMAIN ( {statusReturnMain} ) NL END {modusNormal}"},
+        {"exit", "EXIT NL {statusExit} END {modusNormal}"},
+        {"exit()", "EXIT ( {statusExit} ) NL END {modusNormal}"},
+        {"return", "RETURN NL {statusReturn} END {modusNormal}"},
+        {"returnMain()", "RETURNMAIN ( {statusReturnMain} ) NL END {modusNormal}"},
         {"imFehlerfall(\"E\", exit)",
          "IMFEHLERFALL ( T\"E\" {merkeWort:E} , EXIT ) {statusExit} NL END {imFehlerfallSetzen} {modusNormal}"},
-        {"imFehlerfall(\"E\")",
-         "IMFEHLERFALL ( T\"E\" {merkeWort:E} ) NL END {imFehlerfallLoeschen} {modusNormal}"},
-        {"imFehlerfall(\"E\",)",
-         "IMFEHLERFALL ( T\"E\" {merkeWort:E} , ) NL END {imFehlerfallLoeschen} {modusNormal}"},
+        {"imFehlerfall(\"E\")", "IMFEHLERFALL ( T\"E\" {merkeWort:E} ) NL END {imFehlerfallLoeschen} {modusNormal}"},
+        {"imFehlerfall(\"E\",)", "IMFEHLERFALL ( T\"E\" {merkeWort:E} , ) NL END {imFehlerfallLoeschen} {modusNormal}"},
         {"imFehlerfall(, return)",
          "IMFEHLERFALL ( , RETURN ) {statusReturn} NL END {funktionswertSetzen} {modusNormal}"},
-        {"imFehlerfall(,)",
-         "IMFEHLERFALL ( , ) NL END {funktionswertLoeschen} {modusNormal}"},
-        {"imFehlerfall()",
-         "IMFEHLERFALL ( ) NL END {funktionswertLoeschen} {modusNormal}"},
-        {"anzeigeImFehlerfall()",
-         "ANZEIGEIMFEHLERFALL ( ) NL END {anzeigeImFehlerfall} {modusNormal}"},
+        {"imFehlerfall(,)", "IMFEHLERFALL ( , ) NL END {funktionswertLoeschen} {modusNormal}"},
+        {"imFehlerfall()", "IMFEHLERFALL ( ) NL END {funktionswertLoeschen} {modusNormal}"},
+        {"anzeigeImFehlerfall()", "ANZEIGEIMFEHLERFALL ( ) NL END {anzeigeImFehlerfall} {modusNormal}"},
         {"ausfuehreTrans(\"q.txt\", DAT, g.txt, \"p1\")",
          "AUSFUEHRETRANS ( {parameterLoeschen} T\"q.txt\" {merkeDatei:q.txt} , {modusNormal} DAT , {modusText}#0 T\" g.txt\" {merkeGrammatik: g.txt} , {modusText} T\" \"p1\"\" {merkeParameter: \"p1\"} )#1 NL END {ausfuehreTransDat} {modusNormal}"},
         {"ausfuehreTrans(\"q.txt\", SYSOSP, <Gram>g, \"p1\", \"p2\")",
@@ -219,32 +149,22 @@ TEST(ParserTest, Statements) {
 
 TEST(ParserTest, HelpWordsAndPaths) {
     pruefe({
-        {"ausfuehre ?",
-         "AUSFUEHRE ? {hilfeAusfuehre} NL END"},
-        {"anzeigeKdoObjekte ?",
-         "ANZEIGEKDOOBJEKTE ? {hilfeAnzeigeKdoObjekte} NL END"},
-        {"exit ?",
-         "EXIT ? {hilfeExit} NL END"},
-        {"ausfuehreTrans ?",
-         "AUSFUEHRETRANS ? {hilfeAusfuehreTrans} NL END"},
-        {"umsetze ?",
-         "UMSETZE ? {hilfeUmsetze} NL END"},
-        {"imFehlerfall ?",
-         "IMFEHLERFALL ? {hilfeImFehlerfall} NL END"},
-        {"anzeigeImFehlerfall ?",
-         "ANZEIGEIMFEHLERFALL ? {hilfeAnzeigeImFehlerfall} NL END"},
-        {"kdoOTypCheck ?",
-         "KDOOTYPCHECK ? {hilfeKdoOTypCheck} NL END"},
+        {"ausfuehre ?", "AUSFUEHRE ? {hilfeAusfuehre} NL END"},
+        {"anzeigeKdoObjekte ?", "ANZEIGEKDOOBJEKTE ? {hilfeAnzeigeKdoObjekte} NL END"},
+        {"exit ?", "EXIT ? {hilfeExit} NL END"},
+        {"ausfuehreTrans ?", "AUSFUEHRETRANS ? {hilfeAusfuehreTrans} NL END"},
+        {"umsetze ?", "UMSETZE ? {hilfeUmsetze} NL END"},
+        {"imFehlerfall ?", "IMFEHLERFALL ? {hilfeImFehlerfall} NL END"},
+        {"anzeigeImFehlerfall ?", "ANZEIGEIMFEHLERFALL ? {hilfeAnzeigeImFehlerfall} NL END"},
+        {"kdoOTypCheck ?", "KDOOTYPCHECK ? {hilfeKdoOTypCheck} NL END"},
         {"<Kiv>Kiv.<Eprom>a: lies(x)",
          "< N(Kiv) {merkeWort:Kiv} > N(Kiv) {merkeWort:Kiv} . < N(Eprom) {merkeWort:Eprom} > N(a) {merkeWort:a} : N(lies) {merkeWort:lies} ( {modusText}#0 T\"x\" )#1 NL END {exeMitObjekt} {modusNormal}"},
         {"a.b: cmd()",
          "N(a) {merkeWort:a} . N(b) {merkeWort:b} : N(cmd) {merkeWort:cmd} ( {modusText}#0 T\"\"#1 ) NL END {exeMitObjekt} {modusNormal}"},
         {"lies(,a.hex)",
          "N(lies) {merkeWort:lies} ( {modusText}#0 T\"\" , T\"a.hex\" )#1 NL END {exeOhneObjekt} {modusNormal}"},
-        {"cmd()",
-         "N(cmd) {merkeWort:cmd} ( {modusText}#0 T\"\"#1 ) NL END {exeOhneObjekt} {modusNormal}"},
-        {"cmd(a,)",
-         "N(cmd) {merkeWort:cmd} ( {modusText}#0 T\"a\" , T\"\"#1 ) NL END {exeOhneObjekt} {modusNormal}"},
+        {"cmd()", "N(cmd) {merkeWort:cmd} ( {modusText}#0 T\"\"#1 ) NL END {exeOhneObjekt} {modusNormal}"},
+        {"cmd(a,)", "N(cmd) {merkeWort:cmd} ( {modusText}#0 T\"a\" , T\"\"#1 ) NL END {exeOhneObjekt} {modusNormal}"},
     });
 }
 
@@ -254,38 +174,26 @@ TEST(ParserTest, HelpWordsAndPaths) {
 // and then runs the command xyz.
 TEST(ParserTest, ErrorAtLineStart) {
     pruefe({
-        {")",
-         ") !1:1 {modusNormal} NL END =1"},
-        {"lies)",
-         "N(lies) {merkeWort:lies} ) {modusText}#0 !1:5 {modusNormal}#1 NL END =1"},
-        {"abc",
-         "N(abc) {merkeWort:abc} NL {modusText}#0 !1:3 {modusNormal}#1 END =1"},
+        {")", ") !1:1 {modusNormal} NL END =1"},
+        {"lies)", "N(lies) {merkeWort:lies} ) {modusText}#0 !1:5 {modusNormal}#1 NL END =1"},
+        {"abc", "N(abc) {merkeWort:abc} NL {modusText}#0 !1:3 {modusNormal}#1 END =1"},
         {"abc xyz",
          "N(abc) {merkeWort:abc} N(xyz) {modusText}#0 !1:5 {modusNormal}#1 {merkeWort:xyz} NL {modusText}#0 !1:7 {modusNormal}#1 END =1"},
         {"abc xyz(q)",
          "N(abc) {merkeWort:abc} N(xyz) {modusText}#0 !1:5 {modusNormal}#1 {merkeWort:xyz} ( {modusText}#0 T\"q\" )#1 NL END {exeOhneObjekt} {modusNormal} =1"},
         {"exit xyz",
          "EXIT N(xyz) {statusExit} !1:6 {modusNormal} {merkeWort:xyz} NL {modusText}#0 !1:8 {modusNormal}#1 END =1"},
-        {"ausfuehre",
-         "AUSFUEHRE NL {parameterLoeschen} !1:9 {modusNormal} END =1"},
-        {"LiefereName",
-         "LIEFERENAME !1:1 {modusNormal} NL END =1"},
-        {"sohn(x)",
-         "SOHN ( N(x) !1:6 {modusNormal} {merkeWort:x} ) {modusText}#0 !1:7 {modusNormal}#1 NL END =1"},
+        {"ausfuehre", "AUSFUEHRE NL {parameterLoeschen} !1:9 {modusNormal} END =1"},
+        {"LiefereName", "LIEFERENAME !1:1 {modusNormal} NL END =1"},
+        {"sohn(x)", "SOHN ( N(x) !1:6 {modusNormal} {merkeWort:x} ) {modusText}#0 !1:7 {modusNormal}#1 NL END =1"},
     });
 }
 
-TEST(ParserTest, ErrorBehindObject) {
+TEST(ParserTest, ErrorBehindObjectAndCommand) {
     pruefe({
-        {"a: )",
-         "N(a) {merkeWort:a} : ) !1:4 {modusNormal} {modusNormal} NL END =1"},
+        {"a: )", "N(a) {merkeWort:a} : ) !1:4 {modusNormal} {modusNormal} NL END =1"},
         {"a: (x)",
          "N(a) {merkeWort:a} : ( !1:4 {modusNormal} {modusNormal} N(x) {merkeWort:x} ) {modusText}#0 !1:6 {modusNormal}#1 NL END =1"},
-    });
-}
-
-TEST(ParserTest, ErrorBehindCommand) {
-    pruefe({
         {"a: cmd x",
          "N(a) {merkeWort:a} : N(cmd) {merkeWort:cmd} N(x) {modusText}#0 !1:8 {modusNormal}#1 {modusNormal} {merkeWort:x} NL {modusText}#0 !1:8 {modusNormal}#1 END =1"},
         {"a: cmd x(y)",
@@ -299,8 +207,7 @@ TEST(ParserTest, ErrorBehindCommand) {
 // line is complete: "cmd((x)" reports and still runs the command.
 TEST(ParserTest, ErrorInArgumentList) {
     pruefe({
-        {"cmd(a",
-         "N(cmd) {merkeWort:cmd} ( {modusText}#0 T\"a\" NL#1 !1:5 END =1"},
+        {"cmd(a", "N(cmd) {merkeWort:cmd} ( {modusText}#0 T\"a\" NL#1 !1:5 END =1"},
         {"cmd((x))",
          "N(cmd) {merkeWort:cmd} ( {modusText}#0 ( !1:5 T\"x\" )#1 ) {modusNormal} !1:8 {modusNormal} NL END =1"},
         {"cmd((x)",
@@ -311,8 +218,7 @@ TEST(ParserTest, ErrorInArgumentList) {
          "N(cmd) {merkeWort:cmd} ( {modusText}#0 T\"a(b\" )#1 , !1:9 {modusNormal} N(c) {merkeWort:c} ) {modusText}#0 !1:12 {modusNormal}#1 NL END =1"},
         {"cmd(a) x",
          "N(cmd) {merkeWort:cmd} ( {modusText}#0 T\"a\" )#1 N(x) !1:8 {modusNormal} {merkeWort:x} NL {modusText}#0 !1:8 {modusNormal}#1 END =1"},
-        {"cmd(\"a,b)",
-         "N(cmd) {merkeWort:cmd} ( {modusText}#0 T\"\"a,b)\" NL#1 !1:9 END =1"},
+        {"cmd(\"a,b)", "N(cmd) {merkeWort:cmd} ( {modusText}#0 T\"\"a,b)\" NL#1 !1:9 END =1"},
     });
 }
 
@@ -320,43 +226,29 @@ TEST(ParserTest, ErrorInArgumentList) {
 // continuation: raw text only knows it inside a text.
 TEST(ParserTest, CommentsBlanksContinuations) {
     pruefe({
-        {"",
-         "NL END"},
-        {"   \t ",
-         "NL END"},
-        {"! comment (",
-         "NL END"},
-        {"// comment (",
-         "NL END"},
-        {"  // x",
-         "NL END"},
-        {"exit // bye",
-         "EXIT NL {statusExit} END {modusNormal}"},
-        {"exit ! bye",
-         "EXIT NL {statusExit} END {modusNormal}"},
+        {"", "NL END"},
+        {"   \t ", "NL END"},
+        {"! comment (", "NL END"},
+        {"// comment (", "NL END"},
+        {"  // x", "NL END"},
+        {"exit // bye", "EXIT NL {statusExit} END {modusNormal}"},
+        {"exit ! bye", "EXIT NL {statusExit} END {modusNormal}"},
         {"a / b",
          "N(a) {merkeWort:a} / {modusText}#0 !1:3 {modusNormal}#1 N(b) {merkeWort:b} NL {modusText}#0 !1:5 {modusNormal}#1 END =1"},
-        {"exi\\\nt",
-         "EXIT NL {statusExit} END {modusNormal}"},
+        {"exi\\\nt", "EXIT NL {statusExit} END {modusNormal}"},
         {"lies(a,\\\n b)",
          "N(lies) {merkeWort:lies} ( {modusText}#0 T\"a\" , T\"\\\" NL#1 !1:8 N(b) ) NL {modusNormal} END {exeOhneObjekt} {modusNormal} =1"},
         {"lies(a, b\\\nc)",
          "N(lies) {merkeWort:lies} ( {modusText}#0 T\"a\" , T\" bc\" )#1 NL END {exeOhneObjekt} {modusNormal}"},
         {"ausfuehre(\"a\\\nb\")",
          "AUSFUEHRE ( {parameterLoeschen} T\"ab\" {merkeDatei:ab} ) NL END {ausfuehre} {modusNormal}"},
-        {"lies \\\n?",
-         "N(lies) {merkeWort:lies} ? {modusText}#0 NL#1 END {hilfeOhneObjekt} {modusNormal}"},
+        {"lies \\\n?", "N(lies) {merkeWort:lies} ? {modusText}#0 NL#1 END {hilfeOhneObjekt} {modusNormal}"},
     });
 }
 
 TEST(ParserTest, KeywordsIgnoreCase) {
     pruefe({
-        {"EXIT",
-         "EXIT NL {statusExit} END {modusNormal}"},
-        {"Exit()",
-         "EXIT ( {statusExit} ) NL END {modusNormal}"},
-        {"eXiT ?",
-         "EXIT ? {hilfeExit} NL END"},
+        {"eXiT ?", "EXIT ? {hilfeExit} NL END"},
         {"x = liefereName ( )",
          "N(x) {merkeWort:x} = LIEFERENAME {modusZahl}#2 ( ) NL END {setzeName} {modusNormal}#1"},
         {"Dat: x()",
@@ -381,8 +273,7 @@ TEST(ParserTest, RawTextCountsQuotes) {
 
 TEST(ParserTest, Strings) {
     pruefe({
-        {"ausfuehre(\"abc",
-         "AUSFUEHRE ( {parameterLoeschen} SCANFEHLER !1:14 {modusNormal} NL END =1"},
+        {"ausfuehre(\"abc", "AUSFUEHRE ( {parameterLoeschen} SCANFEHLER !1:14 {modusNormal} NL END =1"},
         {"imFehlerfall(\"a\\\nb\")",
          "IMFEHLERFALL ( T\"ab\" {merkeWort:ab} ) NL END {imFehlerfallLoeschen} {modusNormal}"},
         {"imFehlerfall(\"a\\\"b\")",
@@ -394,12 +285,9 @@ TEST(ParserTest, Strings) {
 
 TEST(ParserTest, Mode2FirstLine) {
     pruefe({
-        {"12",
-         "Z(12) !1:1 {modusNormal}#1 NL END =1"},
-        {"12.5",
-         "R(12.5) !1:1 {modusNormal}#1 NL END =1"},
-        {"1a",
-         "Z(1) !1:1 {modusNormal}#1 N(a) {merkeWort:a} NL {modusText}#0 !1:2 {modusNormal}#1 END =1"},
+        {"12", "Z(12) !1:1 {modusNormal}#1 NL END =1"},
+        {"12.5", "R(12.5) !1:1 {modusNormal}#1 NL END =1"},
+        {"1a", "Z(1) !1:1 {modusNormal}#1 N(a) {merkeWort:a} NL {modusText}#0 !1:2 {modusNormal}#1 END =1"},
         {"x=holeParameter(7)",
          "N(x) {merkeWort:x} = HOLEPARAMETER {modusZahl} ( Z(7) {merkeZahl:7} ) NL END {insertParam} {modusNormal}#1"},
     }, 2);
@@ -407,10 +295,8 @@ TEST(ParserTest, Mode2FirstLine) {
 
 TEST(ParserTest, SeveralLines) {
     pruefe({
-        {"exit\nreturn",
-         "EXIT NL {statusExit} RETURN {modusNormal} NL {statusReturn} END {modusNormal}"},
-        {")\nexit",
-         ") !1:1 {modusNormal} NL EXIT NL {statusExit} END {modusNormal} =1"},
+        {"exit\nreturn", "EXIT NL {statusExit} RETURN {modusNormal} NL {statusReturn} END {modusNormal}"},
+        {")\nexit", ") !1:1 {modusNormal} NL EXIT NL {statusExit} END {modusNormal} =1"},
         {"lies(a\nb: c()",
          "N(lies) {merkeWort:lies} ( {modusText}#0 T\"a\" NL#1 !1:6 N(b) : N(c) ( ) NL {modusNormal} END {exeOhneObjekt} {modusNormal} =1"},
     });

@@ -1,31 +1,15 @@
-// Token streams of the command scanner, written as text (N(x) NAME, T"x"
-// TEXT, Z(1) ZAHL, R(1.5) REALZAHL, NL, END, single characters and keyword
-// names as themselves, #m after a token that changed the mode), and the
-// positions the character source reports.
+// Token streams of the command scanner, written as text (see kdoTokenBild;
+// #m after a token that changed the mode), and the positions the character
+// source reports.
 #include <gtest/gtest.h>
 
 #include <sstream>
 #include <string>
 
-#include "language/KdoGrammatik.h"
+#include "KdoTestHilfe.h"
 #include "language/Scanner.h"
 
 namespace {
-
-std::string bild(dataInteger token, const String& text) {
-    using namespace KdoToken;
-    switch (token) {
-    case NAME: return "N(" + text.str() + ")";
-    case TEXT: return "T\"" + text.str() + "\"";
-    case ZAHL: return "Z(" + text.str() + ")";
-    case REALZAHL: return "R(" + text.str() + ")";
-    case ZEILENENDE: return "NL";
-    case ENDE: return "END";
-    default: break;
-    }
-    if (token > 0 && token < 256) return std::string(1, static_cast<char>(token));
-    return kdoSymbolName(token);
-}
 
 // Scans `eingabe` to its end in mode `modus`. With `rohNachKlammer` the
 // stream switches to raw text behind every "(", as the parser does behind a
@@ -41,7 +25,7 @@ std::string tokens(const std::string& eingabe, int modus = 1, bool rohNachKlamme
         QuellPosition pos;
         int vorher = scannerModus;
         dataInteger t = scanner.naechstesToken(wert, pos);
-        aus += (aus.empty() ? "" : " ") + bild(t, wert);
+        aus += (aus.empty() ? "" : " ") + kdoTokenBild(t, wert);
         if (scannerModus != vorher) aus += "#" + std::to_string(scannerModus);
         if (mitPosition) aus += "@" + std::to_string(pos.zeile) + ":" + std::to_string(pos.spalte);
         if (t == KdoToken::ENDE) break;
