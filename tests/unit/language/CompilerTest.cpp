@@ -1,10 +1,18 @@
-// The Compiler on single lines and short procedures: definitions and their
-// replacement, user commands with and without object prefix, navigation in
-// the object tree, the help texts and displays, the syntax error box.
-#include "CompilerTestHilfe.h"
+// The Compiler on lines and procedures: definitions and their replacement,
+// user commands, navigation, the reading of physical lines, nested
+// procedures and the error control. Texts the program prints whole (help,
+// echo lines, boxes, the settings table) are proven by the end-to-end cases.
+#include "KdoTestHilfe.h"
 
 namespace compilertest {
 namespace {
+
+std::string echoTexte(const MeldungsFaenger& f) {
+    std::string t;
+    for (const Meldung& m : f.meldungen())
+        if (m.label == "CMD") t += "[" + m.detail + "]";
+    return t;
+}
 
 // ---------------------------------------------------------------------------
 // Definitions
@@ -18,61 +26,38 @@ TEST_F(CompilerTest, ParametersReplaceTheirKeysAndUnsetOnesAreEmpty) {
              {"12", "3"});
     EXPECT_EQ(protokollText(), "zahl(12)@W:zahl(12)\nzahl(312)@a:a: zahl(312)\n");
     // Beyond p9 nothing is defined: the key stays as it is.
-    bool gefunden = false;
-    for (const Meldung& m : faenger.meldungen())
-        if (m.label == "CMD" && m.detail.find("ok(  ) 3|||'p10'") != std::string::npos) gefunden = true;
-    EXPECT_TRUE(gefunden);
-}
+    EXPECT_NE(echoTexte(faenger).find("ok(  ) 3|||'p10'"), std::string::npos);
 
-TEST_F(CompilerTest, MoreThanTenParametersAreAllDefined) {
-    MeldungsFaenger faenger;
+    // With more than ten parameters every one is defined.
+    protokoll().clear();
     std::vector<std::string> p;
     for (int i = 0; i < 12; ++i) p.push_back(std::to_string(100 + i));
     prozedur(datei("ct_viele.kiv", "zahl('p11')\nx=holeParameter(11)\nzahl('x')\n"), p);
-    EXPECT_EQ(protokollText(), "zahl(111)@W:zahl(111)\nzahl(111)@W:zahl(111)\n");
-    EXPECT_EQ(fehlerLabels(faenger), "");
+    EXPECT_EQ(protokollText(), "zahl(111)@a:zahl(111)\nzahl(111)@a:zahl(111)\n");
 }
 
-TEST_F(CompilerTest, HoleParameterBeyondTheParametersDefinesAPlaceholder) {
+TEST_F(CompilerTest, HoleParameterAndLiefereNameReportUnderTheirFunctions) {
     MeldungsFaenger faenger;
     StromFaenger fehlerKonsole(std::cerr);
-    prozedur(datei("ct_xx.kiv", "x=holeParameter(12)\nok() // 'x'\nx=holeParameter(3)\nzahl(1'x')\n"), {"5"});
-    // The placeholder reaches the line; a later definition of the same key
-    // warns and leaves the first value.
-    EXPECT_EQ(fehlerLabels(faenger), "CMD-PARAM-NUM,CMD-PARAM-NUM,CMD-WRONGARG");
-    const auto& m = faenger.meldungen();
-    std::vector<Meldung> fehler;
-    for (const Meldung& x : m)
-        if (x.label == "CMD-PARAM-NUM") fehler.push_back(x);
-    ASSERT_EQ(fehler.size(), 2u);
-    EXPECT_EQ(fehler[0].level, 'E');
-    EXPECT_EQ(fehler[0].detail, "x=holeParameter(12)\n");
-    EXPECT_EQ(fehler[0].funktion, "Compiler::insertParam");
-    EXPECT_EQ(fehler[1].level, 'W');
-    EXPECT_EQ(fehler[1].detail, "x=holeParameter(3)\n");
-    EXPECT_EQ(fehlerKonsole.text(), "Zu grosser Wert: 12 Kein Parameter verfuegbar\n");
-    EXPECT_EQ(protokollText(), "ok@W:ok() \n");
-    bool gefunden = false;
-    for (const Meldung& x : m)
-        if (x.label == "CMD-WRONGARG" && x.detail.find("1?XX?") != std::string::npos) gefunden = true;
-    EXPECT_TRUE(gefunden);
-}
-
-TEST_F(CompilerTest, LiefereNameDefinesTheCurrentObjectsName) {
-    MeldungsFaenger faenger;
     kdoBaum->suche("a", 1);
     kdoBaum->suche("c", 1);
-    prozedur(datei("ct_name.kiv", "n=liefereName()\n-\nn=liefereName()\n'n': ok()\n"));
-    ASSERT_EQ(fehlerLabels(faenger), "CMD-NAME-ASS,CMD-PARAM-NUM");
-    EXPECT_EQ(faenger.meldungen()[2].detail, "c");
-    EXPECT_EQ(faenger.meldungen()[2].level, 'S');
-    EXPECT_EQ(faenger.meldungen()[2].funktion, "Compiler::setzeName");
-    // The taken key is reported under the function of holeParameter.
-    EXPECT_EQ(faenger.meldungen()[5].funktion, "Compiler::insertParam");
-    bool gefunden = false;
-    for (const Meldung& x : faenger.meldungen())
-        if (x.label == "CMD" && x.detail == "4: <Bild>a>  c: ok()\n") gefunden = true;
-    EXPECT_TRUE(gefunden);
+    prozedur(datei("ct_xx.kiv", "x=holeParameter(12)\nx=holeParameter(3)\nn=liefereName()\n-\nn=liefereName()\n"
+                                "zahl(1'x')\n'n': ok()\n"),
+             {"5"});
+    ASSERT_EQ(fehlerLabels(faenger), "CMD-PARAM-NUM,CMD-PARAM-NUM,CMD-NAME-ASS,CMD-PARAM-NUM,CMD-WRONGARG");
+    const std::vector<Meldung> m = mitLabel(faenger, "CMD-PARAM-NUM");
+    EXPECT_EQ(m[0].level, 'E');
+    EXPECT_EQ(m[0].detail, "x=holeParameter(12)\n");
+    EXPECT_EQ(m[1].level, 'W');
+    // The taken key of liefereName is reported under the function of holeParameter.
+    for (const Meldung& x : m) EXPECT_EQ(x.funktion, "Compiler::insertParam");
+    const Meldung name = mitLabel(faenger, "CMD-NAME-ASS")[0];
+    EXPECT_EQ(name.detail, "c");
+    EXPECT_EQ(name.level, 'S');
+    EXPECT_EQ(name.funktion, "Compiler::setzeName");
+    EXPECT_EQ(fehlerKonsole.text(), "Zu grosser Wert: 12 Kein Parameter verfuegbar\n");
+    // The placeholder reaches the line, the first name stays.
+    EXPECT_NE(mitLabel(faenger, "CMD-WRONGARG")[0].detail.find("1?XX?"), std::string::npos);
     EXPECT_EQ(protokollText(), "ok@c:c: ok()\n");
 }
 
@@ -85,7 +70,7 @@ TEST_F(CompilerTest, EscapedApostropheProtectsAKey) {
         const char* ergebnis;
     } faelle[] = {
         {"'p0'", "X"},
-        {"\\^'p0'", "'p0'"},          // the escape makes the first apostrophe plain
+        {"\\^'p0'", "'p0'"},   // the escape makes the first apostrophe plain
         {"'p0\\^'", "'p0'"},
         {"\\^'\\^'", "''"},
         {"'p0''p0'", "XX"},
@@ -94,19 +79,16 @@ TEST_F(CompilerTest, EscapedApostropheProtectsAKey) {
         {"'p1'", ""},
     };
     for (const auto& f : faelle) EXPECT_EQ(c.ersetzeDefinitionen(f.zeile), f.ergebnis) << f.zeile;
-}
 
-TEST_F(CompilerTest, ValuesAreNotSearchedAgainAndDefinitionsKeepTheirOrder) {
-    DynArray<String> p;
-    p[0] = "'p0''p1'";
-    p[1] = "Y";
-    Compiler c(&p, 2);
     // p0 is replaced first; its value then holds the key of p1, which comes
     // later and is replaced in turn, but p0's own key is not taken again.
-    EXPECT_EQ(c.ersetzeDefinitionen("'p0'"), "'p0'Y");
-    ASSERT_NE(c.liefereDefinition("'p9'"), nullptr);
-    EXPECT_EQ(*c.liefereDefinition("'p9'"), "");
-    EXPECT_EQ(c.liefereDefinition("'p10'"), nullptr);
+    p[0] = "'p0''p1'";
+    p[1] = "Y";
+    Compiler d(&p, 2);
+    EXPECT_EQ(d.ersetzeDefinitionen("'p0'"), "'p0'Y");
+    ASSERT_NE(d.liefereDefinition("'p9'"), nullptr);
+    EXPECT_EQ(*d.liefereDefinition("'p9'"), "");
+    EXPECT_EQ(d.liefereDefinition("'p10'"), nullptr);
 }
 
 TEST_F(CompilerTest, DefinitionsAreLocalToTheirProcedure) {
@@ -114,7 +96,7 @@ TEST_F(CompilerTest, DefinitionsAreLocalToTheirProcedure) {
     datei("ct_innen.kiv", "y=holeParameter(0)\nzahl('y''p0''p1')\n");
     prozedur(datei("ct_aussen.kiv",
                    "y=holeParameter(0)\n"
-                   "ausfuehre(\"ct_innen.kiv\", \"2\", \"3\")\n"
+                   "ausfuehre(\"ct_innen.kiv\", \" 2 \", \"3\")\n"   // blanks inside the quotes go
                    "ausfuehre(\"ct_innen.kiv\", \"4\")\n"   // the parameters are collected afresh
                    "zahl('y''p0''p1')\n"),
              {"1", "5"});
@@ -123,7 +105,7 @@ TEST_F(CompilerTest, DefinitionsAreLocalToTheirProcedure) {
 }
 
 // ---------------------------------------------------------------------------
-// User commands
+// User commands and navigation
 
 TEST_F(CompilerTest, CommandsRunOnTheCurrentOrTheNamedObject) {
     MeldungsFaenger faenger;
@@ -166,9 +148,6 @@ TEST_F(CompilerTest, HelpOfACommandNeverRunsIt) {
     EXPECT_EQ(aus.text(), hilfe + hilfe + "\nKommandoliste Test\nfehl\nmelde\nok\nzahl\n");
 }
 
-// ---------------------------------------------------------------------------
-// Navigation
-
 TEST_F(CompilerTest, NavigationMovesInTheTreeAndWarnsAtItsEnds) {
     MeldungsFaenger faenger;
     struct {
@@ -202,121 +181,201 @@ TEST_F(CompilerTest, NavigationMovesInTheTreeAndWarnsAtItsEnds) {
     EXPECT_EQ(faenger.letzte().level, 'E');
     EXPECT_EQ(faenger.letzte().funktion, "Compiler::setzeAktKdoObjekt");
     EXPECT_EQ(faenger.letzte().detail, "x");
-    faenger.leere();
-    Compiler::ausfuehreZeile(":\n");
-    ASSERT_EQ(faenger.anzahl(), 1u);
-    EXPECT_EQ(faenger.letzte().detail, "c");
-    EXPECT_EQ(faenger.letzte().level, 'W');
-    EXPECT_EQ(faenger.letzte().funktion, "Compiler::kdooSohn");
 }
 
-TEST_F(CompilerTest, AnzeigeKdoObjekteListsTheSonsFullNames) {
-    StromFaenger aus(std::cout);
-    Compiler::ausfuehreZeile("anzeigeKdoObjekte()\n");
-    Compiler::ausfuehreZeile("b:\n");
-    Compiler::ausfuehreZeile("anzeigeKdoObjekte()\n");
-    const std::string kopf = "Das aktuelle Kommando-Objekt hat folgende direkte Nachfolger:\n";
-    EXPECT_EQ(aus.text(), kopf + "<Wurzel>W.<Bild>a\n<Wurzel>W.<Bild>b\n" + kopf);
-}
-
-// ---------------------------------------------------------------------------
-// Help texts
-
-TEST_F(CompilerTest, GeneralHelpIsByteExact) {
-    MeldungsFaenger faenger;
-    StromFaenger aus(std::cout);
-    kdoBaum->suche("a", 1);
-    Compiler::ausfuehreZeile("?\n");
-    const std::string erwartet =
-        "?                  Hilfe\n"
-        "<Kommandoname> ?   Hilfe fuer Kommando <Kommandoname>\n"
-        "- bzw. vater()     Gehe zu Vater-KdoObjekt\n"
-        ": bzw. sohn()      Gehe zu Sohn-KdoObjekt (aeltester Sohn)\n"
-        "> bzw. naechster() Gehe zu Geschwister-KdoObjekt (naechst aeltestes)\n"
-        "kdoOTypCheck       \xDC"
-        "berpr\xFC"
-        "fen des Kommando-Objekt-Typs\n"
-        "imFehlerfall       Steuerung bei Auftreten eines Fehlers\n"
-        "anzeigeImFehlerfall Anzeige der fuer Fehlerfall definierten Steuerung\n"
-        "<id>=holeParameter(<num>) weist <id> den <num>-ten Parameter zu\n"
-        "<id>=liefereName() weist <id> den Namen des aktuellen Kommando-Objekts zu\n"
-        "exit bzw. exit()   Verlassen des Programms\n"
-        "\n"
-        "<KdoObjekt-Name>:  <KdoObjekt-Name> wird zum aktuellen KdoObjekt\n"
-        "anzeigeKdoObjekte  anzeigen der direkten Nachfolger\n"
-        "ausfuehre          ausfuehren einer VOREX++-Kommandoprozedur\n"
-        "ausfuehreTrans     umsetzen einer Datei mit Hilfe einer\n"
-        "                   Grammatik in VOREX++-Kommandos und Ausfuehrung\n"
-        "umsetze            umsetzen einer Datei mit Hilfe einer\n"
-        "                   Grammatik. Ausgabe wird in Datei geschrieben\n"
-        "\n"
-        "<Wurzel>W.<Bild>a\n"
-        "\n"
-        "Kommandoliste Test\nfehl\nmelde\nok\nzahl\n";
-    EXPECT_EQ(aus.text(), erwartet);
-    EXPECT_EQ(aus.text().find('\xDC'), aus.text().find("berpr") - 1);
-    EXPECT_EQ(labels(faenger), "");
-}
-
-TEST_F(CompilerTest, StatementHelpIsByteExact) {
-    struct {
-        const char* zeile;
-        const char* text;
-    } faelle[] = {
-        {"anzeigeKdoObjekte ?\n", "anzeigeKdoObjekte\n"},
-        {"exit ?\n", "exit\n"},
-        {"anzeigeImFehlerfall?\n", "anzeigeImFehlerfall\n"},
-        {"ausfuehre ?\n", "ausfuehre\n        DateiName       dateiName\n        Parameterliste\n\n"},
-        {"ausfuehreTrans ?\n",
-         "ausfuehreTrans\n        DateiName       umzusetzende Datei\n        DAT oder SYSOSP\n"
-         "        DateiName oder Objekt   Grammatik-Datei oder -Objekt\n        Parameterliste\n\n"},
-        {"UMSETZE ?\n",
-         "umsetze\n        DateiName       umzusetzende Datei\n        DAT oder SYSOSP\n"
-         "        DateiName oder Objekt   Grammatik-Datei oder -Objekt\n        DateiName       Ausgabedatei\n\n"},
-        {"kdoOTypCheck ?\n",
-         "kdoOTypCheck\n        KdoOTyp         typ\n        enum{exit,returnMain,return} exitStatus\n\n"},
-        {"imFehlerfall ?\n",
-         "imFehlerfall\n        String         fehlername\n        Enum{exit,return,returnMain} exitStatus\n\n"},
-    };
-    for (const auto& f : faelle) {
-        MeldungsFaenger faenger;
-        StromFaenger aus(std::cout);
-        Compiler::ausfuehreZeile(f.zeile);
-        EXPECT_EQ(aus.text(), f.text) << f.zeile;
-        EXPECT_EQ(labels(faenger), "") << f.zeile;
-    }
-}
-
-// ---------------------------------------------------------------------------
-// Syntax errors
-
-TEST_F(CompilerTest, SyntaxErrorBoxIsByteExact) {
-    BoxFaenger boxen;
-    StromFaenger aus(std::cout);
-    interaktiv("lies)\n");
-    EXPECT_EQ(boxen.ausgabe(),
-              "+---------------------------------------------------\n"
-              "| %KIV-E-CMD-SYNTAX-ERROR\n"
-              "|   :1:5\n"
-              "|   lies)\n"
-              "|   ----^ \n"
-              "+---------------------------------------------------\n");
-}
-
-TEST_F(CompilerTest, SyntaxErrorNamesFileLineAndColumn) {
+TEST_F(CompilerTest, SyntaxErrorsNameFileLineAndColumn) {
     MeldungsFaenger faenger;
     prozedur(datei("ct_syntax.kiv", "ok()\n\n\tok(),ok()\nok() )\nok()\n"));
     // The recovery behind ")" skips the line. The one after an error inside
     // the parentheses still hands the line to the command, whose own reading
     // refuses it.
     EXPECT_EQ(fehlerLabels(faenger), "CMD-SYNTAX-ERROR,CMD-WRONGENDING,CMD-SYNTAX-ERROR");
-    std::vector<std::string> details;
-    for (const Meldung& m : faenger.meldungen())
-        if (m.label == "CMD-SYNTAX-ERROR") details.push_back(m.detail);
-    ASSERT_EQ(details.size(), 2u);
-    EXPECT_EQ(details[0], "ct_syntax.kiv:3:6\n ok(),ok()\n-----^");
-    EXPECT_EQ(details[1], "ct_syntax.kiv:4:6\nok() )\n-----^");
+    const std::vector<Meldung> m = mitLabel(faenger, "CMD-SYNTAX-ERROR");
+    EXPECT_EQ(m[0].detail, "ct_syntax.kiv:3:6\n ok(),ok()\n-----^");
+    EXPECT_EQ(m[1].detail, "ct_syntax.kiv:4:6\nok() )\n-----^");
     EXPECT_EQ(protokoll().size(), 2u);
+}
+
+// ---------------------------------------------------------------------------
+// Physical lines
+
+TEST_F(CompilerTest, LongLinesAreCutAndTheRestIsTheNextLine) {
+    MeldungsFaenger faenger;
+    const std::string voll = "ok()" + std::string(506, ' ');   // 510 bytes
+    prozedur(datei("cb_lang.kiv", voll + "zahl(4)\n" + voll + "\nzahl(5)\n"));
+    EXPECT_EQ(echoTexte(faenger), "[1: <Wurzel>W>  " + voll + "\n][2: <Wurzel>W>  zahl(4)\n][3: <Wurzel>W>  " +
+                                      voll + "\n][4: <Wurzel>W>  zahl(5)\n][5: <Wurzel>W>  \n]");
+    EXPECT_EQ(protokoll().size(), 4u);
+}
+
+TEST_F(CompilerTest, WithoutLineEndTheContinuationTestLooksOneByteFurtherBack) {
+    MeldungsFaenger faenger;
+    // The last line of a file: "\" before ")" continues, a final "\" does not.
+    prozedur(datei("cb_ende1.kiv", "ok()\nzahl(5\\)"));
+    prozedur(datei("cb_ende2.kiv", "zahl(5\\)\n"));
+    EXPECT_EQ(echoTexte(faenger), "[1: <Wurzel>W>  ok()\n][2: <Wurzel>W>  zahl(5\\)\n\n]"
+                                  "[1: <Wurzel>W>  zahl(5\\)\n][2: <Wurzel>W>  \n]");
+    faenger.leere();
+    // The same holds for a line cut at the limit.
+    const std::string erster = std::string(508, ' ') + "\\ ";
+    prozedur(datei("cb_ende3.kiv", erster + "ok()\n"));
+    EXPECT_EQ(echoTexte(faenger), "[1: <Wurzel>W>  " + erster + "\nok()\n][2: <Wurzel>W>  \n]");
+}
+
+// ---------------------------------------------------------------------------
+// Nested procedures
+
+TEST_F(CompilerTest, ReturnEndsTheInnerProcedureReturnMainAndExitEveryOne) {
+    struct {
+        const char* wort;
+        const char* protokoll;
+        int status;
+    } faelle[] = {
+        {"return", "zahl(1)@W:zahl(1)\nzahl(3)@W:zahl(3)\nzahl(4)@W:zahl(4)\n", 0},
+        {"returnMain", "zahl(1)@W:zahl(1)\n", 2},
+        {"RETURNMAIN()", "zahl(1)@W:zahl(1)\n", 2},
+        {"exit", "zahl(1)@W:zahl(1)\n", 3},
+        {"Exit()", "zahl(1)@W:zahl(1)\n", 3},
+    };
+    for (const auto& f : faelle) {
+        MeldungsFaenger faenger;
+        protokoll().clear();
+        datei("cb_tief.kiv", std::string("zahl(1)\n") + f.wort + "\nzahl(2)\n");
+        datei("cb_mitte.kiv", "ausfuehre(\"cb_tief.kiv\")\nzahl(3)\n");
+        datei("cb_oben.kiv", "ausfuehre(\"cb_mitte.kiv\")\nzahl(4)\n");
+        EXPECT_EQ(prozedur("cb_oben.kiv"), f.status) << f.wort;
+        EXPECT_EQ(protokollText(), f.protokoll) << f.wort;
+        // Every file that was opened is closed again.
+        EXPECT_EQ(mitLabel(faenger, "CMD-KDOOBJ-BATCH-CLOSED").size(), 3u) << f.wort;
+        EXPECT_EQ(fehlerLabels(faenger), "") << f.wort;
+        EXPECT_EQ(Compiler::liefereLaufStatus(), 3) << f.wort;
+    }
+}
+
+TEST_F(CompilerTest, AtThePromptOnlyExitOrTheEndOfInputLeave) {
+    MeldungsFaenger faenger;
+    StromFaenger aus(std::cout);
+    datei("cb_rm.kiv", "returnMain\n");
+    EXPECT_EQ(interaktiv("return\nzahl(1)\nreturnMain\nausfuehre(\"cb_rm.kiv\")\nzahl(2)\nexit\nzahl(3)\n"), 3);
+    EXPECT_EQ(protokollText(), "zahl(1)@W:zahl(1)\nzahl(2)@W:zahl(2)\n");
+    EXPECT_EQ(interaktiv("zahl(4)\n"), 0);
+    // A missing procedure only warns, whatever the status before.
+    Compiler::compilerStatus = 3;
+    EXPECT_EQ(prozedur("cb_gibt_es_nicht.kiv"), 0);
+    EXPECT_EQ(faenger.letzte().label, "CMD-KDOOBJ-BATCH-NOTEX");
+    EXPECT_EQ(faenger.letzte().level, 'W');
+}
+
+TEST_F(CompilerTest, AProcedureThatCallsItselfStopsAtTheNestingLimit) {
+    MeldungsFaenger faenger;
+    EXPECT_EQ(prozedur(datei("cb_selbst.kiv", "zahl(1)\nausfuehre(\"cb_selbst.kiv\")\n")), 0);
+    EXPECT_EQ(protokoll().size(), static_cast<std::size_t>(Compiler::MAX_SCHACHTELUNG));
+    EXPECT_EQ(fehlerLabels(faenger), "CMD-KDOOBJ-BATCH-TOODEEP");
+    EXPECT_EQ(mitLabel(faenger, "CMD-KDOOBJ-BATCH-CLOSED").size(), static_cast<std::size_t>(Compiler::MAX_SCHACHTELUNG));
+}
+
+// ---------------------------------------------------------------------------
+// Error control
+
+TEST_F(CompilerTest, ErrorControlMatrix) {
+    // The settings lines of a procedure, the failing line, and a line that
+    // must not run after an abort.
+    const struct {
+        const char* einstellung;
+        const char* zeile;
+        int status;            // of the procedure run
+        const char* abbruch;   // functions of the CMD-ABORT-PROC messages, joined by ","
+    } faelle[] = {
+        // level statuses
+        {"imFehlerfall(\"E\", exit)", "melde(E)", 3, "Compiler::compileStream"},
+        {"imFehlerfall(\"W\", returnMain)", "melde(W)", 2, "Compiler::compileStream"},
+        {"imFehlerfall(\"S\", exit)", "melde(S)", 3, "Compiler::compileStream"},
+        {"imFehlerfall(\"E\", exit)", "melde(W)", 0, ""},
+        {"imFehlerfall(\"I\", return)", "melde(I)", 0, "Compiler::compileStream"},   // ends this file only
+        {"imFehlerfall(\"E\", exit)", "kdoOTypCheck(Bild, return)", 3, "Compiler::compileStream"},
+        // label statuses, at any level
+        {"imFehlerfall(\"TEST-MELDUNG\", exit)", "melde(S)", 3, "Compiler::compileStream"},
+        {"imFehlerfall(\"TEST-MELDUNG\", returnMain)", "melde(E)", 2, "Compiler::compileStream"},
+        {"imFehlerfall(\"CMD-NOSUCHCMD\", exit)", "gibtsnicht()", 3, "Compiler::compileStream"},
+        // a failed user command
+        {"imFehlerfall(, exit)", "fehl()", 3, "Compiler::ausfuehreExeKommando"},
+        {"imFehlerfall(, exit)", "ok()", 0, ""},
+        {"imFehlerfall( , returnMain )", "zahl(x)", 2, "Compiler::ausfuehreExeKommando"},
+        // a help request does not run the command, and so counts as failed
+        {"imFehlerfall(, exit)", "ok ?", 3, "Compiler::ausfuehreExeKommando"},
+        // the highest status of the line wins
+        {"imFehlerfall(, return)\nimFehlerfall(\"E\", exit)", "zahl(x)", 3,
+         "Compiler::ausfuehreExeKommando,Compiler::compileStream"},
+        {"imFehlerfall(, exit)\nimFehlerfall(\"E\", return)", "zahl(x)", 3, "Compiler::ausfuehreExeKommando"},
+        // cleared settings
+        {"imFehlerfall(\"E\", exit)\nimFehlerfall(\"E\")", "melde(E)", 0, ""},
+        {"imFehlerfall(\"TEST-MELDUNG\", exit)\nimFehlerfall(\"TEST-MELDUNG\",)", "melde(E)", 0, ""},
+        {"imFehlerfall(, exit)\nimFehlerfall(,)", "fehl()", 0, ""},
+        {"imFehlerfall(, exit)\nimFehlerfall()", "fehl()", 0, ""},
+    };
+    for (const auto& f : faelle) {
+        setzeZurueck();
+        protokoll().clear();
+        MeldungsFaenger faenger;
+        StromFaenger aus(std::cout);
+        const std::string text = std::string(f.einstellung) + "\n" + f.zeile + "\nzahl(1)\n";
+        const int status = prozedur(datei("cf_matrix.kiv", text));
+        const std::string was = std::string(f.einstellung) + " / " + f.zeile;
+        EXPECT_EQ(status, f.status) << was;
+        std::string abbruch;
+        for (const Meldung& m : mitLabel(faenger, "CMD-ABORT-PROC")) {
+            abbruch += (abbruch.empty() ? "" : ",") + m.funktion;
+            EXPECT_EQ(m.level, 'S');
+            EXPECT_EQ(m.detail, "");
+        }
+        EXPECT_EQ(abbruch, f.abbruch) << was;
+        const bool abgebrochen = *f.abbruch != '\0';
+        EXPECT_EQ(Compiler::liefereLaufStatus(), abgebrochen ? 4 : 3) << was;
+        const bool weiter = !protokoll().empty() && protokoll().back() == "zahl(1)@W:zahl(1)";
+        EXPECT_EQ(weiter, !abgebrochen) << was;
+    }
+}
+
+TEST_F(CompilerTest, AnAbortWithReturnLetsTheCallerGoOn) {
+    MeldungsFaenger faenger;
+    datei("cf_innen.kiv", "imFehlerfall(\"E\", return)\nmelde(E)\nzahl(1)\n");
+    datei("cf_aussen.kiv", "ausfuehre(\"cf_innen.kiv\")\nzahl(2)\nmelde(E)\nzahl(3)\n");
+    // The level setting is process-wide and outlives the inner procedure, so
+    // the caller's own E message ends the caller.
+    EXPECT_EQ(prozedur("cf_aussen.kiv"), 0);
+    EXPECT_EQ(protokollText(), "melde@W:melde(E)\nzahl(2)@W:zahl(2)\nmelde@W:melde(E)\n");
+    EXPECT_EQ(mitLabel(faenger, "CMD-ABORT-PROC").size(), 2u);
+}
+
+TEST_F(CompilerTest, AbortsAtThePrompt) {
+    MeldungsFaenger faenger;
+    StromFaenger aus(std::cout);
+    // return and returnMain are forgotten at once; exit ends the dialogue.
+    EXPECT_EQ(interaktiv("imFehlerfall(, return)\nfehl()\nzahl(1)\n"
+                         "imFehlerfall(\"E\", exit)\nmelde(E)\nzahl(2)\n"),
+              3);
+    EXPECT_EQ(protokollText(), "fehl@W:fehl()\nzahl(1)@W:zahl(1)\nmelde@W:melde(E)\n");
+    EXPECT_EQ(Compiler::liefereLaufStatus(), 4);
+    // The next line compiled counts afresh.
+    Compiler::ausfuehreZeile("imFehlerfall(\"E\")\n");
+    EXPECT_EQ(Compiler::liefereLaufStatus(), 3);
+}
+
+TEST_F(CompilerTest, TypeCheckInAProcedureEndsItWithTheGivenStatus) {
+    MeldungsFaenger faenger;
+    datei("cf_typ.kiv", "ok()\nkdoOTypCheck(Bild, return)\nzahl(1)\n");
+    datei("cf_ruf.kiv", "ausfuehre(\"cf_typ.kiv\")\nzahl(2)\nkdoOTypCheck(Bild, exit)\nzahl(3)\n");
+    EXPECT_EQ(prozedur("cf_ruf.kiv"), 3);
+    EXPECT_EQ(protokollText(), "ok@W:ok()\nzahl(2)@W:zahl(2)\n");
+    const std::vector<Meldung> fehler = mitLabel(faenger, "KDO-WRONG-TYP");
+    ASSERT_EQ(fehler.size(), 2u);
+    EXPECT_EQ(fehler[0].detail, "cf_typ.kiv:2");
+    EXPECT_EQ(fehler[1].detail, "cf_ruf.kiv:3");
+    EXPECT_EQ(fehler[0].level, 'E');
+    EXPECT_EQ(fehler[0].funktion, "Compiler::ausfuehreKdoOTypCheck");
+    // The check sets the run status itself and raises no abort message.
+    EXPECT_TRUE(mitLabel(faenger, "CMD-ABORT-PROC").empty());
+    EXPECT_EQ(Compiler::liefereLaufStatus(), 4);
 }
 
 }  // namespace
