@@ -3,7 +3,6 @@
 #include "checksums/ChecksumCRC16.h"
 
 #include "checksums/ChecksumAlgorithmen.h"
-#include "checksums/EpromLauf.h"
 
 ChecksumCRC16::ChecksumCRC16(adrInteger anfAdr, adrInteger endAdr, int swap, std::uint16_t polynom)
     : Checksumme(anfAdr, endAdr), swap(swap != 0), polynom(polynom)
@@ -22,19 +21,8 @@ std::uint16_t ChecksumCRC16::liefereGroesse() const
 
 int ChecksumCRC16::bilde(int, Eprom& eprom, adrInteger* summe)
 {
-    adrInteger von, bis;
-    liefereBereich(eprom, von, bis);
-    // A field that touches the range is refused, but the sum is delivered.
-    const int zielOk = pruefeCrcZiel(von, bis, 2, "ChecksumCRC16::bilde");
     Crc16Rechner rechner(polynom);
-    if (von <= bis)
-        laufeMitNullen(
-            eprom, von, bis,
-            [&](adrInteger, const std::uint8_t* daten, std::uint64_t anzahl) { rechner.nimm(daten, anzahl); },
-            [&](adrInteger, std::uint64_t anzahl) { rechner.nimmNullen(anzahl); });
-    *summe = vorzeichenErweitert(rechner.ergebnis());
-    if (zielOk)
-        schreibeCrcZiel(eprom, *summe, 2, swap);
+    *summe = bildeCrc(eprom, rechner, 2, swap, "ChecksumCRC16::bilde");
     return 1;
 }
 

@@ -3,7 +3,6 @@
 #include "checksums/ChecksumCRC32.h"
 
 #include "checksums/ChecksumAlgorithmen.h"
-#include "checksums/EpromLauf.h"
 
 ChecksumCRC32::ChecksumCRC32(adrInteger anfAdr, adrInteger endAdr, int swap)
     : Checksumme(anfAdr, endAdr), swap(swap != 0)
@@ -22,19 +21,8 @@ std::uint16_t ChecksumCRC32::liefereGroesse() const
 
 int ChecksumCRC32::bilde(int, Eprom& eprom, adrInteger* summe)
 {
-    adrInteger von, bis;
-    liefereBereich(eprom, von, bis);
-    // A field that touches the range is refused, but the sum is delivered.
-    const int zielOk = pruefeCrcZiel(von, bis, 4, "ChecksumCRC32::bilde");
     Crc32Rechner rechner;
-    if (von <= bis)
-        laufeMitNullen(
-            eprom, von, bis,
-            [&](adrInteger, const std::uint8_t* daten, std::uint64_t anzahl) { rechner.nimm(daten, anzahl); },
-            [&](adrInteger, std::uint64_t anzahl) { rechner.nimmNullen(anzahl); });
-    *summe = rechner.ergebnis();
-    if (zielOk)
-        schreibeCrcZiel(eprom, *summe, 4, swap);
+    *summe = bildeCrc(eprom, rechner, 4, swap, "ChecksumCRC32::bilde");
     return 1;
 }
 

@@ -8,6 +8,8 @@
 #include <new>
 #include <ostream>
 
+#include "checksums/ChecksumAlgorithmen.h"
+#include "checksums/EpromLauf.h"
 #include "foundation/DateiName.h"
 #include "image/Eprom.h"
 #include "reporting/Fehler.h"
@@ -74,6 +76,34 @@ int Checksumme::pruefeCrcZiel(adrInteger von, adrInteger bis, adrInteger w, cons
     }
     return 1;
 }
+
+namespace {
+
+// The CRC-16 is handed on as a signed 16-bit number widened to 32 bits.
+adrInteger crcWert(const Crc16Rechner& rechner) { return vorzeichenErweitert(rechner.ergebnis()); }
+adrInteger crcWert(const Crc32Rechner& rechner) { return rechner.ergebnis(); }
+
+}
+
+template <typename Rechner>
+adrInteger Checksumme::bildeCrc(Eprom& eprom, Rechner& rechner, adrInteger w, int swap, const char* funktion)
+{
+    adrInteger von, bis;
+    liefereBereich(eprom, von, bis);
+    const int zielOk = pruefeCrcZiel(von, bis, w, funktion);
+    if (von <= bis)
+        laufeMitNullen(
+            eprom, von, bis,
+            [&](adrInteger, const std::uint8_t* daten, std::uint64_t anzahl) { rechner.nimm(daten, anzahl); },
+            [&](adrInteger, std::uint64_t anzahl) { rechner.nimmNullen(anzahl); });
+    const adrInteger summe = crcWert(rechner);
+    if (zielOk)
+        schreibeCrcZiel(eprom, summe, w, swap);
+    return summe;
+}
+
+template adrInteger Checksumme::bildeCrc(Eprom&, Crc16Rechner&, adrInteger, int, const char*);
+template adrInteger Checksumme::bildeCrc(Eprom&, Crc32Rechner&, adrInteger, int, const char*);
 
 void Checksumme::schreibeCrcZiel(Eprom& eprom, adrInteger wert, adrInteger w, int swap) const
 {

@@ -77,6 +77,13 @@ protected:
     // it: von = max(anfAdr, image start), bis = min(endAdr, image end).
     void liefereBereich(Eprom& eprom, adrInteger& von, adrInteger& bis) const;
 
+    // The whole sum of a CRC kind: cuts the range, checks a target field of
+    // `w` bytes (reporting under `funktion`), feeds the range to `rechner`
+    // with bytes outside the image as zeros, and writes the field if it was
+    // accepted. The sum is delivered even for a refused field. Defined for
+    // Crc16Rechner and Crc32Rechner.
+    template <typename Rechner>
+    adrInteger bildeCrc(Eprom& eprom, Rechner& rechner, adrInteger w, int swap, const char* funktion);
     // Target fields of the CRC kinds: a field of `w` bytes must lie wholly
     // outside von..bis. If not, reports under `funktion` and gives 0.
     int pruefeCrcZiel(adrInteger von, adrInteger bis, adrInteger w, const char* funktion) const;
