@@ -1,16 +1,11 @@
 // The standard sum over an image: widths and byte order, target field and
-// compensation, the refusals and their messages, gaps, the compare mode, and
-// the result file with its format variables.
+// compensation, the refusals and their messages, gaps and the compare mode.
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
-#include <fstream>
 #include <sstream>
 
 #include "BildHilfen.h"
 #include "checksums/ChecksumStandard.h"
-#include "foundation/DateiName.h"
 
 namespace {
 
@@ -179,48 +174,6 @@ TEST(ChecksumStandard, VergleichNaechsteUndBerichte)
     std::ostringstream bericht;
     vorn.zeigeBericht(eprom, bericht);
     EXPECT_EQ(bericht.str(), "Byteweise Addition mit 2-Byte-Ergebnis\nvon 001000 bis 001003\nErgebnis: 00000114\n");
-}
-
-TEST(ChecksumStandard, ErgebnisDatei)
-{
-    const std::string name = ::testing::TempDir() + "chk_ergebnis_" + std::to_string(::getpid()) + ".txt";
-    auto inhalt = [&] {
-        std::ifstream ein(name);
-        std::stringstream s;
-        s << ein.rdbuf();
-        return s.str();
-    };
-    Eprom eprom = achtBytes();
-    MeldungsFaenger faenger;
-    ChecksumStandard zwei(0, 0x0800, 0x1005, nullptr, 0, 1, 0, 2);
-    ChecksumStandard eins(0, 0x1000, 0x1007, nullptr, 0, 1, 0, 1);
-    const String format("<AnfAdr>-<EndAdr> <Chksum> <ChksumTyp>\\n");
-    EXPECT_EQ(zwei.anzeigeErgebnis(eprom, 0x438, name.c_str(), 0, format), 1);
-    // Two-byte results show as 16 bits, the others with all their digits.
-    EXPECT_EQ(zwei.anzeigeErgebnis(eprom, 0x12345, name.c_str(), 1, format), 1);
-    EXPECT_EQ(inhalt(), "001000-001005 0438 Checksumme Standard\n001000-001005 2345 Checksumme Standard\n");
-    EXPECT_EQ(eins.anzeigeErgebnis(eprom, 0x1234, name.c_str(), 0, "<Chksum>"), 1);
-    EXPECT_EQ(inhalt(), "1234");
-    EXPECT_EQ(labels(faenger), "");
-    EXPECT_EQ(eins.anzeigeErgebnis(eprom, 1, name.c_str(), 0, "<Summe>"), 1);
-    EXPECT_EQ(inhalt(), "Summe");
-    EXPECT_EQ(faenger.letzte().detail, "Checksumme Standard: Summe");
-    std::remove(name.c_str());
-    // A file that cannot be made is skipped without a word.
-    faenger.leere();
-    EXPECT_EQ(eins.anzeigeErgebnis(eprom, 1, "/nonexistent-dir/x.txt", 0, "<Chksum>"), 1);
-    EXPECT_EQ(labels(faenger), "");
-}
-
-TEST(ChecksumStandard, SchreibgeschuetzteErgebnisDatei)
-{
-    // Opens for reading and writing but can never be deleted, for any user.
-    Eprom eprom = achtBytes();
-    MeldungsFaenger faenger;
-    ChecksumStandard eins(0, 0x1000, 0x1007, nullptr, 0, 1, 0, 1);
-    EXPECT_EQ(eins.anzeigeErgebnis(eprom, 1, "/proc/self/comm", 0, "<Chksum>"), 0);
-    EXPECT_EQ(labels(faenger), "FILE-READONLY");
-    EXPECT_EQ(faenger.letzte().funktion, "Checksumme::anzeigeErgebnis ");
 }
 
 } // namespace
