@@ -1,4 +1,4 @@
-// The text displays of an image: region listing, byte dump in both forms,
+// The text displays of an image: byte dump in both forms,
 // runs of write counts, and the comparison of two images.
 #include <sstream>
 
@@ -10,30 +10,6 @@ using bildtest::MitMeldungen;
 namespace {
 
 class EpromAnzeigeTest : public MitMeldungen {};
-
-TEST_F(EpromAnzeigeTest, RegionListing) {
-    Eprom e;
-    e.setzeByte(0x100, 1);
-    e.setzeByte(0x200, 1);
-    std::ostringstream o;
-    e.anzeigeBereiche(o);
-    EXPECT_EQ(o.str(),
-              "Eprom AnfAdr=100   EndAdr=200\n\n"
-              "Anzahl Eprombereiche: 1\n"
-              "[0]  SegNr=0 AnfAdr=100 EndAdr=200\n"
-              "\nAnzahlSegmente: 1\n"
-              "[0]  AnfAdr=100 EndAdr=200\n\n");
-    o.str("");
-    o << 255;
-    EXPECT_EQ(o.str(), "FF") << "the stream stays in upper-case hex";
-
-    Eprom f;
-    for (adrInteger a = 0; a < 11; ++a) f.definiereBereich(a * 0x10, a * 0x10 + 1);
-    std::ostringstream p;
-    f.anzeigeBereiche(p);
-    EXPECT_NE(p.str().find("Anzahl Eprombereiche: B\n"), std::string::npos);
-    EXPECT_NE(p.str().find("[A]  SegNr=0 AnfAdr=A0 EndAdr=A1\n"), std::string::npos) << "indices in hex too";
-}
 
 TEST_F(EpromAnzeigeTest, ByteDumpInHexAndText) {
     Eprom e;

@@ -21,41 +21,63 @@ protected:
     }
 };
 
-TEST_F(HexZeileTest, IntelDecodesEndRecordAndSkipsWhiteSpace) {
-    IntelHexZeileEnde ende(":00000001FF");
-    ASSERT_EQ(ende.zerlege(), 1);
-    EXPECT_EQ(ende.anzahl, 0u);
-    EXPECT_EQ(ende.adresse, 0u);
-    EXPECT_EQ(ende.typ, 1u);
+// Every line message with its exact text, and the lines that decode
+// silently: white space and lower case are skipped.
+TEST_F(HexZeileTest, DecodingAndLineMessages) {
+    struct Fall {
+        char art;   // 'I' Intel, '1' S1, '3' S3
+        const char* zeile;
+        int ok;
+        const char* label;   // "" for none
+        const char* detail;
+        const char* funktion;
+    };
+    const Fall faelle[] = {
+        {'I', ":00000001FF", 1, "", "", ""},
+        {'I', ":02 1234 00 ab CD\t40\r", 1, "", "", ""},
+        {'I', ":10", 0, "", "", ""},   // a short Intel line is refused silently
+        {'I', ":030000000102FA", 0, "HEXFILE-BYTECOUNT", "030000000102FA\n    2 != 3", "IntelHexZeile::zerlege"},
+        // Computed value first.
+        {'I', ":0100000041BF", 0, "HEXFILE-CHKSUM", "0100000041BF\n    be != bf", "IntelHexZeile::zerlege"},
+        {'I', ":10010000G0000000000000000000000000000000", 0, "HEXFILE-NOINTEL-FMT", "10010000",
+         "IntelHexZeile::zerlege"},
+        {'1', "S1030000FC", 1, "", "", ""},
+        {'3', "s3 07 12345678 AB CD 6C", 1, "", "", ""},
+        {'1', "S1", 0, "HEXFILE-NOMOTOROLA-FMT", "", "MotorolaHexZeile::zerlege"},
+        // Value read first.
+        {'1', "S104000041BB", 0, "HEXFILE-CHKSUM", "104000041BB\n    bb != ba", "MotorolaHexZeile::zerlege"},
+        {'1', "S105000041BA", 0, "HEXFILE-BYTECOUNT", "105000041BA\n    1 != 2", "MotorolaHexZeile::zerlege"},
+        {'1', "S5030001FB", 0, "HEXFILE-NOMOTOROLA-FMT", "5030001FB", "MotorolaHexZeile::zerlege"},
+        {'1', "S10300x0FC", 0, "HEXFILE-NOMOTOROLA-FMT", "10300", "MotorolaHexZeile::zerlege"},
+    };
+    for (const Fall& f : faelle) {
+        meldungen.clear();
+        int ok = f.art == 'I'   ? IntelHexZeileDaten(f.zeile).zerlege()
+                 : f.art == '1' ? MotorolaHexZeileS1(f.zeile).zerlege()
+                                : MotorolaHexZeileS3(f.zeile).zerlege();
+        EXPECT_EQ(ok, f.ok) << f.zeile;
+        if (*f.label == 0) {
+            EXPECT_TRUE(meldungen.empty()) << f.zeile;
+            continue;
+        }
+        ASSERT_EQ(meldungen.size(), 1u) << f.zeile;
+        EXPECT_EQ(meldungen[0].label, f.label) << f.zeile;
+        EXPECT_EQ(meldungen[0].detail, f.detail) << f.zeile;
+        EXPECT_EQ(meldungen[0].funktion, f.funktion) << f.zeile;
+        EXPECT_EQ(meldungen[0].level, 'W') << f.zeile;
+    }
 
     IntelHexZeileDaten d(":02 1234 00 ab CD\t40\r");
-    ASSERT_EQ(d.zerlege(), 1);
+    d.zerlege();
     EXPECT_EQ(d.adresse, 0x1234u);
-    EXPECT_EQ(d.daten[0], 0xAB);
     EXPECT_EQ(d.daten[1], 0xCD);
-    EXPECT_TRUE(meldungen.empty());
-}
-
-TEST_F(HexZeileTest, IntelLineMessages) {
-    EXPECT_EQ(IntelHexZeile(":10").zerlege(), 0);
-    EXPECT_TRUE(meldungen.empty()) << "a short Intel line is refused silently";
-
-    EXPECT_EQ(IntelHexZeile(":030000000102FA").zerlege(), 0);
-    ASSERT_EQ(meldungen.size(), 1u);
-    EXPECT_EQ(meldungen[0].label, "HEXFILE-BYTECOUNT");
-    EXPECT_EQ(meldungen[0].funktion, "IntelHexZeile::zerlege");
-    EXPECT_EQ(meldungen[0].level, 'W');
-    EXPECT_EQ(meldungen[0].detail, "030000000102FA\n    2 != 3");
-
     IntelHexZeile falsch(":0100000041BF");
-    EXPECT_EQ(falsch.zerlege(), 0);
-    EXPECT_EQ(meldungen[1].label, "HEXFILE-CHKSUM");
-    EXPECT_EQ(meldungen[1].detail, "0100000041BF\n    be != bf") << "computed value first";
-    EXPECT_EQ(falsch.daten[0], 0x41) << "the data stay decoded";
-
-    EXPECT_EQ(IntelHexZeile(":10010000G0000000000000000000000000000000").zerlege(), 0);
-    EXPECT_EQ(meldungen[2].label, "HEXFILE-NOINTEL-FMT");
-    EXPECT_EQ(meldungen[2].detail, "10010000");
+    falsch.zerlege();
+    EXPECT_EQ(falsch.daten[0], 0x41) << "the data of a bad checksum stay decoded";
+    MotorolaHexZeileS3 s3("s3 07 12345678 AB CD 6C");
+    s3.zerlege();
+    EXPECT_EQ(s3.adresse, 0x12345678u);
+    EXPECT_EQ(s3.daten[1], 0xCD);
 }
 
 TEST_F(HexZeileTest, IntelExtendedAddressRecords) {
@@ -133,36 +155,6 @@ TEST_F(HexZeileTest, IntelDataRecordAsWritten) {
     std::ostringstream p;
     EXPECT_EQ(IntelHexZeileDaten().schreibe(p, fest, 0, 2, 0, nullptr, nullptr), 0);
     EXPECT_EQ(p.str(), ":020000000000FE\n") << "a refused byte is written as 0";
-}
-
-TEST_F(HexZeileTest, MotorolaDecodesAndReports) {
-    MotorolaHexZeileS1 leer("S1030000FC");
-    EXPECT_EQ(leer.zerlege(), 1);
-    EXPECT_EQ(leer.anzahl, 0);
-    MotorolaHexZeileS3 s3("s3 07 12345678 AB CD 6C");
-    ASSERT_EQ(s3.zerlege(), 1) << "lower case and blanks";
-    EXPECT_EQ(s3.adresse, 0x12345678u);
-    EXPECT_EQ(s3.daten[1], 0xCD);
-    EXPECT_TRUE(meldungen.empty());
-
-    EXPECT_EQ(MotorolaHexZeileS1("S1").zerlege(), 0);
-    ASSERT_EQ(meldungen.size(), 1u);
-    EXPECT_EQ(meldungen[0].label, "HEXFILE-NOMOTOROLA-FMT");
-    EXPECT_EQ(meldungen[0].funktion, "MotorolaHexZeile::zerlege");
-    EXPECT_EQ(meldungen[0].detail, "");
-
-    EXPECT_EQ(MotorolaHexZeileS1("S104000041BB").zerlege(), 0);
-    EXPECT_EQ(meldungen[1].label, "HEXFILE-CHKSUM");
-    EXPECT_EQ(meldungen[1].detail, "104000041BB\n    bb != ba") << "value read first";
-
-    EXPECT_EQ(MotorolaHexZeileS1("S105000041BA").zerlege(), 0);
-    EXPECT_EQ(meldungen[2].label, "HEXFILE-BYTECOUNT");
-    EXPECT_EQ(meldungen[2].detail, "105000041BA\n    1 != 2");
-
-    EXPECT_EQ(MotorolaHexZeileS1("S5030001FB").zerlege(), 0);
-    EXPECT_EQ(meldungen[3].label, "HEXFILE-NOMOTOROLA-FMT");
-    EXPECT_EQ(MotorolaHexZeileS1("S10300x0FC").zerlege(), 0);
-    EXPECT_EQ(meldungen[4].detail, "10300");
 }
 
 TEST_F(HexZeileTest, MotorolaWindowIsOneOfImageAddresses) {
