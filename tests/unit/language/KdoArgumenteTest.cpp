@@ -453,15 +453,6 @@ TEST(KdoArgumentListen, ObjectWithoutListReports) {
     EXPECT_EQ(faenger.letzte().funktion, "KdoArgumentNamenInListe::liefereListe");
 }
 
-class TypObjekt : public KdoObjekt {
-public:
-    TypObjekt(const char* typ, const char* name) : KdoObjekt(name), typ_(typ) {}
-    const String& liefereKdoOTyp() const override { return typ_; }
-
-private:
-    String typ_;
-};
-
 class ObjektArgumentTest : public ::testing::Test {
 protected:
     void SetUp() override {

@@ -1,25 +1,9 @@
 // The object tree: comparison of full names, path parsing, insertion,
-// removal with the current object moving up, moving around, and the order of
-// the search rules.
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-#include <vector>
-
-#include "foundation/MeldungsFaenger.h"
-#include "language/KdoObjekt.h"
+// removal with the current object moving up, and the order of the search
+// rules.
+#include "KdoTestHilfe.h"
 
 namespace {
-
-class TestObjekt : public KdoObjekt {
-public:
-    TestObjekt(const char* typ, const char* name) : KdoObjekt(name), typ_(typ) {}
-    const String& liefereKdoOTyp() const override { return typ_; }
-
-private:
-    String typ_;
-};
 
 std::string voll(KdoObjektBasis* o) { return o ? o->liefereVollenNamen().str() : "(null)"; }
 
@@ -83,22 +67,11 @@ TEST(KdoObjektPfad, ParsesPathsAndStopsSilently) {
     }
 }
 
-TEST(KdoObjekt, ListForArgumentIsMissingInTheBase) {
-    MeldungsFaenger faenger;
-    KdoObjekt o("obj");
-    EXPECT_EQ(o.liefereListeFuerKdoArg("namen"), nullptr);
-    ASSERT_EQ(faenger.anzahl(), 1u);
-    EXPECT_EQ(faenger.letzte().label, "INT-METHOD-IN-SUBCLASS-MISSING");
-    EXPECT_EQ(faenger.letzte().funktion, "KdoObjekt::liefereListeFuerKdoArg");
-    EXPECT_EQ(faenger.letzte().detail, "Obj: obj  Liste: namen");
-    EXPECT_EQ(faenger.letzte().level, 'E');
-}
-
 // A tree with the root "<Kiv>Kiv" as the process-wide tree.
 class KdoBaumTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        wurzel = std::make_unique<TestObjekt>("Kiv", "Kiv");
+        wurzel = std::make_unique<TypObjekt>("Kiv", "Kiv");
         wurzel->setzeVollenNamen("<Kiv>Kiv");
         kdoBaum = new KdoBaum(wurzel.get(), kdoRelation, kdoVergleich, kdoNamensVergleich, kdoLoesche);
     }
@@ -107,8 +80,8 @@ protected:
         kdoBaum = nullptr;
     }
     // Inserts below the current object; the new one becomes current.
-    TestObjekt* neu(const char* typ, const char* name) {
-        objekte.push_back(std::make_unique<TestObjekt>(typ, name));
+    TypObjekt* neu(const char* typ, const char* name) {
+        objekte.push_back(std::make_unique<TypObjekt>(typ, name));
         EXPECT_EQ(kdoBaum->fuegeEin(objekte.back().get()), 1);
         return objekte.back().get();
     }
@@ -120,23 +93,22 @@ protected:
             ASSERT_EQ(kdoBaum->suche(o->liefereVollenNamen(), 1), o);
         }
     }
-    std::string suche(const char* name) { return voll(kdoBaum->suche(name, 0)); }
 
-    std::unique_ptr<TestObjekt> wurzel;
-    std::vector<std::unique_ptr<TestObjekt>> objekte;
+    std::unique_ptr<TypObjekt> wurzel;
+    std::vector<std::unique_ptr<TypObjekt>> objekte;
 };
 
 TEST_F(KdoBaumTest, InsertionNamesAndNests) {
-    TestObjekt* a = neu("Eprom", "a");
+    TypObjekt* a = neu("Eprom", "a");
     EXPECT_EQ(voll(a), "<Kiv>Kiv.<Eprom>a");
     EXPECT_EQ(kdoBaum->liefereAktuelles(), a);
     // From an image, a new one goes below it.
-    TestObjekt* b = neu("Eprom", "b");
+    TypObjekt* b = neu("Eprom", "b");
     EXPECT_EQ(voll(b), "<Kiv>Kiv.<Eprom>a.<Eprom>b");
     EXPECT_EQ(kdoBaum->vater(), 1);
     EXPECT_EQ(kdoBaum->liefereAktuelles(), a);
     EXPECT_EQ(kdoBaum->vater(), 1);
-    TestObjekt* c = neu("Eprom", "c");
+    TypObjekt* c = neu("Eprom", "c");
     EXPECT_EQ(voll(c), "<Kiv>Kiv.<Eprom>c");
 
     kdoBaum->vater();
@@ -147,12 +119,12 @@ TEST_F(KdoBaumTest, InsertionNamesAndNests) {
 }
 
 TEST_F(KdoBaumTest, SameFullNameReplacesTheBrothersObject) {
-    TestObjekt* a = neu("Eprom", "a");
+    TypObjekt* a = neu("Eprom", "a");
     kdoBaum->vater();
     neu("Eprom", "b");
     kdoBaum->vater();
-    objekte.push_back(std::make_unique<TestObjekt>("Eprom", "a"));
-    TestObjekt* zweites = objekte.back().get();
+    objekte.push_back(std::make_unique<TypObjekt>("Eprom", "a"));
+    TypObjekt* zweites = objekte.back().get();
     EXPECT_EQ(kdoBaum->fuegeEin(zweites), 1);
     // No node was created, so the current object stays.
     EXPECT_EQ(kdoBaum->liefereAktuelles(), wurzel.get());
@@ -160,28 +132,10 @@ TEST_F(KdoBaumTest, SameFullNameReplacesTheBrothersObject) {
     EXPECT_NE(kdoBaum->suche("<Eprom>a", 0), a);
 }
 
-TEST_F(KdoBaumTest, MovingAround) {
-    EXPECT_EQ(kdoBaum->vater(), 0);   // root
-    EXPECT_EQ(kdoBaum->liefereAktuelles(), wurzel.get());
-    EXPECT_EQ(kdoBaum->geschwister(), 0);
-    TestObjekt* a = neu("Eprom", "a");
-    EXPECT_EQ(kdoBaum->sohn(), 0);          // leaf
-    EXPECT_EQ(kdoBaum->geschwister(), 0);   // only son
-    kdoBaum->vater();
-    TestObjekt* b = neu("Eprom", "b");
-    EXPECT_EQ(kdoBaum->geschwister(), 1);   // from the last brother to the eldest
-    EXPECT_EQ(kdoBaum->liefereAktuelles(), a);
-    EXPECT_EQ(kdoBaum->geschwister(), 1);
-    EXPECT_EQ(kdoBaum->liefereAktuelles(), b);
-    kdoBaum->vater();
-    EXPECT_EQ(kdoBaum->sohn(), 1);
-    EXPECT_EQ(kdoBaum->liefereAktuelles(), a);
-}
-
 TEST_F(KdoBaumTest, RemovalMovesTheCurrentObjectUp) {
-    TestObjekt* a = neu("Eprom", "a");
-    TestObjekt* x = neu("Eprom", "x");
-    TestObjekt* y = neu("Eprom", "y");
+    TypObjekt* a = neu("Eprom", "a");
+    TypObjekt* x = neu("Eprom", "x");
+    TypObjekt* y = neu("Eprom", "y");
     // Removing the father of the current object: current goes to its father.
     EXPECT_EQ(kdoBaum->entferne(x), 1);
     EXPECT_EQ(kdoBaum->liefereAktuelles(), a);
@@ -191,7 +145,7 @@ TEST_F(KdoBaumTest, RemovalMovesTheCurrentObjectUp) {
     EXPECT_EQ(kdoBaum->sohn(), 0);
 
     kdoBaum->vater();
-    TestObjekt* b = neu("Eprom", "b");
+    TypObjekt* b = neu("Eprom", "b");
     // Removing an object outside the current path leaves the current one.
     EXPECT_EQ(kdoBaum->entferne(a), 1);
     EXPECT_EQ(kdoBaum->liefereAktuelles(), b);
@@ -203,7 +157,7 @@ TEST_F(KdoBaumTest, RemovalMovesTheCurrentObjectUp) {
 }
 
 TEST_F(KdoBaumTest, DestroyedObjectLeavesTheTree) {
-    auto o = std::make_unique<TestObjekt>("Eprom", "weg");
+    auto o = std::make_unique<TypObjekt>("Eprom", "weg");
     kdoBaum->fuegeEin(o.get());
     EXPECT_EQ(kdoBaum->liefereAktuelles(), o.get());
     o.reset();
@@ -212,11 +166,11 @@ TEST_F(KdoBaumTest, DestroyedObjectLeavesTheTree) {
 }
 
 TEST_F(KdoBaumTest, RelativeBeforeRootAndSonBeforeBrother) {
-    TestObjekt* a = neu("Eprom", "a");
-    TestObjekt* ab = neu("Eprom", "b");
+    TypObjekt* a = neu("Eprom", "a");
+    TypObjekt* ab = neu("Eprom", "b");
     kdoBaum->vater();
     kdoBaum->vater();
-    TestObjekt* b = neu("Eprom", "b");
+    TypObjekt* b = neu("Eprom", "b");
     gehe(a);
     // Rule 2 wins over rule 3 (typed) and over rule 5 (bare).
     EXPECT_EQ(kdoBaum->suche("<Eprom>b", 0), ab);
@@ -230,15 +184,15 @@ TEST_F(KdoBaumTest, RelativeBeforeRootAndSonBeforeBrother) {
 }
 
 TEST_F(KdoBaumTest, SearchRulesEachFindTheirCase) {
-    TestObjekt* a = neu("Eprom", "a");
-    TestObjekt* x = neu("Eprom", "x");
-    TestObjekt* y = neu("Eprom", "y");
+    TypObjekt* a = neu("Eprom", "a");
+    TypObjekt* x = neu("Eprom", "x");
+    TypObjekt* y = neu("Eprom", "y");
     kdoBaum->vater();
     kdoBaum->vater();
     kdoBaum->vater();
-    TestObjekt* b = neu("Eprom", "b");
+    TypObjekt* b = neu("Eprom", "b");
     kdoBaum->vater();
-    TestObjekt* c = neu("Eprom", "c");
+    TypObjekt* c = neu("Eprom", "c");
 
     gehe(wurzel.get());
     EXPECT_EQ(kdoBaum->suche("a", 0), a);                  // son by short name
@@ -264,9 +218,9 @@ TEST_F(KdoBaumTest, SearchRulesEachFindTheirCase) {
 }
 
 TEST_F(KdoBaumTest, AmbiguousShortNameNeedsTheType) {
-    TestObjekt* d1 = neu("Eprom", "d");
+    TypObjekt* d1 = neu("Eprom", "d");
     kdoBaum->vater();
-    TestObjekt* d2 = neu("Other", "d");
+    TypObjekt* d2 = neu("Other", "d");
     kdoBaum->vater();
     EXPECT_EQ(kdoBaum->suche("d", 0), nullptr);
     EXPECT_EQ(kdoBaum->suche("<Eprom>d", 0), d1);

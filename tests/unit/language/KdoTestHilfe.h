@@ -108,6 +108,19 @@ inline std::unique_ptr<KdoKommando> kdoKommando(const char* signatur, const char
                                          signatur, nullptr);
 }
 
+// A command object of a given type, with the command list of its class.
+class TypObjekt : public KdoObjekt {
+public:
+    TypObjekt(const char* typ, const char* name, KdoListe* liste = nullptr)
+        : KdoObjekt(name), typ_(typ), liste_(liste) {}
+    KdoListe* liefereKdoListe() override { return liste_; }
+    const String& liefereKdoOTyp() const override { return typ_; }
+
+private:
+    String typ_;
+    KdoListe* liste_;
+};
+
 // The Compiler's world: a small tree of command objects that share one
 // command list, and handlers that record what they saw.
 //
@@ -153,17 +166,6 @@ inline int kdoZahl(KdoObjekt& o, KdoKommando& k) {
     merke("zahl", o, "(" + std::to_string(k[0].liefereArgWertInt()) + ")");
     return 1;
 }
-
-class TestObjekt : public KdoObjekt {
-public:
-    TestObjekt(const char* name, const char* typ, KdoListe* liste) : KdoObjekt(name), typ_(typ), liste_(liste) {}
-    KdoListe* liefereKdoListe() override { return liste_; }
-    const String& liefereKdoOTyp() const override { return typ_; }
-
-private:
-    String typ_;
-    KdoListe* liste_;
-};
 
 class CompilerTest : public ::testing::Test {
 protected:
@@ -267,10 +269,10 @@ protected:
     }
 
     KdoListe liste{"Test"};
-    TestObjekt wurzel{"W", "Wurzel", &liste};
-    TestObjekt a{"a", "Bild", &liste};
-    TestObjekt b{"b", "Bild", &liste};
-    TestObjekt c{"c", "Teil", &liste};
+    TypObjekt wurzel{"Wurzel", "W", &liste};
+    TypObjekt a{"Bild", "a", &liste};
+    TypObjekt b{"Bild", "b", &liste};
+    TypObjekt c{"Teil", "c", &liste};
     std::unique_ptr<KdoBaum> baum;
     Tabulator tab;
     std::vector<std::string> dateien;
