@@ -34,12 +34,6 @@ void merke(const std::string& kommando, KdoObjekt& objekt) {
     if (!zeile.empty() && zeile.back() == '\n') zeile.pop_back();
     protokoll += kommando + "@" + objekt.liefereName().str() + ":" + zeile + "\n";
 }
-std::string mal(int n, const std::string& teil) {
-    std::string s;
-    while (n-- > 0) s += teil;
-    return s;
-}
-
 int kdoOk(KdoObjekt& o, KdoKommando&) { return merke("ok", o), 1; }
 int kdoZahl(KdoObjekt& o, KdoKommando& k) {
     return merke("zahl(" + std::to_string(k[0].liefereArgWertInt()) + ")", o), 1;
@@ -238,7 +232,9 @@ TEST_F(TransTest, ATranslationThatRunsItselfStopsAtTheNestingLimit) {
     uebersetze("x%ausfuehreTrans\\(\"gt_t.in\", DAT, ./gt_t.gram\\)|o%ok\\(\\)", "x\no\n");
     EXPECT_EQ(details(f, "CMD-KDOOBJ-BATCH-TOODEEP"), "gt_t.in\n");
     // Each level goes on with its own next line once the deeper one is done.
-    EXPECT_EQ(protokoll, mal(Compiler::MAX_SCHACHTELUNG, "ok@W:ok()\n"));
+    std::string erwartet;
+    for (int i = 0; i < Compiler::MAX_SCHACHTELUNG; ++i) erwartet += "ok@W:ok()\n";
+    EXPECT_EQ(protokoll, erwartet);
 }
 
 }  // namespace

@@ -163,8 +163,8 @@ TEST_F(FmtTest, ArgumentAndNumberStyles) {
     // in table order wins.
     EXPECT_EQ(FmtVariable(R"(Name(a b)\upp\"v<>n")").liefereArgument(), "a b");
     const std::pair<const char*, int> formate[] = {
-        {R"(X\dec)", 0x10},           {"X", 0},   {R"(X\hex)", 0x240}, {R"(X\float\hex)", 0x1110},
-        {R"(X\dec\hex)", 0x10}, {R"(X\hexdec)", 0x10},
+        {"X", 0}, {R"(X\dec)", 0x10}, {R"(X\hex)", 0x240},
+        {R"(X\float\hex)", 0x1110}, {R"(X\dec\hex)", 0x10}, {R"(X\hexdec)", 0x10},
     };
     for (const auto& [text, format] : formate) EXPECT_EQ(FmtVariable(text).liefereZahlenFormat(), format) << text;
 }

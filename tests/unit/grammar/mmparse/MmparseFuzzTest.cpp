@@ -31,7 +31,6 @@ TEST(MmparseFuzz, RandomGrammarsKeepThePromises) {
     }
 }
 
-
 using Weiter = std::function<bool(std::size_t)>;
 
 // A byte item knows the subject bytes (of "abc") it takes; a group has
