@@ -5,6 +5,9 @@
 //                                          and <dir>/regressions/<target>/
 //   fuzz_regression -z <target> <file>...  the given files through one target
 //
+// Findings that still fail wait in <dir>/pending/<target>/, which is not
+// replayed; run them with -z.
+//
 // A broken promise aborts with the target's message; the name of the input
 // is printed before it runs, so the last line names the culprit.
 #include <algorithm>
