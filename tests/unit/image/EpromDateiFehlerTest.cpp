@@ -121,9 +121,7 @@ TEST_F(EpromDateiFehlerTest, BinaryReadMessages) {
     EXPECT_EQ(letzte().funktion, "EpromDateiBinaer::lies");
     EXPECT_EQ(e.liefereAnfAdr(), 0xFFFFFFFFu) << "nothing stored";
     EXPECT_EQ(EpromDateiBinaer(n.c_str()).lies(e, nullptr, nullptr, &drei), 1);
-    std::uint8_t b;
-    e.liefereByte(0, b, 0);
-    EXPECT_EQ(b, 4);
+    EXPECT_EQ(byteAn(e, 0), 4);
     EXPECT_EQ(e.liefereEndAdr(), 0u);
 
     meldungen.clear();

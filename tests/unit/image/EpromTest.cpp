@@ -82,9 +82,7 @@ TEST_F(EpromTest, WindowsAboveSixteenMegabytes) {
     e.setzeByte(0x2000001, 5);   // any write up there rebuilds the table
     EXPECT_EQ(tabelle(e), "100-100 1000000-1FFFFFF 2000000-2000001 ");
     EXPECT_EQ(e.liefereAnzBereiche(), 3);
-    std::uint8_t b;
-    e.liefereByte(0x1FFFFFF, b, 0);
-    EXPECT_EQ(b, 2);
+    EXPECT_EQ(byteAn(e, 0x1FFFFFF), 2);
 }
 
 TEST_F(EpromTest, FixedImageRefusesAddressesOutsideRegions) {
@@ -145,14 +143,11 @@ TEST_F(EpromTest, RegionSplitAndMergeTable) {
     e.definiereBereich(0x1000, 0x27FF);
     EXPECT_EQ(liste(e), "1000-27FF ");
 
-    std::uint8_t b;
     for (adrInteger a = 0x1080; a < 0x2000; a += 0x80) {
-        e.liefereByte(a, b, 0);
-        EXPECT_EQ(b, static_cast<std::uint8_t>(a >> 7)) << std::hex << a;
+        EXPECT_EQ(byteAn(e, a), static_cast<std::uint8_t>(a >> 7)) << std::hex << a;
         EXPECT_EQ(e.liefereAnzSchr(a), 1);
     }
-    e.liefereByte(0x1000, b, 0);
-    EXPECT_EQ(b, 0xAA);
+    EXPECT_EQ(byteAn(e, 0x1000), 0xAA);
     EXPECT_EQ(e.liefereAnzSchr(0x1000), 2);
     EXPECT_EQ(e.liefereAnzSchr(0x2000), 0) << "bytes of the deleted region are gone";
     EXPECT_TRUE(meldungen.empty());
@@ -209,16 +204,12 @@ TEST_F(EpromTest, SwapChecksAndExchangesPairs) {
     EXPECT_EQ(meldungen.back().detail, "");
 
     ASSERT_EQ(e.swap(0x100, 0x10F, nullptr), 1);
-    std::uint8_t b;
-    e.liefereByte(0x100, b, 0);
-    EXPECT_EQ(b, 0x01);
-    e.liefereByte(0x101, b, 0);
-    EXPECT_EQ(b, 0x00);
+    EXPECT_EQ(byteAn(e, 0x100), 0x01);
+    EXPECT_EQ(byteAn(e, 0x101), 0x00);
     EXPECT_EQ(e.liefereAnzSchr(0x101), 2);
     EXPECT_EQ(e.liefereAnzSchr(0x100), 1);
     e.swap(0x100, 0x10F, nullptr);
-    e.liefereByte(0x10E, b, 0);
-    EXPECT_EQ(b, 0x0E) << "swapping twice restores";
+    EXPECT_EQ(byteAn(e, 0x10E), 0x0E) << "swapping twice restores";
     EXPECT_EQ(e.liefereAnzSchr(0x100), 2);
 
     // A region cut at an odd start fails the whole swap; a one-byte stretch does not.
@@ -233,8 +224,7 @@ TEST_F(EpromTest, SwapChecksAndExchangesPairs) {
     g.setzeByte(0x200, 9);
     g.setzeByte(0x100, 1);
     EXPECT_EQ(g.swap(0x100, 0x201, nullptr), 1);
-    g.liefereByte(0x200, b, 0);
-    EXPECT_EQ(b, 9);
+    EXPECT_EQ(byteAn(g, 0x200), 9);
     EXPECT_EQ(g.liefereAnzSchr(0x101), 1) << "unoccupied bytes swap like all others";
 }
 
@@ -245,15 +235,11 @@ TEST_F(EpromTest, EvenOddSplit) {
     e.setzeByte(0x103, 0xA3);
     e.setzeByte(0x1000000, 0xB0);
     ASSERT_EQ(e.teileEvenOdd(gerade, ungerade), 1);
-    std::uint8_t b;
-    gerade.liefereByte(0x80, b, 0);
-    EXPECT_EQ(b, 0xA0);
-    ungerade.liefereByte(0x81, b, 0);
-    EXPECT_EQ(b, 0xA3);
+    EXPECT_EQ(byteAn(gerade, 0x80), 0xA0);
+    EXPECT_EQ(byteAn(ungerade, 0x81), 0xA3);
     EXPECT_EQ(ungerade.liefereAnzSchr(0x80), 1);
     EXPECT_EQ(gerade.liefereAnzSchr(0x81), 0) << "0x102 was not written";
-    gerade.liefereByte(0x800000, b, 0);
-    EXPECT_EQ(b, 0xB0);
+    EXPECT_EQ(byteAn(gerade, 0x800000), 0xB0);
 
     Eprom voll;
     voll.definiereBereich(0, 0);
@@ -272,9 +258,7 @@ TEST_F(EpromTest, WalksStopAtTheTopOfTheAddressSpace) {
     EXPECT_EQ(bis, 0xFFFFFFFFu);
     EXPECT_EQ(e.fuelle(1, nullptr, nullptr), 254u);
     EXPECT_EQ(e.swap(0xFFFFFF00, 0xFFFFFFFF, nullptr), 1);
-    std::uint8_t b;
-    e.liefereByte(0xFFFFFFFF, b, 0);
-    EXPECT_EQ(b, 0x5B);
+    EXPECT_EQ(byteAn(e, 0xFFFFFFFF), 0x5B);
 
     std::ostringstream o;
     EXPECT_EQ(e.anzeigeBelegung(o, 0xFFFFFFF0, 0xFFFFFFFF), 0u);

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "image/Eprom.h"
 #include "reporting/BearbeitungsFortschritt.h"
 #include "reporting/Fehler.h"
 
@@ -103,6 +104,11 @@ protected:
         std::ostringstream o;
         o << f.rdbuf();
         return o.str();
+    }
+    // The byte at `a`, or -1 where the image refuses the read.
+    static int byteAn(Eprom& e, adrInteger a) {
+        std::uint8_t b = 0;
+        return e.liefereByte(a, b, 0) ? b : -1;
     }
     static bool gibtEs(const std::string& n) { return std::ifstream(n).good(); }
 
