@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <random>
 #include <set>
 #include <sstream>
@@ -51,78 +52,86 @@ using Namen = std::vector<std::string>;
 // --------------------------------------------------------------------------
 // Liste
 
-TEST(Liste, AppendRefusesAnExactDuplicateOnly) {
+// Every message of both list kinds, and the calls that stay silent.
+TEST(Liste, MessagesNameTheirFunctions) {
     MeldungsFaenger faenger;
-    Liste liste(1, "Namen");
-    Element* erstes = new Element("a");
-    EXPECT_EQ(liste.anfuegeElement(erstes), erstes);
-    Element doppelt("a");
-    EXPECT_EQ(liste.anfuegeElement(&doppelt), nullptr);
-    ASSERT_EQ(faenger.anzahl(), 1u);
-    EXPECT_EQ(faenger.letzte().label, "LIST-ELEDOUBLE");
-    EXPECT_EQ(faenger.letzte().funktion, "Liste::anfuegeElement");
-    EXPECT_EQ(faenger.letzte().detail, "a in Namen");
-    EXPECT_EQ(faenger.letzte().level, 'E');
-
-    EXPECT_EQ(liste.anfuegeElement(&doppelt, 0), nullptr);
-    EXPECT_EQ(faenger.anzahl(), 1u);
-    liste.anfuegeElement(new Element("A"));   // case makes a different name
-    EXPECT_EQ(liste.elementAnzahl(), 2);
-    EXPECT_EQ(kette(liste), (Namen{"a", "A"}));
+    Liste kette(1, "L");
+    ListeSort baum(1, ListenKomparator::standard(), "S");
+    for (Liste* l : {&kette, static_cast<Liste*>(&baum)}) {
+        l->anfuegeElement(new Element("n", 1));
+        l->anfuegeElement(new Element("n", 2));   // same name, other selection: chain only
+    }
+    Element doppelt("n", 1);
+    struct Fall {
+        std::function<ListenElement*()> tu;
+        const char* label;   // nullptr: silent
+        const char* funktion;
+        const char* detail;
+        char level;
+    };
+    const Fall faelle[] = {
+        {[&] { return kette.anfuegeElement(&doppelt); }, "LIST-ELEDOUBLE", "Liste::anfuegeElement", "n in L", 'E'},
+        {[&] { return baum.anfuegeElement(&doppelt); }, "LIST-ELEDOUBLE", "ListeSort::anfuegeElement", "n in S",
+         'E'},
+        {[&] { return kette.anfuegeElement(&doppelt, 0); }, nullptr, "", "", 0},
+        {[&] { return kette.sucheElementF("y", 0, 2); }, "LIST-NOSUCHELE", "Liste::sucheElementF", "y in L", 'W'},
+        {[&] { return baum.sucheElementF("N", 0, 2); }, "LIST-NOSUCHELE", "Liste::sucheElementF", "N in S", 'W'},
+        {[&] { return baum.sucheElementF("N", 0, 1); }, "LIST-NOSUCHELE", "Liste::sucheElementF", "N in S", 'W'},
+        {[&] { return kette.sucheElementF("n", 4, 2); }, "LIST-NOSUCHELEBEA", "Liste::sucheElementF",
+         "n nicht in Auswahl enthalten", 'W'},
+        {[&] { return baum.sucheElementF("n", 2, 2); }, "LIST-NOSUCHELEBEA", "ListeSort::sucheElementF",
+         "n nicht in Auswahl enthalten", 'W'},
+        {[&] { return kette.entferne("weg"); }, "LIST-NOSUCHELE", "Liste::sucheElementF", "weg in L", 'W'},
+        {[&] { return baum.entferne("weg"); }, nullptr, "", "", 0},
+    };
+    for (const Fall& f : faelle) {
+        faenger.leere();
+        EXPECT_EQ(f.tu(), nullptr);
+        if (!f.label) {
+            EXPECT_EQ(faenger.anzahl(), 0u);
+            continue;
+        }
+        ASSERT_EQ(faenger.anzahl(), 1u) << f.label << f.detail;
+        EXPECT_EQ(faenger.letzte().label, f.label);
+        EXPECT_EQ(faenger.letzte().funktion, f.funktion) << f.label;
+        EXPECT_EQ(faenger.letzte().detail, f.detail);
+        EXPECT_EQ(faenger.letzte().level, f.level) << f.label;
+    }
+    // A wrong selection stops at the first name match, the list's own
+    // selection widens it; the sorted list folds the element name.
+    EXPECT_EQ(nameVon(kette.sucheElementF("n", 1, 2)), "n");
+    EXPECT_EQ(kette.sucheElementF("n", 2, 2), nullptr);
+    kette.setzeAuswahl(2);
+    EXPECT_NE(kette.sucheElementF("n", 2, 2), nullptr);
+    EXPECT_EQ(nameVon(baum.sucheElementF("N", 0, 0)), "n");
 }
 
-TEST(Liste, SearchFoldsOnlyTheElementName) {
+TEST(Liste, SearchModesAndTheCurrentElement) {
     MeldungsFaenger faenger;
     Liste liste(1, "L");
     liste.haengeAn(new Element("AbC"));
+    liste.anfuegeElement(new Element("abC"));   // case makes a different name
+    EXPECT_EQ(kette(liste), (Namen{"AbC", "abC"}));
+    // Mode 0 folds the element name, 1 the searched text, 2 neither.
     EXPECT_EQ(nameVon(liste.sucheElementF("ABC", 0, 0, 0)), "AbC");
     EXPECT_EQ(liste.sucheElementF("abc", 0, 0, 0), nullptr);
     EXPECT_EQ(nameVon(liste.sucheElementF("abc", 0, 0, 1)), "AbC");
     EXPECT_EQ(liste.sucheElementF("ABC", 0, 0, 1), nullptr);
-    EXPECT_EQ(nameVon(liste.sucheElementF("AbC", 0, 0, 2)), "AbC");
+    EXPECT_EQ(nameVon(liste.sucheElementF("abC", 0, 0, 2)), "abC");
     EXPECT_EQ(liste.sucheElementF("abc", 0, 0, 2), nullptr);
     EXPECT_EQ(faenger.anzahl(), 0u);
-}
 
-TEST(Liste, FailedSearchReportsAndForgetsTheCurrentElement) {
-    MeldungsFaenger faenger;
-    Liste liste(1, "Objekte");
-    liste.haengeAn(new Element("x"));
-    ASSERT_NE(liste.sucheElementF("x", 0, 2), nullptr);
-    EXPECT_EQ(nameVon(liste.aktuellesElement()), "x");
-
-    EXPECT_EQ(liste.sucheElementF("y", 0, 2), nullptr);
-    ASSERT_EQ(faenger.anzahl(), 1u);
-    EXPECT_EQ(faenger.letzte().label, "LIST-NOSUCHELE");
-    EXPECT_EQ(faenger.letzte().funktion, "Liste::sucheElementF");
-    EXPECT_EQ(faenger.letzte().detail, "y in Objekte");
-    EXPECT_EQ(faenger.letzte().level, 'W');
+    // A failed search forgets the current element; the read-only form leaves it.
+    ASSERT_NE(liste.sucheElementF("abC", 0, 2), nullptr);
+    EXPECT_EQ(nameVon(liste.aktuellesElement()), "abC");
+    liste.sucheElementF("y", 0, 2);
     EXPECT_EQ(liste.aktuellesElement(), nullptr);
     EXPECT_EQ(liste.entferneAktuell(), nullptr);
-    EXPECT_EQ(liste.elementAnzahl(), 1);
-
-    // The read-only search leaves the current element alone.
-    liste.sucheElementF("x", 0, 2);
+    EXPECT_EQ(liste.elementAnzahl(), 2);
+    liste.sucheElementF("AbC", 0, 2);
     const Liste& lesend = liste;
     EXPECT_EQ(lesend.sucheElementF("z", 0, 0, 2), nullptr);
-    EXPECT_EQ(nameVon(liste.aktuellesElement()), "x");
-}
-
-TEST(Liste, WrongSelectionStopsAtTheFirstNameMatch) {
-    MeldungsFaenger faenger;
-    Liste liste(1, "L");
-    liste.haengeAn(new Element("n", 1));
-    liste.haengeAn(new Element("n", 2));
-    EXPECT_EQ(liste.sucheElementF("n", 2, 2), nullptr);
-    ASSERT_EQ(faenger.anzahl(), 1u);
-    EXPECT_EQ(faenger.letzte().label, "LIST-NOSUCHELEBEA");
-    EXPECT_EQ(faenger.letzte().funktion, "Liste::sucheElementF");
-    EXPECT_EQ(faenger.letzte().detail, "n nicht in Auswahl enthalten");
-    EXPECT_NE(liste.sucheElementF("n", 1, 2), nullptr);
-    EXPECT_NE(liste.sucheElementF("n", 0, 2), nullptr);
-
-    liste.setzeAuswahl(2);
-    EXPECT_NE(liste.sucheElementF("n", 2, 2), nullptr);
+    EXPECT_EQ(nameVon(liste.aktuellesElement()), "AbC");
 }
 
 TEST(Liste, RemovalHandsTheElementBack) {
@@ -204,36 +213,6 @@ TEST(ListeSort, TreeInCollationOrderChainInInsertionOrder) {
     std::ostringstream aus;
     aus << liste;
     EXPECT_EQ(aus.str(), "Kommandos\naa\nAb\nab\n\x84\nB\nb\n");
-}
-
-TEST(ListeSort, MessagesNameTheirFunctions) {
-    MeldungsFaenger faenger;
-    ListeSort liste(1, ListenKomparator::standard(), "S");
-    liste.anfuegeElement(new Element("k", 1));
-    Element doppelt("k");
-    EXPECT_EQ(liste.anfuegeElement(&doppelt), nullptr);
-    EXPECT_EQ(faenger.letzte().label, "LIST-ELEDOUBLE");
-    EXPECT_EQ(faenger.letzte().funktion, "ListeSort::anfuegeElement");
-    EXPECT_EQ(faenger.letzte().detail, "k in S");
-
-    for (int modus : {2, 1}) {
-        faenger.leere();
-        EXPECT_EQ(liste.sucheElementF("K", 0, modus), nullptr);
-        EXPECT_EQ(faenger.letzte().label, "LIST-NOSUCHELE");
-        EXPECT_EQ(faenger.letzte().funktion, "Liste::sucheElementF");
-        EXPECT_EQ(faenger.letzte().detail, "K in S");
-    }
-    EXPECT_EQ(nameVon(liste.sucheElementF("K", 0, 0)), "k");   // upper-cased element name
-
-    EXPECT_EQ(liste.sucheElementF("k", 2, 2), nullptr);
-    EXPECT_EQ(faenger.letzte().label, "LIST-NOSUCHELEBEA");
-    EXPECT_EQ(faenger.letzte().funktion, "ListeSort::sucheElementF");
-    EXPECT_EQ(faenger.letzte().detail, "k nicht in Auswahl enthalten");
-
-    // Removal by name on a sorted list is silent.
-    faenger.leere();
-    EXPECT_EQ(liste.entferne("fehlt"), nullptr);
-    EXPECT_EQ(faenger.anzahl(), 0u);
 }
 
 TEST(ListeSort, RemoveCurrentTakesTheLastSearchHit) {
