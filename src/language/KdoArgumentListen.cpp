@@ -1,6 +1,6 @@
 // Argument classes that refer to lists or objects: names in a list, command
 // objects, value-pair lists and parameter lists.
-// Covered by tests/unit/language/KdoArgumentListenTest.cpp.
+// Covered by tests/unit/language/KdoArgumenteTest.cpp.
 #include <ostream>
 #include <sstream>
 #include <string>
@@ -293,16 +293,18 @@ void zeigePaare(std::ostream& strom, const std::vector<Paar>& paare) {
 }
 }  // namespace
 
-void KdoArgumentWPListe::zeigeWert(std::ostream& strom) const {
+template <class Paar>
+void KdoArgumentPaarListe<Paar>::zeigeWert(std::ostream& strom) const {
     zeigePaare(strom, aktuell);
 }
 
-void KdoArgumentWPListe::zeigeVorgabe(std::ostream& strom) const {
+template <class Paar>
+void KdoArgumentPaarListe<Paar>::zeigeVorgabe(std::ostream& strom) const {
     zeigePaare(strom, vorgabe);
 }
 
-int KdoArgumentWPListe::interpretiere(AnwKommando& anw, int definition) {
-    const char* funktion = "KdoArgumentWPListe::interpretiere";
+template <class Paar>
+int KdoArgumentPaarListe<Paar>::liesPaare(AnwKommando& anw, int definition, const char* funktion) {
     std::istream& strom = anw.liefereStrom();
     ueberspringe(strom);
     if (!strom.good()) {
@@ -315,7 +317,7 @@ int KdoArgumentWPListe::interpretiere(AnwKommando& anw, int definition) {
         return 1;
     }
     const std::streampos pos = position(strom);
-    std::vector<WertePaar> neu;
+    std::vector<Paar> neu;
     for (;;) {
         ueberspringe(strom);
         dataInteger iwert = 0;
@@ -330,15 +332,13 @@ int KdoArgumentWPListe::interpretiere(AnwKommando& anw, int definition) {
             return 0;
         }
         ueberspringe(strom);
-        dataPhys phys = 0;
-        if (!liesPhys(strom, phys)) {
+        if (!liesWert(strom, iwert, neu)) {
             strom.clear();
             strom.get();
             if (!strom.good()) meldeKlammer(anw, funktion);
             else meldeFalsch(anw, pos, funktion);
             return 0;
         }
-        neu.emplace_back(iwert, phys, Genauigkeit(8));
         ueberspringe(strom);
         const int c = strom.get();
         if (!strom.good()) {
@@ -353,18 +353,36 @@ int KdoArgumentWPListe::interpretiere(AnwKommando& anw, int definition) {
     return 1;
 }
 
-WertePaar* KdoArgumentWPListe::liefereArgWertWP(std::uint16_t i) {
+template <class Paar>
+Paar* KdoArgumentPaarListe<Paar>::paarAn(std::uint16_t i, const char* leerFunktion, const char* indexFunktion) {
     if (aktuell.empty()) {
-        // The doubled m is the reporter's established name.
-        Fehler("CMD-LISTEMPTY", "KdoArgummentWPListe::liefereArgWertWP", name, 'E');
+        Fehler("CMD-LISTEMPTY", leerFunktion, name, 'E');
         return nullptr;
     }
     if (i >= aktuell.size()) {
-        Fehler("CMD-INDEXCEEDED", "KdoArgumentWPListe::liefereArgWertWP",
-               String(std::to_string(i)), 'W');
+        Fehler("CMD-INDEXCEEDED", indexFunktion, String(std::to_string(i)), 'W');
         return &aktuell.back();
     }
     return &aktuell[i];
+}
+
+template class KdoArgumentPaarListe<WertePaar>;
+template class KdoArgumentPaarListe<WertePaarStr>;
+
+int KdoArgumentWPListe::interpretiere(AnwKommando& anw, int definition) {
+    return liesPaare(anw, definition, "KdoArgumentWPListe::interpretiere");
+}
+
+bool KdoArgumentWPListe::liesWert(std::istream& strom, dataInteger iwert, std::vector<WertePaar>& neu) {
+    dataPhys phys = 0;
+    if (!liesPhys(strom, phys)) return false;
+    neu.emplace_back(iwert, phys, Genauigkeit(8));
+    return true;
+}
+
+// The doubled m in the empty-list reports is the reporter's established name.
+WertePaar* KdoArgumentWPListe::liefereArgWertWP(std::uint16_t i) {
+    return paarAn(i, "KdoArgummentWPListe::liefereArgWertWP", "KdoArgumentWPListe::liefereArgWertWP");
 }
 
 void KdoArgumentWPListe::setzeArgWertWP(std::uint16_t i, const WertePaar& paar) {
@@ -372,77 +390,19 @@ void KdoArgumentWPListe::setzeArgWertWP(std::uint16_t i, const WertePaar& paar) 
     else aktuell[i] = paar;
 }
 
-void KdoArgumentWPStrListe::zeigeWert(std::ostream& strom) const {
-    zeigePaare(strom, aktuell);
-}
-
-void KdoArgumentWPStrListe::zeigeVorgabe(std::ostream& strom) const {
-    zeigePaare(strom, vorgabe);
-}
-
 int KdoArgumentWPStrListe::interpretiere(AnwKommando& anw, int definition) {
-    const char* funktion = "KdoArgumentWPStrListe::interpretiere";
-    std::istream& strom = anw.liefereStrom();
-    ueberspringe(strom);
-    if (!strom.good()) {
-        meldeKlammer(anw, funktion);
-        return 0;
-    }
-    if (istLeer(strom)) {
-        aktuell.clear();
-        if (definition == 1) vorgabe.clear();
-        return 1;
-    }
-    const std::streampos pos = position(strom);
-    std::vector<WertePaarStr> neu;
-    for (;;) {
-        ueberspringe(strom);
-        dataInteger iwert = 0;
-        liesHexMitVorzeichen(strom, iwert);
-        ueberspringe(strom);
-        if (strom.fail()) {
-            meldeFalsch(anw, pos, funktion);
-            return 0;
-        }
-        if (strom.get() != '/') {
-            meldeFalsch(anw, pos, funktion);
-            return 0;
-        }
-        ueberspringe(strom);
-        String text;
-        if (text.liesQuotiert(strom, nullptr) < 0) {
-            strom.clear();
-            strom.get();
-            if (!strom.good()) meldeKlammer(anw, funktion);
-            else meldeFalsch(anw, pos, funktion);
-            return 0;
-        }
-        neu.emplace_back(iwert, text);
-        ueberspringe(strom);
-        const int c = strom.get();
-        if (!strom.good()) {
-            meldeKlammer(anw, funktion);
-            return 0;
-        }
-        strom.putback(static_cast<char>(c));
-        if (c == ',' || c == ')') break;
-    }
-    aktuell = neu;
-    if (definition == 1) vorgabe = neu;
-    return 1;
+    return liesPaare(anw, definition, "KdoArgumentWPStrListe::interpretiere");
+}
+
+bool KdoArgumentWPStrListe::liesWert(std::istream& strom, dataInteger iwert, std::vector<WertePaarStr>& neu) {
+    String text;
+    if (text.liesQuotiert(strom, nullptr) < 0) return false;
+    neu.emplace_back(iwert, text);
+    return true;
 }
 
 WertePaarStr* KdoArgumentWPStrListe::liefereArgWertWPStr(std::uint16_t i) {
-    if (aktuell.empty()) {
-        Fehler("CMD-LISTEMPTY", "KdoArgummentWPStrListe::liefereArgWertWPStr", name, 'E');
-        return nullptr;
-    }
-    if (i >= aktuell.size()) {
-        Fehler("CMD-INDEXCEEDED", "KdoArgumentWPStrListe::liefereArgWertWPStr",
-               String(std::to_string(i)), 'W');
-        return &aktuell.back();
-    }
-    return &aktuell[i];
+    return paarAn(i, "KdoArgummentWPStrListe::liefereArgWertWPStr", "KdoArgumentWPStrListe::liefereArgWertWPStr");
 }
 
 void KdoArgumentWPStrListe::setzeArgWertWPStr(std::uint16_t i, const WertePaarStr& paar) {

@@ -6,8 +6,7 @@
 // value was given, 0 when the placeholder "/" stands, so that a handler can
 // tell an absent optional value from a given one.
 //
-// Covered by tests/unit/language/KdoArgumenteTest.cpp and
-// tests/unit/language/KdoArgumentListenTest.cpp.
+// Covered by tests/unit/language/KdoArgumenteTest.cpp.
 #pragma once
 
 #include <memory>
@@ -412,17 +411,40 @@ protected:
 // ---------------------------------------------------------------------------
 // Lists
 
-// Pairs "hex/phys" separated by white space, such as "100/1.5 200/2.5".
-class KdoArgumentWPListe : public KdoArgument {
+// Pairs "hex/value" separated by white space. The two pair lists differ only
+// in the value behind the "/".
+template <class Paar>
+class KdoArgumentPaarListe : public KdoArgument {
 public:
-    explicit KdoArgumentWPListe(const String& name) : KdoArgument(name) {}
-    String liefereTypName() const override { return "WPListe"; }
-    KdoArgTyp liefereTyp() const override { return KdoArgTyp::WPListe; }
+    explicit KdoArgumentPaarListe(const String& name) : KdoArgument(name) {}
     void zeigeWert(std::ostream& strom) const override;
     void zeigeVorgabe(std::ostream& strom) const override;
     void ladeVorgabe() override { aktuell = vorgabe; }
     void merkeVorgabe() override { vorgabe = aktuell; }
-    // An empty place gives the empty list, not the default.
+
+protected:
+    // Reads the pairs up to "," or ")". An empty place gives the empty list,
+    // not the default.
+    int liesPaare(AnwKommando& anw, int definition, const char* funktion);
+    // Reads the value behind "/" and appends the pair; false if there is none.
+    virtual bool liesWert(std::istream& strom, dataInteger iwert, std::vector<Paar>& neu) = 0;
+    // The pair at i; an empty list reports, an index beyond the last warns
+    // and gives the last pair.
+    Paar* paarAn(std::uint16_t i, const char* leerFunktion, const char* indexFunktion);
+
+    std::vector<Paar> aktuell;
+    std::vector<Paar> vorgabe;
+};
+
+extern template class KdoArgumentPaarListe<WertePaar>;
+extern template class KdoArgumentPaarListe<WertePaarStr>;
+
+// Pairs "hex/phys", such as "100/1.5 200/2.5".
+class KdoArgumentWPListe : public KdoArgumentPaarListe<WertePaar> {
+public:
+    explicit KdoArgumentWPListe(const String& name) : KdoArgumentPaarListe(name) {}
+    String liefereTypName() const override { return "WPListe"; }
+    KdoArgTyp liefereTyp() const override { return KdoArgTyp::WPListe; }
     int interpretiere(AnwKommando& anw, int definition) override;
     WertePaar* liefereArgWertWP(std::uint16_t i) override;
     void setzeArgWertWP(std::uint16_t i, const WertePaar& paar) override;
@@ -430,20 +452,15 @@ public:
     std::int32_t liefereAnzahlWP() override { return static_cast<std::int32_t>(aktuell.size()); }
 
 protected:
-    std::vector<WertePaar> aktuell;
-    std::vector<WertePaar> vorgabe;
+    bool liesWert(std::istream& strom, dataInteger iwert, std::vector<WertePaar>& neu) override;
 };
 
 // Pairs hex/"text", such as 1000/"Text".
-class KdoArgumentWPStrListe : public KdoArgument {
+class KdoArgumentWPStrListe : public KdoArgumentPaarListe<WertePaarStr> {
 public:
-    explicit KdoArgumentWPStrListe(const String& name) : KdoArgument(name) {}
+    explicit KdoArgumentWPStrListe(const String& name) : KdoArgumentPaarListe(name) {}
     String liefereTypName() const override { return "WPStrListe"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::WPStrListe; }
-    void zeigeWert(std::ostream& strom) const override;
-    void zeigeVorgabe(std::ostream& strom) const override;
-    void ladeVorgabe() override { aktuell = vorgabe; }
-    void merkeVorgabe() override { vorgabe = aktuell; }
     int interpretiere(AnwKommando& anw, int definition) override;
     WertePaarStr* liefereArgWertWPStr(std::uint16_t i) override;
     // An index not below the count warns and appends all the same.
@@ -452,8 +469,7 @@ public:
     std::int32_t liefereAnzahlWPStr() override { return static_cast<std::int32_t>(aktuell.size()); }
 
 protected:
-    std::vector<WertePaarStr> aktuell;
-    std::vector<WertePaarStr> vorgabe;
+    bool liesWert(std::istream& strom, dataInteger iwert, std::vector<WertePaarStr>& neu) override;
 };
 
 // Parameters as texts. Current value and default may be the same array.
