@@ -39,6 +39,8 @@ TEST(Kollation, PairsInOrder) {
         {" ", "0", -1, "blank before digits"},
         {"9", "A", -1, "digits before letters"},
         {"z", "\x01", -1, "control bytes after letters"},
+        {"@", "[", -1, "punctuation blocks follow one another"},
+        {"`", "{", -1, "punctuation blocks follow one another"},
         {"\x0F", "\x10", -1, "rank 101 skipped but order kept"},
         {"\xFF", "\xFE", 1, "high bytes rank by value"},
         {"abc", "abc", 0, "equal"},
