@@ -354,6 +354,9 @@ TEST(KdoArgumente, DefaultLineSetsDefaults) {
 }
 
 
+// ---------------------------------------------------------------------------
+// Arguments that refer to lists, objects, value pairs and parameters
+
 class Element : public ListenElement {
 public:
     explicit Element(const char* name) : name_(name) {}
@@ -379,109 +382,84 @@ public:
     Liste namen;
 };
 
-class NamenTest : public ::testing::Test {
-protected:
-    KdoKommando& kommando(const char* signatur) {
-        auto* k = new KdoKommando("f", 1, signatur, nullptr);
-        liste.fuegeEin(k);
-        liste.setzeAktuellesObjekt(&objekt);
-        return *k;
-    }
-    KdoListe liste{"L"};
+TEST(KdoArgumentListen, NamesSelectElementsOfTheObjectsList) {
+    KdoListe liste("L");
     ListenObjekt objekt;
-};
-
-TEST_F(NamenTest, NamesSelectElementsOfTheObjectsList) {
-    KdoKommando& k = kommando("NamenInListe n");
+    KdoKommando* namen = new KdoKommando("f", 1, "NamenInListe n", nullptr);
+    KdoKommando* boolNamen = new KdoKommando("g", 1, "BoolNamenInListe n", nullptr);
+    liste.fuegeEin(namen);
+    liste.fuegeEin(boolNamen);
+    liste.setzeAktuellesObjekt(&objekt);
     struct {
+        KdoKommando* k;
         const char* aufruf;
-        int ergebnis;
+        int ergebnis;   // of liefereArgWertListe
+        int gesetzt;    // -1: not a Bool form
         const char* auswahl;
         const char* labels;
     } faelle[] = {
-        {"f(\"a, c\")", 1, "212", ""},
-        {"f(b)", 1, "121", ""},
-        {"f(\"a,zz\")", 0, "211", "LIST-NOSUCHELE"},
-        {"f()", 1, "222", ""},   // no names: all selected
+        {namen, "f(\"a, c\")", 1, -1, "212", ""},
+        {namen, "f(b)", 1, -1, "121", ""},
+        {namen, "f(\"a,zz\")", 0, -1, "211", "LIST-NOSUCHELE"},
+        {namen, "f()", 1, -1, "222", ""},   // no names: all selected
+        {boolNamen, "g(\"/\")", 1, 0, "111", ""},   // the quoted placeholder: nothing selected
+        {boolNamen, "g( \" / \")", 1, 0, "111", ""},
+        {boolNamen, "g(\"b\")", 1, 1, "121", ""},
+        {boolNamen, "g(c)", 1, 1, "112", ""},
+        {boolNamen, "g(\"\")", 1, 1, "222", ""},
     };
     for (const auto& f : faelle) {
-        ASSERT_EQ(kdoLauf(k, f.aufruf).ergebnis, 1) << f.aufruf;
+        ASSERT_EQ(kdoLauf(*f.k, f.aufruf).ergebnis, 1) << f.aufruf;
         MeldungsFaenger faenger;
-        EXPECT_EQ(k[0].liefereArgWertListe(), f.ergebnis) << f.aufruf;
+        EXPECT_EQ((*f.k)[0].liefereArgWertListe(), f.ergebnis) << f.aufruf;
+        if (f.gesetzt >= 0) {
+            EXPECT_EQ((*f.k)[0].liefereArgWertBool(), f.gesetzt) << f.aufruf;
+        }
         EXPECT_EQ(objekt.auswahl(), f.auswahl) << f.aufruf;
         EXPECT_EQ(kdoLabels(faenger.meldungen()), f.labels) << f.aufruf;
     }
-}
-
-TEST_F(NamenTest, BoolFormTakesTheQuotedPlaceholder) {
-    KdoKommando& k = kommando("BoolNamenInListe n");
-    struct {
-        const char* aufruf;
-        int gesetzt;
-        const char* auswahl;
-    } faelle[] = {
-        {"f(\"/\")", 0, "111"},   // nothing selected
-        {"f( \" / \")", 0, "111"},
-        {"f(\"b\")", 1, "121"},
-        {"f(c)", 1, "112"},
-        {"f(\"\")", 1, "222"},
-    };
-    for (const auto& f : faelle) {
-        ASSERT_EQ(kdoLauf(k, f.aufruf).ergebnis, 1) << f.aufruf;
-        EXPECT_EQ(k[0].liefereArgWertBool(), f.gesetzt) << f.aufruf;
-        EXPECT_EQ(k[0].liefereArgWertListe(), 1) << f.aufruf;
-        EXPECT_EQ(objekt.auswahl(), f.auswahl) << f.aufruf;
-    }
     // The bare placeholder reaches the word reader.
-    EXPECT_EQ(kdoLauf(k, "f(/)").labels, "CMD-WRONGARG");
-    EXPECT_EQ(kdoLauf(k, "f(\"-\")").labels, "CMD-WRONGARG");
-}
+    EXPECT_EQ(kdoLauf(*boolNamen, "g(/)").labels, "CMD-WRONGARG");
+    EXPECT_EQ(kdoLauf(*boolNamen, "g(\"-\")").labels, "CMD-WRONGARG");
 
-TEST(KdoArgumentListen, ObjectWithoutListReports) {
-    KdoListe liste("L");
-    auto* k = new KdoKommando("f", 1, "NamenInListe namen", nullptr);
-    liste.fuegeEin(k);
+    // An object without lists reports twice.
     KdoObjekt ohne("obj");
     liste.setzeAktuellesObjekt(&ohne);
     MeldungsFaenger faenger;
-    EXPECT_EQ((*k)[0].liefereArgWertListe(), 0);
-    EXPECT_EQ(kdoLabels(faenger.meldungen()), "INT-METHOD-IN-SUBCLASS-MISSING,INT-CMD-ARG-LIST-NOT-EXIST");
+    EXPECT_EQ((*namen)[0].liefereArgWertListe(), 0);
+    ASSERT_EQ(kdoLabels(faenger.meldungen()), "INT-METHOD-IN-SUBCLASS-MISSING,INT-CMD-ARG-LIST-NOT-EXIST");
     EXPECT_EQ(faenger.meldungen()[0].funktion, "KdoObjekt::liefereListeFuerKdoArg");
-    EXPECT_EQ(faenger.meldungen()[0].detail, "Obj: obj  Liste: namen");
     EXPECT_EQ(faenger.meldungen()[0].level, 'E');
-    EXPECT_EQ(faenger.letzte().detail, "Obj: obj  Liste: namen");
+    for (const Meldung& m : faenger.meldungen()) EXPECT_EQ(m.detail, "Obj: obj  Liste: n");
     EXPECT_EQ(faenger.letzte().funktion, "KdoArgumentNamenInListe::liefereListe");
 }
 
-class ObjektArgumentTest : public ::testing::Test {
-protected:
-    void SetUp() override {
-        wurzel.setzeVollenNamen("<Kiv>Kiv");
-        kdoBaum = new KdoBaum(&wurzel, kdoRelation, kdoVergleich, kdoNamensVergleich, kdoLoesche);
-        kdoBaum->fuegeEin(&a);
-        kdoBaum->vater();
-        kdoBaum->fuegeEin(&k);
-        kdoBaum->vater();
-    }
-    void TearDown() override {
-        delete kdoBaum;
-        kdoBaum = nullptr;
-    }
-    TypObjekt wurzel{"Kiv", "Kiv"};
-    TypObjekt a{"Eprom", "a"};
-    TypObjekt k{"Other", "k"};
-};
+TEST(KdoArgumentListen, ObjectPathsResolveWhenDelivered) {
+    TypObjekt wurzel{"Kiv", "Kiv"}, a{"Eprom", "a"}, k{"Other", "k"};
+    wurzel.setzeVollenNamen("<Kiv>Kiv");
+    KdoBaum baum(&wurzel, kdoRelation, kdoVergleich, kdoNamensVergleich, kdoLoesche);
+    kdoBaum = &baum;
+    baum.fuegeEin(&a);
+    baum.vater();
+    baum.fuegeEin(&k);
+    baum.vater();
 
-TEST_F(ObjektArgumentTest, PathsResolveWhenDelivered) {
-    auto kdo = kdoKommando("KdoObjekt{Eprom} o");
+    auto kdo = kdoKommando("KdoObjekt{Eprom} o KdoObjekt{Eprom,Other} p BoolKdoObjekt q");
     std::ostringstream s;
-    (*kdo)[0].ausgabe(s);
-    EXPECT_EQ(s.str(), "KdoObjekt(Eprom)");
-
-    EXPECT_EQ(kdoLauf(*kdo, "f(<Eprom>a)").ergebnis, 1);
-    EXPECT_EQ((*kdo)[0].liefereArgWertKdoObjekt(), &a);
-    EXPECT_EQ(kdoLauf(*kdo, "f( <Eprom> a )").werte, "<Eprom>a");   // blanks dropped
-    EXPECT_EQ((*kdo)[0].liefereArgWertKdoObjekt(), &a);
+    for (int i = 0; i < 3; ++i) (*kdo)[i].ausgabe(s);
+    EXPECT_EQ(s.str(), "KdoObjekt(Eprom)KdoObjekt(Eprom,Other)BoolKdoObjekt()");
+    EXPECT_EQ(kdoLauf(*kdo, "f( <Eprom> a , k)").werte, "<Eprom>a|k|/");   // blanks dropped
+    {
+        MeldungsFaenger faenger;
+        EXPECT_EQ((*kdo)[0].liefereArgWertKdoObjekt(), &a);
+        EXPECT_EQ((*kdo)[1].liefereArgWertKdoObjekt(), &k);
+        EXPECT_EQ((*kdo)[2].liefereArgWertKdoObjekt(), nullptr);   // empty Bool form: no message
+        EXPECT_EQ((*kdo)[2].liefereArgWertBool(), 0);
+        EXPECT_EQ(faenger.anzahl(), 0u);
+    }
+    kdoLauf(*kdo, "f(a, k, a)");
+    EXPECT_EQ((*kdo)[2].liefereArgWertKdoObjekt(), &a);
+    EXPECT_EQ((*kdo)[2].liefereArgWertBool(), 1);
 
     struct {
         const char* aufruf;
@@ -501,37 +479,23 @@ TEST_F(ObjektArgumentTest, PathsResolveWhenDelivered) {
         EXPECT_EQ(faenger.letzte().detail, f.detail);
         EXPECT_EQ(faenger.letzte().funktion, "KdoArgumentKdoObjekt::liefereArgWertKdoObjekt");
     }
-}
-
-TEST_F(ObjektArgumentTest, AnyTypeAndTheBoolForm) {
-    auto kdo = kdoKommando("KdoObjekt{Eprom,Other} o BoolKdoObjekt p");
-    std::ostringstream s;
-    (*kdo)[0].ausgabe(s);
-    (*kdo)[1].ausgabe(s);
-    EXPECT_EQ(s.str(), "KdoObjekt(Eprom,Other)BoolKdoObjekt()");
-
-    EXPECT_EQ(kdoLauf(*kdo, "f(k)").ergebnis, 1);
-    MeldungsFaenger faenger;
-    EXPECT_EQ((*kdo)[0].liefereArgWertKdoObjekt(), &k);
-    EXPECT_EQ((*kdo)[1].liefereArgWertKdoObjekt(), nullptr);   // empty: no message
-    EXPECT_EQ((*kdo)[1].liefereArgWertBool(), 0);
-    EXPECT_EQ(faenger.anzahl(), 0u);
-
-    kdoLauf(*kdo, "f(k, a)");
-    EXPECT_EQ((*kdo)[1].liefereArgWertKdoObjekt(), &a);
-    EXPECT_EQ((*kdo)[1].liefereArgWertBool(), 1);
-
+    kdoBaum = nullptr;
 }
 
 TEST(KdoArgumentListen, ValuePairs) {
-    auto k = kdoKommando("WPListe w");
-    ASSERT_EQ(kdoLauf(*k, "f(100/1.5 200/ 2.5 -10/3)").ergebnis, 1);
+    auto k = kdoKommando("WPListe w WPStrListe t");
+    ASSERT_EQ(kdoLauf(*k, "f(100/1.5 200/ 2.5 -10/3, 1000/\"Text\" 20/\"a, b)\")").ergebnis, 1);
     KdoArgument& w = (*k)[0];
+    KdoArgument& t = (*k)[1];
     ASSERT_EQ(w.liefereAnzahlWP(), 3);
     EXPECT_EQ(w.liefereArgWertWP(0)->iWert(), 0x100);
     EXPECT_DOUBLE_EQ(w.liefereArgWertWP(1)->liefereWert(), 2.5);
     EXPECT_EQ(w.liefereArgWertWP(2)->iWert(), -16);
+    ASSERT_EQ(t.liefereAnzahlWPStr(), 2);
+    EXPECT_EQ(t.liefereArgWertWPStr(0)->iwert, 0x1000);
+    EXPECT_EQ(t.liefereArgWertWPStr(1)->text, "a, b)");
 
+    // Later pairs line up under the first one.
     std::ostringstream s;
     w.zeigeWert(s);
     std::istringstream zeilen(s.str());
@@ -541,38 +505,36 @@ TEST(KdoArgumentListen, ValuePairs) {
     std::getline(zeilen, zeile);
     EXPECT_EQ(zeile.rfind(std::string(45, ' ') + "( 200 / ", 0), 0u) << zeile;
 
+    // A failure keeps the list of its own place; earlier places were taken.
     struct {
         const char* aufruf;
         const char* labels;
+        int paare;
     } fehler[] = {
-        {"f(100 1.5)", "CMD-WRONGARG"},
-        {"f(100/x)", "CMD-WRONGARG"},
-        {"f(x/1)", "CMD-WRONGARG"},
-        {"f(100/1.5", "CMD-ARGPARENTHESIS"},
-        {"f(100/", "CMD-ARGPARENTHESIS"},
+        {"f(100 1.5)", "CMD-WRONGARG", 3},
+        {"f(100/x)", "CMD-WRONGARG", 3},
+        {"f(x/1)", "CMD-WRONGARG", 3},
+        {"f(100/1.5", "CMD-ARGPARENTHESIS", 3},
+        {"f(100/", "CMD-ARGPARENTHESIS", 3},
+        {"f(1/1, 1000/Text)", "CMD-WRONGARG", 1},
+        {"f(1/1, 1000/\"Text", "CMD-ARGPARENTHESIS", 1},
     };
     for (const auto& f : fehler) {
         const KdoLauf l = kdoLauf(*k, f.aufruf);
         EXPECT_EQ(l.ergebnis, 0) << f.aufruf;
         EXPECT_EQ(l.labels, f.labels) << f.aufruf;
-        EXPECT_EQ(w.liefereAnzahlWP(), 3) << f.aufruf;   // the old list stays
+        EXPECT_EQ(w.liefereAnzahlWP(), f.paare) << f.aufruf;
+        EXPECT_EQ(t.liefereAnzahlWPStr(), 2) << f.aufruf;
     }
-}
 
-TEST(KdoArgumentListen, EmptyPlaceEmptiesThePairListDespiteItsDefault) {
-    auto k = kdoKommando("WPListe w");
+    // An empty place empties the list despite its default.
     kdoLauf(*k, "f(1/1.5)", 1);
     EXPECT_EQ(kdoLauf(*k, "f()").ergebnis, 1);
-    EXPECT_EQ((*k)[0].liefereAnzahlWP(), 0);
-    std::ostringstream s;
-    (*k)[0].zeigeWert(s);
-    EXPECT_EQ(s.str(), "");
-    (*k)[0].zeigeVorgabe(s);
-    EXPECT_NE(s.str(), "");
+    EXPECT_EQ(w.liefereAnzahlWP(), 0);
+    EXPECT_EQ(kdoWerte(*k), "|");
+    EXPECT_NE(kdoWerte(*k, true), "|");
     kdoLauf(*k, "f()", 1);
-    std::ostringstream t;
-    (*k)[0].zeigeVorgabe(t);
-    EXPECT_EQ(t.str(), "");
+    EXPECT_EQ(kdoWerte(*k, true), "|");
 }
 
 TEST(KdoArgumentListen, PairAccessors) {
@@ -593,6 +555,7 @@ TEST(KdoArgumentListen, PairAccessors) {
         MeldungsFaenger faenger;
         EXPECT_EQ(w.liefereArgWertWP(12)->iWert(), 2);   // the last pair
         EXPECT_EQ(faenger.letzte().label, "CMD-INDEXCEEDED");
+        EXPECT_EQ(faenger.letzte().funktion, "KdoArgumentWPListe::liefereArgWertWP");
         EXPECT_EQ(faenger.letzte().detail, "12");
         EXPECT_EQ(faenger.letzte().level, 'W');
     }
@@ -603,21 +566,12 @@ TEST(KdoArgumentListen, PairAccessors) {
     MeldungsFaenger faenger;
     EXPECT_EQ(t.liefereArgWertWPStr(0), nullptr);
     EXPECT_EQ(faenger.letzte().funktion, "KdoArgummentWPStrListe::liefereArgWertWPStr");
-    t.setzeArgWertWPStr(5, WertePaarStr(1, "x"));
+    t.setzeArgWertWPStr(0x1A, WertePaarStr(1, "x"));
     EXPECT_EQ(faenger.letzte().label, "CMD-INDEXINVALID");
-    EXPECT_EQ(faenger.letzte().detail, "5");
-    EXPECT_EQ(t.liefereAnzahlWPStr(), 1);   // appended all the same
-}
-
-TEST(KdoArgumentListen, TextPairs) {
-    auto k = kdoKommando("WPStrListe t");
-    ASSERT_EQ(kdoLauf(*k, "f(1000/\"Text\" 20/\"a, b)\")").ergebnis, 1);
-    KdoArgument& t = (*k)[0];
-    ASSERT_EQ(t.liefereAnzahlWPStr(), 2);
-    EXPECT_EQ(t.liefereArgWertWPStr(0)->iwert, 0x1000);
-    EXPECT_EQ(t.liefereArgWertWPStr(1)->text, "a, b)");
-    EXPECT_EQ(kdoLauf(*k, "f(1000/Text)").labels, "CMD-WRONGARG");
-    EXPECT_EQ(kdoLauf(*k, "f(1000/\"Text").labels, "CMD-ARGPARENTHESIS");
+    EXPECT_EQ(faenger.letzte().detail, "1A");   // in hex
+    EXPECT_EQ(t.liefereAnzahlWPStr(), 1);       // appended all the same
+    EXPECT_EQ(t.liefereArgWertWPStr(3)->iwert, 1);
+    EXPECT_EQ(faenger.letzte().funktion, "KdoArgumentWPStrListe::liefereArgWertWPStr");
 }
 
 TEST(KdoArgumentListen, ParameterListSharesItsDefaultArray) {
