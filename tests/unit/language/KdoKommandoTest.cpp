@@ -145,15 +145,6 @@ int kdoLeer(KdoObjekt&, KdoKommando&) {
     return 1;
 }
 
-class ListenObjekt : public KdoObjekt {
-public:
-    explicit ListenObjekt(KdoListe* liste) : KdoObjekt("x"), liste_(liste) {}
-    KdoListe* liefereKdoListe() override { return liste_; }
-
-private:
-    KdoListe* liste_;
-};
-
 class KdoListeTest : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -174,7 +165,7 @@ protected:
         return objekt.fuehreAus(anw);
     }
     KdoListe liste{"L"};
-    ListenObjekt objekt{&liste};
+    TypObjekt objekt{"T", "x", &liste};
 };
 
 TEST_F(KdoListeTest, HandlerReadsTheArgumentsOnItsObject) {
@@ -190,6 +181,12 @@ TEST_F(KdoListeTest, HandlerReadsTheArgumentsOnItsObject) {
     EXPECT_EQ(fuehreAus("setze(10,,nein)"), 0);   // the handler's own failure
     EXPECT_EQ(protokoll.aufrufe, 3);
     EXPECT_EQ(faenger.anzahl(), 0u);
+
+    // A second command of the same name is refused; the first one stays.
+    liste.fuegeEin(new KdoKommando("zeta", 0, "", nullptr));
+    EXPECT_EQ(faenger.letzte().label, "LIST-ELEDOUBLE");
+    EXPECT_EQ(fuehreAus("zeta()"), 1);
+    EXPECT_EQ(protokoll.aufrufe, 4);
 }
 
 TEST_F(KdoListeTest, FailedReadingNeverRunsTheHandler) {
@@ -209,26 +206,11 @@ TEST_F(KdoListeTest, FailedReadingNeverRunsTheHandler) {
     EXPECT_NE(ausgabe.text().find("\nKommandoliste L\nAbc\nsetze\nzeta\n"), std::string::npos)
         << ausgabe.text();
     dokPosition = nullptr;
-}
-
-TEST_F(KdoListeTest, PseudoObjectHasNoCommands) {
+    // A pseudo object has no commands.
     KdoObjekt pseudo("p");
     AnwKommando anw("zeta()");
     EXPECT_EQ(pseudo.fuehreAus(anw), 0);
     EXPECT_EQ(protokoll.aufrufe, 0);
-}
-
-TEST(KdoListe, SecondCommandOfTheSameNameIsRefused) {
-    protokoll = Protokoll();
-    MeldungsFaenger faenger;
-    KdoListe liste("L");
-    liste.fuegeEin(new KdoKommando("a", 0, "", kdoLeer));
-    liste.fuegeEin(new KdoKommando("a", 0, "", nullptr));
-    EXPECT_EQ(faenger.letzte().label, "LIST-ELEDOUBLE");
-    ListenObjekt objekt(&liste);
-    AnwKommando anw("a()");
-    EXPECT_EQ(objekt.fuehreAus(anw), 1);
-    EXPECT_EQ(protokoll.aufrufe, 1);
 }
 
 TEST(KdoKommandoTod, HelpWithoutTabulatorStops) {
