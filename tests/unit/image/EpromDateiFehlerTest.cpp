@@ -25,21 +25,23 @@ protected:
     }
 };
 
-TEST_F(EpromDateiFehlerTest, IntelEndRecordOnlyIsSilent) {
+TEST_F(EpromDateiFehlerTest, EndRecordAndMissingFile) {
     Eprom e;
     EXPECT_EQ(liesIntel(e, ":00000001FF\n"), 1);
     EXPECT_EQ(labels(), Labels{});
     EXPECT_EQ(e.liefereAnfAdr(), 0xFFFFFFFFu);
     EXPECT_EQ(Fehler::zusatzZeile, nullptr) << "the context line is cleared";
-}
 
-TEST_F(EpromDateiFehlerTest, IntelMissingEndRecord) {
-    Eprom e;
     EXPECT_EQ(liesIntel(e, ":0100100042AD\n"), 1);
     EXPECT_EQ(labels(), Labels{"HEXFILE-END-RECORD-MISSING"});
-    EXPECT_EQ(mit("HEXFILE-END-RECORD-MISSING")[0].detail, "");
-    EXPECT_EQ(mit("HEXFILE-END-RECORD-MISSING")[0].funktion, "EpromDateiIntel::lies");
+    EXPECT_EQ(letzte().detail, "");
+    EXPECT_EQ(letzte().funktion, "EpromDateiIntel::lies");
     EXPECT_EQ(e.liefereAnzSchr(0x10), 1);
+
+    meldungen.clear();
+    EXPECT_EQ(EpromDateiIntel("image_test_gibt_es_nicht.hex", 16).lies(e, nullptr, nullptr, nullptr), 0);
+    EXPECT_EQ(labels(), Labels{"FILEOPENERROR"});
+    EXPECT_EQ(Fehler::zusatzZeile, nullptr);
 }
 
 TEST_F(EpromDateiFehlerTest, IntelBadLinesAreCountedWithContextLine) {
@@ -187,13 +189,6 @@ TEST_F(EpromDateiFehlerTest, RangeFaultsOfWriters) {
     EXPECT_EQ(labels(), (Labels{"HEXFILE-ADR", "INVALID-DATA-FILE_REMOVED"}));
     EXPECT_EQ(letzte(1).funktion, "EpromDateiBinaer::schreibe");
     EXPECT_FALSE(gibtEs(b));
-}
-
-TEST_F(EpromDateiFehlerTest, MissingFileFailsThroughItsOpenMessage) {
-    Eprom e;
-    EXPECT_EQ(EpromDateiIntel("image_test_gibt_es_nicht.hex", 16).lies(e, nullptr, nullptr, nullptr), 0);
-    EXPECT_EQ(labels(), Labels{"FILEOPENERROR"});
-    EXPECT_EQ(Fehler::zusatzZeile, nullptr);
 }
 
 TEST_F(EpromDateiFehlerTest, RandomInputNeitherCrashesNorHangs) {

@@ -28,39 +28,33 @@ std::string tabelle(const Eprom& e) {
     return o.str();
 }
 
-TEST_F(EpromTest, WriteCountsSaturateAt255) {
-    Eprom e;
-    e.setzeByte(0x10, 1);
-    e.setzeByte(0x10, 2);
-    std::uint8_t b;
-    EXPECT_EQ(e.liefereByte(0x10, b, 1), 1);
-    EXPECT_EQ(b, 2);
-    EXPECT_EQ(e.liefereAnzSchr(0x10), 2);
-    for (int i = 0; i < 300; ++i) e.setzeByte(0x20, 0);
-    EXPECT_EQ(e.liefereAnzSchr(0x20), 255);
-    std::vector<std::uint8_t> v(40, 1);
-    for (int i = 0; i < 300; ++i) e.setzeBytes(0x18, v.data(), 40, 0);
-    EXPECT_EQ(e.liefereAnzSchr(0x20), 255);
-    EXPECT_EQ(e.liefereAnzSchr(0x18), 255);
-}
-
-TEST_F(EpromTest, FreeImageSpanIsOneRegionWithUnwrittenGaps) {
+TEST_F(EpromTest, FreeImageSpanAndSaturatingWriteCounts) {
     Eprom e;
     EXPECT_EQ(e.liefereAnfAdr(), 0xFFFFFFFFu);
     EXPECT_EQ(e.liefereEndAdr(), 0u);
     e.setzeByte(0x100, 1);
     EXPECT_EQ(tabelle(e), "100-100 ");
     e.setzeByte(0x200, 2);
-    EXPECT_EQ(tabelle(e), "100-200 ");
+    e.setzeByte(0x200, 3);
+    EXPECT_EQ(tabelle(e), "100-200 ") << "one region, unwritten between";
     std::uint8_t b = 9;
     EXPECT_EQ(e.liefereByte(0x180, b, 1), 1);
     EXPECT_EQ(b, 0);
     EXPECT_EQ(e.liefereAnzSchr(0x180), 0);
+    EXPECT_EQ(byteAn(e, 0x200), 3);
+    EXPECT_EQ(e.liefereAnzSchr(0x200), 2);
     adrInteger von, bis;
     ASSERT_EQ(e.liefereBereich(0x150, von, bis), 1);
     EXPECT_EQ(von, 0x150u);
     EXPECT_EQ(bis, 0x200u);
     EXPECT_EQ(e.liefereBereich(0x201, von, bis), 0);
+
+    for (int i = 0; i < 300; ++i) e.setzeByte(0x120, 0);
+    EXPECT_EQ(e.liefereAnzSchr(0x120), 255);
+    std::vector<std::uint8_t> v(40, 1);
+    for (int i = 0; i < 300; ++i) e.setzeBytes(0x118, v.data(), 40, 0);
+    EXPECT_EQ(e.liefereAnzSchr(0x120), 255);
+    EXPECT_EQ(e.liefereAnzSchr(0x118), 255);
 }
 
 TEST_F(EpromTest, WindowsAboveSixteenMegabytes) {
@@ -116,7 +110,7 @@ TEST_F(EpromTest, FixedImageRefusesAddressesOutsideRegions) {
     EXPECT_EQ(e.liefereByte(0x150, b, 1), 1) << "inside a region, though not belegt";
 }
 
-TEST_F(EpromTest, RegionSplitAndMergeTable) {
+TEST_F(EpromTest, RegionSplitMergeAndDelete) {
     Eprom e;
     for (adrInteger a = 0x1000; a < 0x2800; a += 0x80) e.setzeByte(a, static_cast<std::uint8_t>(a >> 7));
     e.setzeByte(0x1000, 0xAA);   // count 2 there
@@ -151,23 +145,21 @@ TEST_F(EpromTest, RegionSplitAndMergeTable) {
     EXPECT_EQ(e.liefereAnzSchr(0x1000), 2);
     EXPECT_EQ(e.liefereAnzSchr(0x2000), 0) << "bytes of the deleted region are gone";
     EXPECT_TRUE(meldungen.empty());
-}
 
-TEST_F(EpromTest, ExactBoundsChangeNothingAndDeletingTheLastRegionFrees) {
+    // Same bounds as the only region of a free image; deleting the last region frees.
     Eprom f;
     f.setzeByte(0x10, 1);
     f.setzeByte(0x20, 1);
     f.definiereBereich(0x10, 0x20);
-    EXPECT_TRUE(f.istFrei()) << "the only region of a free image, same bounds";
-
-    Eprom e;
-    e.definiereBereich(0x100, 0x1FF);
-    EXPECT_EQ(e.loescheBereich(0x300), 0);
-    EXPECT_EQ(e.loescheBereich(0x150), 1);
-    EXPECT_TRUE(e.istFrei());
-    EXPECT_EQ(e.liefereAnfAdr(), 0xFFFFFFFFu);
-    EXPECT_EQ(tabelle(e), "FFFFFFFF-0 ");
-    EXPECT_EQ(e.setzeByte(0x5000, 1), 1);
+    EXPECT_TRUE(f.istFrei());
+    Eprom g;
+    g.definiereBereich(0x100, 0x1FF);
+    EXPECT_EQ(g.loescheBereich(0x300), 0);
+    EXPECT_EQ(g.loescheBereich(0x150), 1);
+    EXPECT_TRUE(g.istFrei());
+    EXPECT_EQ(g.liefereAnfAdr(), 0xFFFFFFFFu);
+    EXPECT_EQ(tabelle(g), "FFFFFFFF-0 ");
+    EXPECT_EQ(g.setzeByte(0x5000, 1), 1);
 }
 
 TEST_F(EpromTest, FillTouchesOnlyUnwrittenBytesInsideRegions) {

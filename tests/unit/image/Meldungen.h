@@ -22,6 +22,15 @@ struct Meldung {
     int art;   // output kind: 0 shown, 1 suppressed, 2 log only
 };
 
+// Indexing past the end gives an empty message, so that a missing message
+// fails its check instead of ending the whole run.
+struct MeldungsListe : std::vector<Meldung> {
+    const Meldung& operator[](std::size_t i) const {
+        static const Meldung keine{};
+        return i < size() ? std::vector<Meldung>::operator[](i) : keine;
+    }
+};
+
 inline std::vector<Meldung>* aufnahme = nullptr;
 inline std::string* konsole = nullptr;
 
@@ -67,8 +76,8 @@ protected:
 
     // Messages of one label, shown or not, ignoring the file open/close
     // status lines.
-    std::vector<Meldung> mit(const std::string& label) const {
-        std::vector<Meldung> r;
+    MeldungsListe mit(const std::string& label) const {
+        MeldungsListe r;
         for (const auto& m : meldungen)
             if (m.label == label) r.push_back(m);
         return r;
