@@ -83,7 +83,8 @@ fuzz: deps
 	@b=$(abspath $(FUZZ_BUILD)); fehler=0; for z in $(FUZZ_TARGETS); do \
 	  mkdir -p $$b/korpus/$$z $$b/funde/$$z; \
 	  echo "fuzzing $$z for $(FUZZ_SECONDS) s"; \
-	  if ! $$b/fuzz_$$z -max_total_time=$(FUZZ_SECONDS) -timeout=$(FUZZ_TIMEOUT) -print_final_stats=1 \
+	  w=$(CURDIR)/tests/fuzz/$$z.dict; [ -f $$w ] && w=-dict=$$w || w=; \
+	  if ! $$b/fuzz_$$z $$w -max_total_time=$(FUZZ_SECONDS) -timeout=$(FUZZ_TIMEOUT) -print_final_stats=1 \
 	      -artifact_prefix=$$b/funde/$$z/ $$b/korpus/$$z $(CURDIR)/tests/fuzz/corpus/$$z \
 	      > $$b/funde/$$z.log 2>&1; then \
 	    fehler=1; \
