@@ -20,6 +20,17 @@ std::int32_t Datei::meldeOeffnen(bool gut, const char* okLabel, const char* funk
     return 0;
 }
 
+std::int32_t Datei::oeffneStill() {
+    if (strom_ && *strom_) return 1;
+    return meldeOeffnen(false, "", oeffneFunktion());
+}
+
+void Datei::schliesseStill() {
+    if (!strom_) return;
+    strom_->close();
+    strom_.reset();
+}
+
 std::int32_t Datei::meldeSchliessen(const char* funktion) {
     if (!strom_) return 1;
     strom_->close();

@@ -27,9 +27,16 @@ public:
     const DateiName& liefereDateiName() const { return dateiName_; }
     bool offen() const { return strom_ != nullptr; }
 
+    // For files that a command reads or writes as its data (image files):
+    // a good open and the close stay silent, only a failed open is reported,
+    // in the same form as `oeffne` reports it.
+    std::int32_t oeffneStill();
+    void schliesseStill();
+
 protected:
     // Shared body of oeffne: report by the stream's state.
     std::int32_t meldeOeffnen(bool gut, const char* okLabel, const char* funktion);
+    virtual const char* oeffneFunktion() const = 0;
     std::int32_t meldeSchliessen(const char* funktion);
 
     DateiName dateiName_;
@@ -44,6 +51,7 @@ public:
     std::int32_t schliesse() override;
     // The open stream, or null once closed.
     std::istream* liefereStrom() { return strom_.get(); }
+    const char* oeffneFunktion() const override { return "IDatei::oeffne"; }
 
     // Line count kept by readers that work line by line.
     std::int32_t zeilenNummer() const { return zeilenNummer_; }
@@ -60,6 +68,7 @@ public:
     std::int32_t schliesse() override;
     // The open stream, or null once closed.
     std::ostream* liefereStrom() { return strom_.get(); }
+    const char* oeffneFunktion() const override { return "ODatei::oeffne"; }
 };
 
 // Deletes a file: 0, or -1 with errno set.

@@ -136,7 +136,7 @@ int EpromDatei::schreibe(Eprom& eprom, const adrInteger* startAdresse, const adr
             return binaer->schreibe(eprom, startAdresse, endAdresse, externeAdresse);
 
     ODatei ausgabe(datei);
-    if (!ausgabe.oeffne()) return 0;
+    if (!ausgabe.oeffneStill()) return 0;
     beginneKontext(datei);
     adrInteger von, bis;
     String fehler;
@@ -146,7 +146,7 @@ int EpromDatei::schreibe(Eprom& eprom, const adrInteger* startAdresse, const adr
         Fehler("HEXFILE-ADR", "EpromDatei::schreibe", fehler, 'E');
     else
         ergebnis = schreibe(eprom, *ausgabe.liefereStrom(), von, bis, externeAdresse);
-    ausgabe.schliesse();
+    ausgabe.schliesseStill();
     Fehler::zusatzZeile = nullptr;
     return ergebnis;
 }
@@ -165,7 +165,7 @@ int EpromDateiIntel::lies(Eprom& eprom, const adrInteger* startAdresse, const ad
     std::uint32_t fehlZeilen = 0;
 
     IDatei eingabe(datei);
-    if (!eingabe.oeffne()) return 0;
+    if (!eingabe.oeffneStill()) return 0;
     beginneKontext(datei);
     Fehler::begrenzeAusgabe(fmtLabel, 5, 'W', 1);
     {
@@ -212,7 +212,7 @@ int EpromDateiIntel::lies(Eprom& eprom, const adrInteger* startAdresse, const ad
     if (!endeGefunden) Fehler("HEXFILE-END-RECORD-MISSING", funktion, "", 'W');
     if (fehlZeilen) Fehler("HEXFILE-FMT-COUNT", funktion, String("COUNT: " + klein(fehlZeilen)), 'W');
     Fehler::hebeBegrenzungAuf(fmtLabel);
-    eingabe.schliesse();
+    eingabe.schliesseStill();
     Fehler::zusatzZeile = nullptr;
     return 1;
 }
@@ -285,7 +285,7 @@ int EpromDateiMotorola::lies(Eprom& eprom, const adrInteger* startAdresse, const
     const char* funktion = "EpromDateiMotorola::lies";
     std::uint32_t fehlZeilen = 0;
     IDatei eingabe(datei);
-    if (!eingabe.oeffne()) return 0;
+    if (!eingabe.oeffneStill()) return 0;
     beginneKontext(datei);
     Fehler::begrenzeAusgabe(fmtLabel, 5, 'W', 1);
     {
@@ -340,7 +340,7 @@ int EpromDateiMotorola::lies(Eprom& eprom, const adrInteger* startAdresse, const
     }
     if (fehlZeilen) Fehler("HEXFILE-FMT-COUNT", funktion, String("COUNT: " + klein(fehlZeilen)), 'W');
     Fehler::hebeBegrenzungAuf(fmtLabel);
-    eingabe.schliesse();
+    eingabe.schliesseStill();
     Fehler::zusatzZeile = nullptr;
     return 1;
 }
@@ -423,7 +423,7 @@ int EpromDateiBinaer::lies(Eprom& eprom, const adrInteger* startAdresse, const a
     adrInteger adr = startAdresse ? *startAdresse : 0;
     adrInteger limit = endAdresse ? *endAdresse : 0xFFFFFFFF;
     IDatei eingabe(datei);
-    if (!eingabe.oeffne()) return 0;
+    if (!eingabe.oeffneStill()) return 0;
     // The context line names the file but keeps the line number it had.
     zeilenDatei = datei.liefereGanz();
     Fehler::zusatzZeile = &EpromDatei::liefereZeilenPosition;
@@ -482,7 +482,7 @@ int EpromDateiBinaer::lies(Eprom& eprom, const adrInteger* startAdresse, const a
         }
     }
     Fehler::hebeBegrenzungAuf("BINARY-FILE-FMT");
-    eingabe.schliesse();
+    eingabe.schliesseStill();
     Fehler::zusatzZeile = nullptr;
     return ergebnis;
 }
@@ -495,7 +495,7 @@ int EpromDateiBinaer::schreibe(Eprom&, std::ostream&, adrInteger, adrInteger, co
 int EpromDateiBinaer::schreibe(Eprom& eprom, const adrInteger* startAdresse, const adrInteger* endAdresse,
                                const adrInteger*) {
     ODatei ausgabe(datei);
-    if (!ausgabe.oeffne()) return 0;
+    if (!ausgabe.oeffneStill()) return 0;
     zeilenNr = 0;
     zeilenDatei = datei.liefereGanz();
     adrInteger von, bis;
@@ -535,7 +535,7 @@ int EpromDateiBinaer::schreibe(Eprom& eprom, const adrInteger* startAdresse, con
             a += n;
         }
     }
-    ausgabe.schliesse();
+    ausgabe.schliesseStill();
     if (!ergebnis) {
         const String& name = datei.liefereGanz();
         Fehler("INVALID-DATA-FILE_REMOVED", "EpromDateiBinaer::schreibe ", name, 'E');
