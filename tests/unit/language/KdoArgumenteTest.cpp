@@ -69,33 +69,26 @@ TEST(KdoArgument, EnumValuesOnlyFromAnEnumeration) {
 
 TEST(KdoArgument, EmptyPlaceAndEndOfPlace) {
     struct {
+        int (*pruefe)(std::istream&);
         const char* text;
-        int leer;
+        int ergebnis;
         const char* rest;   // what the stream holds afterwards
-    } leerFaelle[] = {
-        {"(,x)", 1, ",x)"},
-        {"( )", 1, ")"},
-        {",  ,", 1, ","},
-        {")", 1, ")"},
-        {"(5)", 0, "5)"},
-        {", 5", 0, "5"},
-        {"5", 0, "5"},
+    } faelle[] = {
+        {KdoArgument::istLeer, "(,x)", 1, ",x)"},
+        {KdoArgument::istLeer, "( )", 1, ")"},
+        {KdoArgument::istLeer, ",  ,", 1, ","},
+        {KdoArgument::istLeer, ")", 1, ")"},
+        {KdoArgument::istLeer, "(5)", 0, "5)"},
+        {KdoArgument::istLeer, ", 5", 0, "5"},
+        {KdoArgument::istLeer, "5", 0, "5"},
+        {KdoArgument::folgtEnde, ",a", 1, ",a"},
+        {KdoArgument::folgtEnde, ")", 1, ")"},
+        {KdoArgument::folgtEnde, "ab", 0, "b"},
+        {KdoArgument::folgtEnde, "", 0, ""},
     };
-    for (const auto& f : leerFaelle) {
+    for (const auto& f : faelle) {
         std::istringstream s(f.text);
-        EXPECT_EQ(KdoArgument::istLeer(s), f.leer) << f.text;
-        s.clear();
-        std::string rest((std::istreambuf_iterator<char>(s)), std::istreambuf_iterator<char>());
-        EXPECT_EQ(rest, f.rest) << f.text;
-    }
-    struct {
-        const char* text;
-        int ende;
-        const char* rest;
-    } endeFaelle[] = {{",a", 1, ",a"}, {")", 1, ")"}, {"ab", 0, "b"}, {"", 0, ""}};
-    for (const auto& f : endeFaelle) {
-        std::istringstream s(f.text);
-        EXPECT_EQ(KdoArgument::folgtEnde(s), f.ende) << f.text;
+        EXPECT_EQ(f.pruefe(s), f.ergebnis) << f.text;
         s.clear();
         std::string rest((std::istreambuf_iterator<char>(s)), std::istreambuf_iterator<char>());
         EXPECT_EQ(rest, f.rest) << f.text;

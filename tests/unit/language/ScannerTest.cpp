@@ -46,6 +46,9 @@ TEST(ScannerTest, NormalMode) {
     // Blank, tab, form feed, carriage return and control-Z are white space;
     // a vertical tab is not.
     EXPECT_EQ(tokens("a \t\f\r\x1a b\v\n"), "N(a) N(b) \v NL END");
+    // A byte 255 or 0 ends the input.
+    EXPECT_EQ(tokens("a \xff b\n"), "N(a) END");
+    EXPECT_EQ(tokens(std::string("a \0 b\n", 6)), "N(a) END");
 }
 
 TEST(ScannerTest, KeywordsInAnyCase) {
@@ -119,11 +122,6 @@ TEST(ScannerTest, RawText) {
     // inside the line is text.
     EXPECT_EQ(tokens("ab", 0), "T\"ab\" END");
     EXPECT_EQ(tokens("a\xff" "b)\n", 0), "T\"a\xff" "b\" )#1 NL END");
-}
-
-TEST(ScannerTest, Byte255EndsNormalInput) {
-    EXPECT_EQ(tokens("a \xff b\n"), "N(a) END");
-    EXPECT_EQ(tokens(std::string("a \0 b\n", 6)), "N(a) END");
 }
 
 TEST(ScannerTest, TokenPositions) {
