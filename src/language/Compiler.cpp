@@ -1,8 +1,7 @@
 // The Compiler's run of lines and procedures, its definitions and the error
 // control. The help texts and displays are in CompilerHilfe.cpp, the
 // translation statements in CompilerTrans.cpp.
-// Covered by tests/unit/language/CompilerTest.cpp, CompilerFehlerTest.cpp and
-// CompilerBatchTest.cpp.
+// Covered by tests/unit/language/CompilerTest.cpp.
 #include "language/Compiler.h"
 
 #include <climits>

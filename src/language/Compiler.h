@@ -19,8 +19,7 @@
 // `ausfuehre` runs a further Compiler inside an action of the outer one, and
 // both must see the same request to leave.
 //
-// Covered by tests/unit/language/CompilerTest.cpp, CompilerFehlerTest.cpp
-// and CompilerBatchTest.cpp.
+// Covered by tests/unit/language/CompilerTest.cpp.
 #pragma once
 
 #include <iosfwd>

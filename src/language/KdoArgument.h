@@ -8,8 +8,7 @@
 // serve. The common parsing frame and its helpers live here as well; the
 // concrete classes (KdoArgumente.h) supply the token reader.
 //
-// Covered by tests/unit/language/KdoArgumentTest.cpp and
-// tests/unit/language/KdoArgumenteTest.cpp.
+// Covered by tests/unit/language/KdoArgumenteTest.cpp.
 #pragma once
 
 #include <cstdint>
