@@ -9,7 +9,7 @@
 // the grammar that matching never reaches is not reported.
 //
 // Covered by tests/unit/grammar/mmparse/MmparseMatcherTest.cpp,
-// MmparseFehlerTest.cpp and MmparseReferenzTest.cpp.
+// MmparseFehlerTest.cpp and MmparseFuzzTest.cpp (the reference cross-check).
 #include <algorithm>
 
 #include "grammar/mmparse/MmZustand.h"

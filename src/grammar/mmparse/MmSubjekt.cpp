@@ -4,7 +4,7 @@
 // drops the text before the subject pointer, so a grammar that commits per
 // record needs a small block whatever the size of the file.
 //
-// Covered by tests/unit/grammar/mmparse/MmparseStromTest.cpp.
+// Covered by tests/unit/grammar/mmparse/MmparseAusgabeTest.cpp.
 #include <cstring>
 
 #include "grammar/mmparse/MmZustand.h"
