@@ -1,4 +1,4 @@
-// The text displays of an image: byte dump in both forms,
+// The text displays of an image: region counts, byte dump in both forms,
 // runs of write counts, and the comparison of two images.
 #include <sstream>
 
@@ -10,6 +10,19 @@ using bildtest::MitMeldungen;
 namespace {
 
 class EpromAnzeigeTest : public MitMeldungen {};
+
+// The layout itself is checked with the fixed-image message.
+TEST_F(EpromAnzeigeTest, RegionListingCountsInHex) {
+    Eprom f;
+    for (adrInteger a = 0; a < 11; ++a) f.definiereBereich(a * 0x10, a * 0x10 + 1);
+    std::ostringstream p;
+    f.anzeigeBereiche(p);
+    EXPECT_NE(p.str().find("Anzahl Eprombereiche: B\n"), std::string::npos);
+    EXPECT_NE(p.str().find("[A]  SegNr=0 AnfAdr=A0 EndAdr=A1\n"), std::string::npos);
+    p.str("");
+    p << 255;
+    EXPECT_EQ(p.str(), "FF") << "the stream stays in upper-case hex";
+}
 
 TEST_F(EpromAnzeigeTest, ByteDumpInHexAndText) {
     Eprom e;
