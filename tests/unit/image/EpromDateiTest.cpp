@@ -138,7 +138,9 @@ TEST_F(EpromDateiTest, IntelLinesAlignOnNutzBytesAndGapsComeOutAsZero) {
     EXPECT_EQ(z[2].substr(0, 9), ":01102000");
 }
 
-TEST_F(EpromDateiTest, IntelExternalAddressMovesTheFileWindow) {
+// The external address moves the file window: Intel writes it as file
+// address, Motorola shifts the image addresses by it.
+TEST_F(EpromDateiTest, ExternalAddressMovesTheFileWindow) {
     Eprom e;
     for (adrInteger a = 0x1000; a < 0x1010; ++a) e.setzeByte(a, static_cast<std::uint8_t>(a));
     std::string n = datei("ext2.hex");
@@ -148,12 +150,25 @@ TEST_F(EpromDateiTest, IntelExternalAddressMovesTheFileWindow) {
     EXPECT_EQ(z[0], ":020000020000FC");
     EXPECT_EQ(z[1], ":020000022000DC");
     EXPECT_EQ(z[2].substr(0, 9), ":10800000");
-
     Eprom f;
     adrInteger start = 0x1000, ende = 0x1007;
     ASSERT_EQ(EpromDateiIntel(n.c_str(), 16).lies(f, &start, &ende, &ext), 1);
     EXPECT_EQ(f.liefereAnfAdr(), 0x1000u);
     EXPECT_EQ(f.liefereEndAdr(), 0x1007u) << "the end sets the length of the window";
+
+    Eprom m;
+    for (adrInteger a = 0x100; a < 0x120; ++a) m.setzeByte(a, static_cast<std::uint8_t>(a));
+    std::string s = datei("ext.s");
+    adrInteger mext = 0x9000;
+    EpromDateiMotorola w(s.c_str(), 16);
+    w.modus = EpromDateiMotorola::S1S9;
+    ASSERT_EQ(w.schreibe(m, nullptr, nullptr, &mext), 1);
+    EXPECT_EQ(zeilen(s)[1].substr(0, 8), "S1139000");
+    Eprom g;
+    adrInteger mstart = 0x100;
+    ASSERT_EQ(EpromDateiMotorola(s.c_str(), 16).lies(g, &mstart, nullptr, &mext), 1);
+    enthaelt(m, g);
+    EXPECT_EQ(g.liefereAnfAdr(), 0x100u);
 }
 
 TEST_F(EpromDateiTest, MotorolaWidthsGrowWithTheAddresses) {
@@ -186,22 +201,6 @@ TEST_F(EpromDateiTest, MotorolaWidthsGrowWithTheAddresses) {
     EXPECT_EQ(z[1].substr(0, 2), "S3");
     EXPECT_EQ(z.back(), "S70500000000FA");
     EXPECT_EQ(z.size(), 4u) << "no end record in between";
-}
-
-TEST_F(EpromDateiTest, MotorolaExternalAddressShiftsImageAddresses) {
-    Eprom e;
-    for (adrInteger a = 0x100; a < 0x120; ++a) e.setzeByte(a, static_cast<std::uint8_t>(a));
-    std::string n = datei("ext.s");
-    adrInteger ext = 0x9000;
-    EpromDateiMotorola w(n.c_str(), 16);
-    w.modus = EpromDateiMotorola::S1S9;
-    ASSERT_EQ(w.schreibe(e, nullptr, nullptr, &ext), 1);
-    EXPECT_EQ(zeilen(n)[1].substr(0, 8), "S1139000");
-    Eprom f;
-    adrInteger start = 0x100;
-    ASSERT_EQ(EpromDateiMotorola(n.c_str(), 16).lies(f, &start, nullptr, &ext), 1);
-    enthaelt(e, f);
-    EXPECT_EQ(f.liefereAnfAdr(), 0x100u);
 }
 
 }  // namespace
