@@ -16,11 +16,9 @@ namespace {
 class EpromDateiTest : public MitMeldungen {
 protected:
     // Random stretches, some of them above 64 KiB, 1 MiB and 16 MiB.
-    static Eprom zufallsBild(std::mt19937& z, bool mitGrossen) {
+    static Eprom zufallsBild(std::mt19937& z) {
         Eprom e;
-        std::vector<adrInteger> starts = {0x0, 0x7F3, 0xFFF0};
-        if (mitGrossen) starts.insert(starts.end(), {0x12345, 0x1000005, 0x2345678, 0xFFFFFF00});
-        for (adrInteger s : starts) {
+        for (adrInteger s : {0x0u, 0x7F3u, 0xFFF0u, 0x12345u, 0x1000005u, 0x2345678u, 0xFFFFFF00u}) {
             std::uint32_t n = 1 + z() % 300;
             for (std::uint32_t i = 0; i < n; ++i) e.setzeByte(s + i, static_cast<std::uint8_t>(z()));
         }
@@ -58,7 +56,7 @@ TEST_F(EpromDateiTest, HexRoundTrips) {
     const std::pair<bool, std::uint32_t> laeufe[] = {{true, 16}, {true, 32}, {true, 7},
                                                      {false, 0}, {false, 1}, {false, 2}, {false, 3}};
     for (const auto& [intel, wert] : laeufe) {
-        Eprom e = zufallsBild(z, true);
+        Eprom e = zufallsBild(z);
         std::string n = datei("rund");
         Eprom f;
         if (intel) {
@@ -94,7 +92,7 @@ TEST_F(EpromDateiTest, BinaryRoundTripWithOffsets) {
     ASSERT_EQ(EpromDateiBinaer(n.c_str()).lies(f, &start, nullptr, &ueber), 1);
     EXPECT_EQ(f.liefereAnfAdr(), 0x500u);
     EXPECT_EQ(f.liefereEndAdr(), 0x500u + 100000 - 16 - 1);
-    EXPECT_EQ(byteAn(f, 0x500), v[16]);
+    for (std::uint32_t i = 0; i < 100000 - 16; ++i) ASSERT_EQ(byteAn(f, 0x500 + i), v[16 + i]) << i;
 
     // The virtual form through the base class goes to the binary writer too.
     Eprom g;
