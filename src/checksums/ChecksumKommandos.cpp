@@ -1,5 +1,5 @@
 // The checksum command handlers; see ChecksumKommandos.h.
-// Covered by tests/unit/checksums/ChecksumKommandoTest.cpp.
+// Covered by the end-to-end cases in tests/e2e/cases/checksums.
 #include "checksums/ChecksumKommandos.h"
 
 #include <memory>
