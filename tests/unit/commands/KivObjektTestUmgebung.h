@@ -16,6 +16,7 @@
 #include "commands/KivEprom.h"
 #include "commands/KivObjekt.h"
 #include "foundation/MeldungsFaenger.h"
+#include "frame/Programm.h"
 #include "image/Eprom.h"
 #include "language/KdoGlobal.h"
 #include "language/KdoKommando.h"
@@ -31,22 +32,12 @@ protected:
         std::filesystem::remove_all(verzeichnis_);
         std::filesystem::create_directories(verzeichnis_);
         alterStrom_ = kdoAnzeigeStream;
+        kivAufbau("kiv");
         kdoAnzeigeStream = &ausgabe;
-        kivWurzel = new KivObjekt("Kiv", "<Kiv>Kiv");
-        kdoBaum = new KdoBaum(kivWurzel, nullptr, nullptr, nullptr, nullptr);
-        bauKivObjektListe();
-        bauKivEpromListe();
         faenger.leere();
     }
     void TearDown() override {
-        delete kivWurzel;
-        kivWurzel = nullptr;
-        delete kivObjektListe;
-        kivObjektListe = nullptr;
-        delete kivEpromListe;
-        kivEpromListe = nullptr;
-        delete kdoBaum;
-        kdoBaum = nullptr;
+        kivAbbau();
         kdoAnzeigeStream = alterStrom_;
         std::filesystem::remove_all(verzeichnis_);
     }
