@@ -17,6 +17,16 @@ namespace {
 
 constexpr std::size_t maxGrammatik = 512;
 constexpr std::size_t maxSubjekt = 2048;
+// A repeated group or rule may backtrack through every split of the subject
+// between its runs, which is exponential in the subject's length by the
+// notation's own rules. Such grammars get subjects short enough to finish.
+constexpr std::size_t maxSubjektWiederholt = 6;
+
+bool wiederholtGruppe(const std::string& g) {
+    for (std::size_t i = 0; i + 1 < g.size(); ++i)
+        if ((g[i] == ')' || g[i] == '>') && (g[i + 1] == '*' || g[i + 1] == '+')) return true;
+    return false;
+}
 constexpr std::int32_t pufferLaenge = 1 << 16;
 constexpr std::size_t waechter = 64;   // bytes behind the buffer that must stay untouched
 
@@ -84,8 +94,10 @@ int kivFuzzMmparse(const std::uint8_t* daten, std::size_t groesse) {
         weiter = 2;
     }
     const std::string grammatik = eingabe.substr(0, std::min(trenn, maxGrammatik));
-    const std::string subjekt =
-        trenn == std::string::npos ? std::string() : eingabe.substr(trenn + weiter, maxSubjekt);
+    const std::string subjekt = trenn == std::string::npos
+                                    ? std::string()
+                                    : eingabe.substr(trenn + weiter, wiederholtGruppe(grammatik) ? maxSubjektWiederholt
+                                                                                              : maxSubjekt);
     const auto laenge = static_cast<std::int32_t>(subjekt.size());
 
     // The plain copy of an in-memory subject repeats, at each commit, the
