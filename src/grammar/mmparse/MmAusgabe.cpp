@@ -196,6 +196,12 @@ std::int32_t baue(std::int32_t aktuell, std::int32_t zeiger, Pos quelle, std::in
             laeufe.pop_back();
             continue;
         }
+        // A commit inside a repeated group can leave `bis` off the path up;
+        // the walk then ends at the outermost frame instead of reading above it.
+        if (l.aktuell < 0) {
+            laeufe.pop_back();
+            continue;
+        }
         l.vorher = l.aktuell;
         bool abwaerts = l.zeiger < oberster && frame(l.zeiger + 1).parent == l.vorher;
         if (abwaerts) {
