@@ -6,6 +6,8 @@
 // target works in a directory of its own, empties it for every input, and
 // skips inputs that could name a file elsewhere: a "/" that is more than an
 // absent argument, or a backslash at a line end, which could join one.
+// Long hexadecimal numbers are skipped too (see hatGrosseZahl).
+#include <cctype>
 #include <filesystem>
 #include <string>
 
@@ -34,6 +36,18 @@ bool nenntFremdeDatei(const std::string& text) {
         const char c = text[i], d = text[i + 1];
         if (c == '\\' && (d == '\n' || d == '\r')) return true;
         if (c == '/' && std::string(" \t\r\n,)").find(d) == std::string::npos) return true;
+    }
+    return false;
+}
+
+// Commands work in proportion to the address ranges they are given, up to
+// four gigabytes; ranges are kept below one megabyte by skipping inputs with
+// longer hexadecimal numbers, so that a slow input means a fault.
+bool hatGrosseZahl(const std::string& text) {
+    std::size_t lauf = 0;
+    for (char c : text) {
+        lauf = std::isxdigit(static_cast<unsigned char>(c)) ? lauf + 1 : 0;
+        if (lauf > 5) return true;
     }
     return false;
 }
@@ -97,7 +111,7 @@ int kivFuzzCompiler(const std::uint8_t* daten, std::size_t groesse) {
     arbeitsOrdner();
 
     const std::string text(reinterpret_cast<const char*>(daten), groesse);
-    if (nenntFremdeDatei(text)) return 0;
+    if (nenntFremdeDatei(text) || hatGrosseZahl(text)) return 0;
     leereOrdner();
     // Error control and limits of one input must not reach the next.
     FehlerListen::instanz().status.clear();
