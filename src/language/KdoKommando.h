@@ -90,7 +90,7 @@ private:
     std::vector<std::unique_ptr<KdoArgument>> argumente_;
     std::int32_t ok_ = 1;
     KdoHandler handler_;
-    KdoHandler hilfeHandler_;
+    [[maybe_unused]] KdoHandler hilfeHandler_;   // kept with the command, never called
     KdoListe* liste_ = nullptr;
 };
 
