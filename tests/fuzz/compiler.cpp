@@ -16,9 +16,7 @@
 #include "FuzzUmgebung.h"
 #include "commands/KivEprom.h"
 #include "commands/KivObjekt.h"
-#include "foundation/DateiName.h"
-#include "foundation/Liste.h"
-#include "foundation/Tabulator.h"
+#include "frame/Programm.h"
 #include "language/Compiler.h"
 #include "language/KdoGlobal.h"
 #include "language/KdoListe.h"
@@ -75,33 +73,6 @@ void leereOrdner() {
     for (const auto& e : fs::directory_iterator(arbeitsOrdner(), weg)) fs::remove_all(e.path(), weg);
 }
 
-// The program's start-up and close-down, without log and banner.
-void baueAuf(std::ostream& anzeige) {
-    anzahlListen = 0;
-    dokPosition = new Tabulator;
-    dokPosition->setzeStops(10, {10, 25, 45});
-    dokPosition->setzeUmbruch(1);
-    kivWurzel = new KivObjekt("Kiv", "<Kiv>Kiv");
-    kdoBaum = new KdoBaum(kivWurzel, kdoRelation, kdoVergleich, kdoNamensVergleich, kdoLoesche);
-    kdoAnzeigeStream = &anzeige;
-    programmDatei = DateiName("kiv");
-    bauKivObjektListe();
-    bauKivEpromListe();
-}
-
-void bauAb() {
-    delete kivWurzel;
-    kivWurzel = nullptr;
-    delete kivObjektListe;
-    kivObjektListe = nullptr;
-    delete kivEpromListe;
-    kivEpromListe = nullptr;
-    delete kdoBaum;
-    kdoBaum = nullptr;
-    delete dokPosition;
-    dokPosition = nullptr;
-}
-
 }  // namespace
 
 int kivFuzzCompiler(const std::uint8_t* daten, std::size_t groesse) {
@@ -119,7 +90,9 @@ int kivFuzzCompiler(const std::uint8_t* daten, std::size_t groesse) {
     setzeFehlerZurueck();
 
     std::ostream anzeige(&nullPuffer());
-    baueAuf(anzeige);
+    // The program's own set-up, without log and banner.
+    kivAufbau("kiv");
+    kdoAnzeigeStream = &anzeige;
     std::size_t anfang = 0;
     for (std::size_t n = 0; n < maxZeilen && anfang < text.size(); ++n) {
         std::size_t ende = text.find('\n', anfang);
@@ -132,7 +105,7 @@ int kivFuzzCompiler(const std::uint8_t* daten, std::size_t groesse) {
             verletzt(ziel, "compiler status out of range");
         if (status == Compiler::STATUS_EXIT) break;
     }
-    bauAb();
+    kivAbbau();
     if (anzahlListen != 0) verletzt(ziel, "lists left alive after the tree was taken down");
     Fehler::holeStatus();
     return 0;
