@@ -7,9 +7,11 @@ JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 BUILD ?= build
 ASAN_BUILD ?= build-asan
 PREFIX ?= /usr/local
+# Extra configure options, e.g. CMAKE_ARGS=-DKIV_WERROR=ON as CI sets it.
+CMAKE_ARGS ?=
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 
-.PHONY: all build test unit e2e asan demo bench deps clean install package
+.PHONY: all build test unit e2e asan demo bench deps clean install package mutate
 
 all: build
 
@@ -29,14 +31,14 @@ $(BUILD)/Makefile: deps
 	@cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=Release >/dev/null
 
 build: deps
-	@cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=Release >/dev/null
+	@cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=Release $(CMAKE_ARGS) >/dev/null
 	@cmake --build $(BUILD) -j$(JOBS)
 
 test: build
 	@cd $(BUILD) && ctest --output-on-failure -j$(JOBS)
 
 asan: deps
-	@cmake -S . -B $(ASAN_BUILD) -DCMAKE_BUILD_TYPE=Debug -DKIV_SANITIZE=ON >/dev/null
+	@cmake -S . -B $(ASAN_BUILD) -DCMAKE_BUILD_TYPE=Debug -DKIV_SANITIZE=ON $(CMAKE_ARGS) >/dev/null
 	@cmake --build $(ASAN_BUILD) -j$(JOBS)
 	@cd $(ASAN_BUILD) && ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 \
 	  UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 ctest --output-on-failure -j$(JOBS)
@@ -48,11 +50,18 @@ bench: build
 	@for b in $(BUILD)/bench_*; do [ -x "$$b" ] && "$$b"; done; true
 	@[ -x bench/bench.sh ] && bench/bench.sh $(BUILD)/kiv || true
 
+# Plants a fixed sample of single faults in src/ and reports which ones the
+# tests catch (tools/mutate.py --help). On demand only, not part of `test`.
+MUTATE_SAMPLE ?= 150
+MUTATE_SEED ?= 1
+mutate: deps
+	@python3 tools/mutate.py --sample $(MUTATE_SAMPLE) --seed $(MUTATE_SEED) --jobs $(JOBS)
+
 install: build
 	cmake --install $(BUILD) --prefix $(PREFIX)
 
 clean:
-	rm -rf $(BUILD) $(ASAN_BUILD)
+	rm -rf $(BUILD) $(ASAN_BUILD) build-mutate
 
 # ---- Fuzzing ----------------------------------------------------------------
 # `make fuzz` builds the libFuzzer targets with clang in $(FUZZ_BUILD) and runs

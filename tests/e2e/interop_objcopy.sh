@@ -6,7 +6,7 @@ set -eu
 kiv=$(cd "$(dirname "$1")" && pwd)/$(basename "$1")
 if ! command -v objcopy >/dev/null 2>&1; then
   echo "objcopy not found: interoperation not checked"
-  exit 0
+  exit 77
 fi
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
