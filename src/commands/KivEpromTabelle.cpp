@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "checksums/ChecksumKommandos.h"
+#include "foundation/Abbruch.h"
 #include "commands/KivEprom.h"
 #include "language/KdoGlobal.h"
 #include "language/KdoKommando.h"
@@ -87,10 +88,7 @@ void bauKivEpromListe()
 {
     // The inspect commands write to this stream; without it the table is
     // useless, and the program stops here.
-    if (!kdoAnzeigeStream) {
-        std::cerr << "Assertion failed: kdoAnzeigeStream != NULL, file kiveprom, line 174" << std::endl;
-        std::abort();
-    }
+    if (!kdoAnzeigeStream) zusicherungVerletzt("kdoAnzeigeStream != NULL, file kiveprom, line 174");
     delete kivEpromListe;
     kivEpromListe = new KdoListe("KivEprom");
     for (const Eintrag& e : tabelle) {

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "foundation/Abbruch.h"
 #include "foundation/Tabulator.h"
 #include "language/KdoArgumente.h"
 #include "language/KdoGlobal.h"
@@ -185,10 +186,7 @@ KdoArgument& KdoKommando::operator[](std::uint16_t index) {
 }
 
 void KdoKommando::anzeige(std::ostream& strom) const {
-    if (!dokPosition) {
-        std::cerr << "Assertion failed: dokPosition != NULL" << std::endl;
-        std::abort();
-    }
+    if (!dokPosition) zusicherungVerletzt("dokPosition != NULL");
     Tabulator& tab = *dokPosition;
     std::ostringstream text;
     tab.beginneZeile(text);

@@ -6,21 +6,18 @@
 #include <cstring>
 #include <iostream>
 
+#include "foundation/Abbruch.h"
+
 dataInteger scannerModus = 1;
 
 namespace {
 
-// Internal faults of the automaton end the process; they can only come from
-// a broken state table, never from input.
-[[noreturn]] void interneStoerung(std::ostream& strom, const char* text) {
-    strom << text << std::endl;
-    std::exit(1);
-}
-
+// Internal faults of the automaton can only come from a broken state table,
+// never from input.
 class NilZustand : public ScannerZustand {
 public:
     void operator()(Scanner&) const override {
-        interneStoerung(std::cout, "ERROR! The automaton state is nil!");
+        brichAb(std::cout, "ERROR! The automaton state is nil!");
     }
 };
 const NilZustand nilZustand;
@@ -115,7 +112,7 @@ void Scanner::rufe(const ScannerZustand& naechster) {
 }
 
 void Scanner::kehreZurueck() {
-    if (zustandsStapel.empty()) interneStoerung(std::cerr, "Scanner::Stack::pop(): fatal error #1");
+    if (zustandsStapel.empty()) brichAb(std::cerr, "Scanner::Stack::pop(): fatal error #1");
     zustand = zustandsStapel.back();
     zustandsStapel.pop_back();
 }

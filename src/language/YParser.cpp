@@ -1,15 +1,13 @@
 #include "language/YParser.h"
 
-#include <cstdlib>
 #include <iostream>
+
+#include "foundation/Abbruch.h"
 
 namespace {
 
 // A fault of the tables, not of the input: the process can not go on.
-[[noreturn]] void tabellenFehler(const char* text) {
-    std::cerr << text << std::endl;
-    std::exit(1);
-}
+[[noreturn]] void tabellenFehler(const char* text) { brichAb(std::cerr, text); }
 
 }  // namespace
 

@@ -295,14 +295,14 @@ using Referenz = std::set<std::string, KollationKleiner>;
 int pruefeTeilbaum(const BasisNode* k, std::vector<const BasisNode*>& folge, std::string& fehler) {
     int links = 0, rechts = 0;
     if (!k->linksFaden()) {
-        if (!k->links) return fehler = "null child link", -1;
-        links = pruefeTeilbaum(k->links, folge, fehler);
+        if (!k->links()) return fehler = "null child link", -1;
+        links = pruefeTeilbaum(k->links(), folge, fehler);
         if (links < 0) return -1;
     }
     folge.push_back(k);
     if (!k->rechtsFaden()) {
-        if (!k->rechts) return fehler = "null child link", -1;
-        rechts = pruefeTeilbaum(k->rechts, folge, fehler);
+        if (!k->rechts()) return fehler = "null child link", -1;
+        rechts = pruefeTeilbaum(k->rechts(), folge, fehler);
         if (rechts < 0) return -1;
     }
     const int differenz = rechts - links;
@@ -335,9 +335,9 @@ int pruefeTeilbaum(const BasisNode* k, std::vector<const BasisNode*>& folge, std
                                                  << " expected " << *it;
         const BasisNode* vor = i > 0 ? folge[i - 1] : nullptr;
         const BasisNode* nach = i + 1 < folge.size() ? folge[i + 1] : nullptr;
-        if (k->linksFaden() && k->links != vor)
+        if (k->linksFaden() && k->links() != vor)
             return ::testing::AssertionFailure() << "left thread of " << *it;
-        if (k->rechtsFaden() && k->rechts != nach)
+        if (k->rechtsFaden() && k->rechts() != nach)
             return ::testing::AssertionFailure() << "right thread of " << *it;
         if (SortedCltn::nachfolger(k) != nach || SortedCltn::vorgaenger(k) != vor)
             return ::testing::AssertionFailure() << "stepping from " << *it;
