@@ -25,21 +25,3 @@ int ChecksumCRC16::bilde(int, Eprom& eprom, adrInteger* summe)
     *summe = bildeCrc(eprom, rechner, 2, swap, "ChecksumCRC16::bilde");
     return 1;
 }
-
-int ChecksumCRC16::bildeSumme(Eprom& eprom, adrInteger* summe)
-{
-    return bilde(1, eprom, summe);
-}
-
-adrInteger ChecksumCRC16::liefereSumme(Eprom& eprom)
-{
-    adrInteger summe = 0;
-    bilde(1, eprom, &summe);
-    return summe;
-}
-
-void ChecksumCRC16::zeigeBericht(Eprom& eprom, std::ostream& strom)
-{
-    // One heading for both polynomials, two digits at least; intended.
-    zeigeBerichtMit(eprom, strom, "Checksumme CRC16", 2, 0xFFFFu);
-}

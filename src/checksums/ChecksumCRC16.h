@@ -20,9 +20,6 @@ public:
     // See base class. `modus` is ignored; bilde always gives 1.
     String liefereName() const override;
     int bilde(int modus, Eprom& eprom, adrInteger* summe) override;
-    int bildeSumme(Eprom& eprom, adrInteger* summe) override;
-    adrInteger liefereSumme(Eprom& eprom) override;
-    void zeigeBericht(Eprom& eprom, std::ostream& strom) override;
     std::uint16_t liefereGroesse() const override;
 
 private:

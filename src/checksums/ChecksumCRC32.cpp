@@ -25,21 +25,3 @@ int ChecksumCRC32::bilde(int, Eprom& eprom, adrInteger* summe)
     *summe = bildeCrc(eprom, rechner, 4, swap, "ChecksumCRC32::bilde");
     return 1;
 }
-
-int ChecksumCRC32::bildeSumme(Eprom& eprom, adrInteger* summe)
-{
-    return bilde(1, eprom, summe);
-}
-
-adrInteger ChecksumCRC32::liefereSumme(Eprom& eprom)
-{
-    adrInteger summe = 0;
-    bilde(1, eprom, &summe);
-    return summe;
-}
-
-void ChecksumCRC32::zeigeBericht(Eprom& eprom, std::ostream& strom)
-{
-    // Four digits at least, although the value has eight; intended.
-    zeigeBerichtMit(eprom, strom, "Checksumme CRC32", 4);
-}

@@ -30,21 +30,3 @@ int ChecksumSiemens::bilde(int, Eprom& eprom, adrInteger* summe)
     *summe = summierer.ergebnis();
     return 1;
 }
-
-int ChecksumSiemens::bildeSumme(Eprom& eprom, adrInteger* summe)
-{
-    return bilde(1, eprom, summe);
-}
-
-adrInteger ChecksumSiemens::liefereSumme(Eprom& eprom)
-{
-    adrInteger summe = 0;
-    bilde(1, eprom, &summe);
-    return summe;
-}
-
-void ChecksumSiemens::zeigeBericht(Eprom& eprom, std::ostream& strom)
-{
-    // Heading and width are those of the standard sum; intended.
-    zeigeBerichtMit(eprom, strom, "Byteweise Addition mit 2-Byte-Ergebnis", 4);
-}

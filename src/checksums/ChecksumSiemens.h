@@ -16,8 +16,5 @@ public:
     // See base class. `modus` is ignored; there is no target field.
     String liefereName() const override;
     int bilde(int modus, Eprom& eprom, adrInteger* summe) override;
-    int bildeSumme(Eprom& eprom, adrInteger* summe) override;
-    adrInteger liefereSumme(Eprom& eprom) override;
-    void zeigeBericht(Eprom& eprom, std::ostream& strom) override;
     std::uint16_t liefereGroesse() const override;
 };

@@ -235,34 +235,3 @@ int ChecksumStandard::bilde(int modus, Eprom& eprom, adrInteger* summe)
     Fehler("CHK-ADR-NOT-OK", funktionBilde, text, 'E');
     return 0;
 }
-
-int ChecksumStandard::bildeSumme(Eprom& eprom, adrInteger* summe)
-{
-    return bilde(1, eprom, summe);
-}
-
-adrInteger ChecksumStandard::liefereSumme(Eprom& eprom)
-{
-    adrInteger summe = 0;
-    bilde(1, eprom, &summe);
-    return summe;
-}
-
-void ChecksumStandard::zeigeBericht(Eprom& eprom, std::ostream& strom)
-{
-    // The heading is the same for every width; intended.
-    zeigeBerichtMit(eprom, strom, "Byteweise Addition mit 2-Byte-Ergebnis", 8);
-    if (naechste) {
-        strom << '\n' << "addiert zu";
-        naechste->zeigeBericht(eprom, strom);
-    }
-}
-
-void ChecksumStandard::zeigeKurz(std::ostream& strom, Eprom& eprom, adrInteger summe)
-{
-    int stellen = ergebnisGroesse == 1 ? 2 : ergebnisGroesse == 2 ? 4 : ergebnisGroesse == 4 ? 8 : 0;
-    strom << "[" << hex(anzeigeAnfang(eprom), 6) << " ... " << hex(anzeigeEnde(eprom), 6) << "]"
-          << " -> " << hex(summe, stellen);
-    if (zielAdr)
-        strom << "  (" << hex(*zielAdr, 6) << ")";
-}

@@ -29,10 +29,6 @@ public:
     // See base class.
     String liefereName() const override;
     int bilde(int modus, Eprom& eprom, adrInteger* summe) override;
-    int bildeSumme(Eprom& eprom, adrInteger* summe) override;
-    adrInteger liefereSumme(Eprom& eprom) override;
-    void zeigeBericht(Eprom& eprom, std::ostream& strom) override;
-    void zeigeKurz(std::ostream& strom, Eprom& eprom, adrInteger summe) override;
     std::uint16_t liefereGroesse() const override;
 
     // The arithmetic of the sum: addition modulo 2 to the 32, and the

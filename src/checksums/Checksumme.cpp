@@ -28,8 +28,6 @@ std::uint16_t Checksumme::liefereGroesse() const
     return 4;
 }
 
-void Checksumme::zeigeKurz(std::ostream&, Eprom&, adrInteger) {}
-
 void Checksumme::setzeZielAdr(adrInteger adr)
 {
     // Without memory the sum runs without a target.
@@ -118,14 +116,6 @@ void Checksumme::schreibeCrcZiel(Eprom& eprom, adrInteger wert, adrInteger w, in
     for (adrInteger i = 0; i < w; ++i)
         if (!eprom.setzeByte(*zielAdr + i, static_cast<std::uint8_t>((wert >> (8 * (w - 1 - i))) & 0xFFu)))
             return;
-}
-
-void Checksumme::zeigeBerichtMit(Eprom& eprom, std::ostream& strom, const char* titel, int stellen,
-                                 adrInteger maske)
-{
-    strom << titel << '\n'
-          << "von " << hex(anzeigeAnfang(eprom), 6) << " bis " << hex(anzeigeEnde(eprom), 6) << '\n'
-          << "Ergebnis: " << hex(liefereSumme(eprom) & maske, stellen) << '\n';
 }
 
 int Checksumme::ersetzeVariable(FmtVariable& variable)

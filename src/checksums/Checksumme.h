@@ -41,18 +41,19 @@ public:
     // field with the sum, 1 writes it. 1 on success; a failure has been
     // reported and *summe holds what the sum had reached.
     virtual int bilde(int modus, Eprom& eprom, adrInteger* summe) = 0;
-    virtual int bildeSumme(Eprom& eprom, adrInteger* summe) = 0;
-    virtual adrInteger liefereSumme(Eprom& eprom) = 0;
-    // A long listing of range and result; no command uses it.
-    virtual void zeigeBericht(Eprom& eprom, std::ostream& strom) = 0;
+    // `bilde` in writing mode: the sum into *summe, or as the value.
+    int bildeSumme(Eprom& eprom, adrInteger* summe) { return bilde(1, eprom, summe); }
+    adrInteger liefereSumme(Eprom& eprom) {
+        adrInteger summe = 0;
+        bilde(1, eprom, &summe);
+        return summe;
+    }
     // Writes the statement `format` with this object's values into the
     // file, replacing it (modus 0) or appending (modus non-zero). 0 only if
     // an existing file could not be replaced; a file that cannot be opened
     // is silently skipped.
     virtual int anzeigeErgebnis(Eprom& eprom, adrInteger summe, const DateiName& datei, int modus,
                                 const String& format);
-    // A one-line form; nothing here.
-    virtual void zeigeKurz(std::ostream& strom, Eprom& eprom, adrInteger summe);
     // Bytes of the result.
     virtual std::uint16_t liefereGroesse() const;
 
@@ -91,9 +92,6 @@ protected:
     // first, or in reverse with `swap`. A byte that cannot be written ends
     // the writing without a word.
     void schreibeCrcZiel(Eprom& eprom, adrInteger wert, adrInteger w, int swap) const;
-    // A report of range and result with a fixed heading.
-    void zeigeBerichtMit(Eprom& eprom, std::ostream& strom, const char* titel, int stellen,
-                         adrInteger maske = 0xFFFFFFFFu);
 
     adrInteger anfAdr;
     adrInteger endAdr;

@@ -128,7 +128,7 @@ TEST(ChecksumStandard, LueckenUndLetzterAddend)
     EXPECT_EQ(labels(faenger), "");
 }
 
-TEST(ChecksumStandard, VergleichNaechsteUndBerichte)
+TEST(ChecksumStandard, VergleichMitNaechster)
 {
     Eprom eprom = achtBytes();
     schreibe(eprom, 0x2000, "\x04\x39");
@@ -143,13 +143,6 @@ TEST(ChecksumStandard, VergleichNaechsteUndBerichte)
     EXPECT_EQ(labels(faenger), "CHK-DIFFERENT");
     EXPECT_EQ(faenger.letzte().detail, "Soll: 438 != Ist: 439");
     EXPECT_EQ(bytes(eprom, 0x2000, 2), "04 39");
-
-    std::ostringstream kurz;
-    hinten.zeigeKurz(kurz, eprom, 0x438);
-    EXPECT_EQ(kurz.str(), "[001004 ... 001007] -> 0438  (002000)");
-    std::ostringstream bericht;
-    vorn.zeigeBericht(eprom, bericht);
-    EXPECT_EQ(bericht.str(), "Byteweise Addition mit 2-Byte-Ergebnis\nvon 001000 bis 001003\nErgebnis: 00000114\n");
 }
 
 } // namespace
