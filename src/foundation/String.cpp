@@ -362,34 +362,25 @@ std::ostream& operator<<(std::ostream& strom, const String& text) {
 
 // ------------------------------------------------------------ StringPuffer
 
-StringPuffer::StringPuffer(int kapazitaet, int zuwachs)
-    : kapazitaet_(kapazitaet < 1 ? 1 : kapazitaet), zuwachs_(zuwachs < 1 ? 1 : zuwachs) {
-    text_.reserve(static_cast<size_t>(kapazitaet_));
+StringPuffer::StringPuffer(int kapazitaet, int) {
+    text_.reserve(static_cast<size_t>(kapazitaet < 1 ? 1 : kapazitaet));
 }
 
-StringPuffer::StringPuffer(const char* text, int zuwachs)
-    : text_(text ? text : ""), zuwachs_(zuwachs < 1 ? 1 : zuwachs) {
-    kapazitaet_ = static_cast<int>(text_.size()) + 1;
-}
+StringPuffer::StringPuffer(const char* text, int) : text_(text ? text : "") {}
 
 StringPuffer& StringPuffer::haengeAn(char zeichen) {
     if (zeichen == '\0') return *this;
     if (abgegeben_) {
         abgegeben_ = false;
         text_.clear();
-        kapazitaet_ = zuwachs_;
     }
-    if (laenge() >= kapazitaet_ - 1) kapazitaet_ += zuwachs_;
     text_.push_back(zeichen);
     return *this;
 }
 
 StringPuffer& StringPuffer::haengeAn(const char* text) {
     if (abgegeben_) return setze(text);
-    std::string_view t(text ? text : "");
-    if (laenge() + static_cast<int>(t.size()) >= kapazitaet_)
-        kapazitaet_ = zuwachs_ + laenge() + static_cast<int>(t.size());
-    text_.append(t);
+    text_.append(text ? text : "");
     return *this;
 }
 
@@ -398,7 +389,6 @@ StringPuffer& StringPuffer::setze(const char* text) { return setze(text, -1); }
 StringPuffer& StringPuffer::setze(const char* text, int n) {
     std::string_view t(text ? text : "");
     if (n >= 0 && static_cast<size_t>(n) < t.size()) t = t.substr(0, static_cast<size_t>(n));
-    if (abgegeben_ || kapazitaet_ <= static_cast<int>(t.size())) kapazitaet_ = zuwachs_ + static_cast<int>(t.size()) + 1;
     abgegeben_ = false;
     text_.assign(t);
     return *this;

@@ -94,10 +94,11 @@ String operator+(const char* a, const String& b);
 std::ostream& operator<<(std::ostream& strom, const String& text);
 
 // Growing byte buffer. `gibAb` hands its block to a String without copying;
-// afterwards the buffer is `abgegeben` until it is written again.
+// afterwards the buffer is `abgegeben` until it is written again. The
+// initial capacity is only a hint, and the growth step is the container's.
 class StringPuffer {
 public:
-    StringPuffer(int kapazitaet = 132, int zuwachs = 132);
+    explicit StringPuffer(int kapazitaet = 132, int zuwachs = 132);
     StringPuffer(const char* text, int zuwachs);
 
     StringPuffer& haengeAn(char zeichen);
@@ -109,14 +110,11 @@ public:
     StringPuffer& operator<<(char zeichen) { return haengeAn(zeichen); }
 
     int laenge() const { return static_cast<int>(text_.size()); }
-    int kapazitaet() const { return kapazitaet_; }
     bool abgegeben() const { return abgegeben_; }
     const char* c_str() const { return text_.c_str(); }
 
 private:
     std::string text_;
-    int kapazitaet_;
-    int zuwachs_;
     bool abgegeben_ = false;
 };
 std::ostream& operator<<(std::ostream& strom, const StringPuffer& puffer);

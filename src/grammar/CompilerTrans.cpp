@@ -151,7 +151,7 @@ void fuehreUebersetzungAus(const Compiler& c, const char* grammatik, const char*
         std::int32_t position = 0;
         const std::int32_t ergebnis = mmparse(ausgabe, STUECK, grammatik, zeile, n, "", &position);
         if (ergebnis < 1) {
-            Compiler::mmparseError(ergebnis, 0, zeile, position, nummer);
+            Compiler::mmparseError(ergebnis, zeile, position, nummer);
             break;
         }
         const String uebersetzt =
@@ -177,7 +177,7 @@ void schreibeUebersetzung(const Compiler& c, const char* grammatik) {
     std::FILE* ziel = std::fopen(c.liefereZielName().c_str(), "w");
     std::int32_t position = 0;
     const std::int32_t ergebnis = mmparse(ziel, 0, grammatik, quelle, 0, "><", &position);
-    if (ergebnis < 1) Compiler::mmparseError(ergebnis, 0, nullptr, position, 0);
+    if (ergebnis < 1) Compiler::mmparseError(ergebnis, nullptr, position, 0);
     std::fclose(quelle);
     if (ziel) std::fclose(ziel);
 }
@@ -207,7 +207,7 @@ int Compiler::leseGrammatik(const String& name, std::string& grammatik) {
     return 1;
 }
 
-void Compiler::mmparseError(dataInteger code, dataInteger /*reserviert*/, const char* text, dataInteger position,
+void Compiler::mmparseError(dataInteger code, const char* text, dataInteger position,
                             dataInteger zeile) {
     const char* kennung = kennungVon(code);
     if (!kennung) return;

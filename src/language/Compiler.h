@@ -108,9 +108,8 @@ public:
     // looked for beside the program. 1, or 0 after the file wrapper's report.
     static int leseGrammatik(const String& name, std::string& grammatik);
     // Reports a result of `mmparse` below 1 under its TRANS-... label, at
-    // level E. `text` is the subject line or null; `reserviert` is unused.
-    static void mmparseError(dataInteger code, dataInteger reserviert, const char* text, dataInteger position,
-                             dataInteger zeile);
+    // level E. `text` is the subject line or null.
+    static void mmparseError(dataInteger code, const char* text, dataInteger position, dataInteger zeile);
 
     // Process-wide state of the language, shared by nested compilers.
     static dataInteger compilerStatus;       // request to leave: STATUS_...

@@ -142,9 +142,8 @@ std::string liesSignaturWort(std::istream& strom, std::size_t max) {
 }  // namespace
 
 KdoKommando::KdoKommando(const String& name, std::uint16_t anzahl, const char* signatur,
-                         KdoHandler handler, KdoHandler hilfeHandler)
-    : name_(name), anzahlArgumente_(anzahl), argumente_(anzahl), handler_(handler),
-      hilfeHandler_(hilfeHandler) {
+                         KdoHandler handler)
+    : name_(name), anzahlArgumente_(anzahl), argumente_(anzahl), handler_(handler) {
     std::istringstream strom(signatur ? signatur : "");
     std::uint16_t gebaut = 0;
     while (strom.good() && gebaut < anzahl) {

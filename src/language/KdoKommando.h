@@ -59,9 +59,7 @@ class KdoKommando : public ListenElement {
 public:
     // Builds the arguments from `signatur`; an unknown type word leaves the
     // command unusable (`ok` 0, "CMD-INTERNAL-WRONGARG").
-    // `hilfeHandler` is stored and never called.
-    KdoKommando(const String& name, std::uint16_t anzahl, const char* signatur, KdoHandler handler,
-                KdoHandler hilfeHandler = nullptr);
+    KdoKommando(const String& name, std::uint16_t anzahl, const char* signatur, KdoHandler handler);
     ~KdoKommando() override;
 
     // The list display writes the name on a line of its own.
@@ -90,7 +88,6 @@ private:
     std::vector<std::unique_ptr<KdoArgument>> argumente_;
     std::int32_t ok_ = 1;
     KdoHandler handler_;
-    [[maybe_unused]] KdoHandler hilfeHandler_;   // kept with the command, never called
     KdoListe* liste_ = nullptr;
 };
 

@@ -155,7 +155,6 @@ const KdoScanner::Zustand KdoScanner::zeichenketteFortsetzung_(&KdoScanner::zust
 const KdoScanner::Zustand KdoScanner::bezeichner_(&KdoScanner::zustandBezeichner);
 const KdoScanner::Zustand KdoScanner::zahl_(&KdoScanner::zustandZahl);
 const KdoScanner::Zustand KdoScanner::nachkomma_(&KdoScanner::zustandNachkomma);
-const KdoScanner::Zustand KdoScanner::punkt_(&KdoScanner::zustandPunkt);
 
 namespace {
 
@@ -486,16 +485,3 @@ void KdoScanner::zustandNachkomma() {
     }
 }
 
-// A number that starts with a point; no transition leads here, kept so that
-// the automaton stays complete.
-void KdoScanner::zustandPunkt() {
-    if (istZiffer()) {
-        haengeAn();
-        geheZu(nachkomma_);
-    } else if (zeichen == '\\') {
-        ueberlies();
-        rufe(fortsetzung_);
-    } else {
-        liefere('.', 0);
-    }
-}

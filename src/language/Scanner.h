@@ -164,11 +164,10 @@ private:
     void zustandBezeichner();
     void zustandZahl();
     void zustandNachkomma();
-    void zustandPunkt();
 
     dataInteger doppelteHochkommas = 0;   // quote counters of raw text
     dataInteger hochkommas = 0;
 
     static const Zustand start_, rohtext_, rohtextFortsetzung_, schraegstrich_, kommentar_, fortsetzung_,
-        zeichenkette_, zeichenketteFortsetzung_, bezeichner_, zahl_, nachkomma_, punkt_;
+        zeichenkette_, zeichenketteFortsetzung_, bezeichner_, zahl_, nachkomma_;
 };

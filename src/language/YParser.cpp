@@ -25,7 +25,6 @@ void YParser::errorMessage() {
               << marke << std::endl;
 }
 
-void YParser::dateiFehler() {}
 
 void YParser::initParser() {
     stapel.clear();

@@ -78,8 +78,6 @@ public:
     // Writes "name:line:column: syntax error:", the source line and the
     // marker to the error console.
     virtual void errorMessage();
-    // Nothing in the parser calls it; a hook for readers of files.
-    virtual void dateiFehler();
     // Stack with state 0, no token in hand, no error, recovery off.
     virtual void initParser();
     // During recovery: 1 ends the parse at this token (ENDE), 0 discards it.

@@ -163,7 +163,7 @@ TEST_F(TransTest, EngineResultsAreReportedByCode) {
     MeldungsFaenger f;
     for (int code = 0; code >= -33; --code) {
         f.leere();
-        Compiler::mmparseError(code, 0, "x", 4, 2);
+        Compiler::mmparseError(code, "x", 4, 2);
         const char* label = labels[-code];
         ASSERT_EQ(f.anzahl(), label ? 1u : 0u) << code;   // a stray '+' goes unreported
         if (!label) continue;
@@ -172,7 +172,7 @@ TEST_F(TransTest, EngineResultsAreReportedByCode) {
         EXPECT_EQ(f.letzte().funktion, "Compiler::mmparseError");
     }
     f.leere();
-    for (int code : {1, 600, -34, -1000}) Compiler::mmparseError(code, 0, "x", 0, 1);
+    for (int code : {1, 600, -34, -1000}) Compiler::mmparseError(code, "x", 0, 1);
     EXPECT_EQ(f.anzahl(), 0u);
 
     // Line and position in decimal; memory errors add the parse code.
@@ -187,7 +187,7 @@ TEST_F(TransTest, EngineResultsAreReportedByCode) {
         {MM_CANTWRITE, nullptr, 0, 0, ""},
     };
     for (const auto& t : texte) {
-        Compiler::mmparseError(t.code, 7, t.text, t.position, t.zeile);
+        Compiler::mmparseError(t.code, t.text, t.position, t.zeile);
         EXPECT_EQ(f.letzte().detail, t.detail) << t.code;
     }
 }
