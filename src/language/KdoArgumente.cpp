@@ -53,12 +53,8 @@ int KdoBoolForm<Basis>::interpretiereBool(AnwKommando& anw, int definition, cons
 // ---------------------------------------------------------------------------
 // Integer, BoolInteger
 
-void KdoArgumentInteger::zeigeWert(std::ostream& strom) const {
-    strom << std::dec << aktuell;
-}
-
-void KdoArgumentInteger::zeigeVorgabe(std::ostream& strom) const {
-    strom << std::dec << vorgabe;
+void KdoArgumentInteger::zeige(std::ostream& strom, const dataInteger& wert) const {
+    strom << std::dec << wert;
 }
 
 int KdoArgumentInteger::interpretiere(AnwKommando& anw, int definition) {
@@ -94,12 +90,8 @@ void zeigeHex(std::ostream& strom, adrInteger wert) {
 }
 }  // namespace
 
-void KdoArgumentIntegerHex::zeigeWert(std::ostream& strom) const {
-    zeigeHex(strom, aktuell);
-}
-
-void KdoArgumentIntegerHex::zeigeVorgabe(std::ostream& strom) const {
-    zeigeHex(strom, vorgabe);
+void KdoArgumentIntegerHex::zeige(std::ostream& strom, const adrInteger& wert) const {
+    zeigeHex(strom, wert);
 }
 
 int KdoArgumentIntegerHex::interpretiere(AnwKommando& anw, int definition) {
@@ -134,12 +126,8 @@ bool KdoArgumentBoolIntegerHex::kannBeginnen(int c) const {
 // ---------------------------------------------------------------------------
 // Phys, Bool
 
-void KdoArgumentPhys::zeigeWert(std::ostream& strom) const {
-    strom << std::dec << aktuell;
-}
-
-void KdoArgumentPhys::zeigeVorgabe(std::ostream& strom) const {
-    strom << std::dec << vorgabe;
+void KdoArgumentPhys::zeige(std::ostream& strom, const dataPhys& wert) const {
+    strom << std::dec << wert;
 }
 
 int KdoArgumentPhys::interpretiere(AnwKommando& anw, int definition) {
@@ -150,12 +138,8 @@ KdoArgument::Token KdoArgumentPhys::liesToken(AnwKommando&, std::istream& strom)
     return liesPhys(strom, aktuell) ? Gelesen : Fehlgeschlagen;
 }
 
-void KdoArgumentBool::zeigeWert(std::ostream& strom) const {
-    strom << (aktuell ? 'y' : 'n');
-}
-
-void KdoArgumentBool::zeigeVorgabe(std::ostream& strom) const {
-    strom << (vorgabe ? 'y' : 'n');
+void KdoArgumentBool::zeige(std::ostream& strom, const YesNo& wert) const {
+    strom << (wert ? 'y' : 'n');
 }
 
 int KdoArgumentBool::interpretiere(AnwKommando& anw, int definition) {
@@ -179,12 +163,8 @@ KdoArgument::Token KdoArgumentBool::liesToken(AnwKommando&, std::istream& strom)
 // ---------------------------------------------------------------------------
 // Texts
 
-void KdoArgumentText::zeigeWert(std::ostream& strom) const {
-    strom << aktuell;
-}
-
-void KdoArgumentText::zeigeVorgabe(std::ostream& strom) const {
-    strom << vorgabe;
+void KdoArgumentText::zeige(std::ostream& strom, const String& wert) const {
+    strom << wert;
 }
 
 KdoArgument::Token KdoArgumentText::liesWortToken(std::istream& strom) {
@@ -266,12 +246,8 @@ KdoArgument::Token KdoArgumentRegExpr::liesToken(AnwKommando&, std::istream& str
 // ---------------------------------------------------------------------------
 // DateiName, DateiPfad
 
-void KdoArgumentDateiName::zeigeWert(std::ostream& strom) const {
-    strom << aktuell.liefereGanz();
-}
-
-void KdoArgumentDateiName::zeigeVorgabe(std::ostream& strom) const {
-    strom << vorgabe.liefereGanz();
+void KdoArgumentDateiName::zeige(std::ostream& strom, const DateiName& wert) const {
+    strom << wert.liefereGanz();
 }
 
 int KdoArgumentDateiName::interpretiere(AnwKommando& anw, int definition) {
@@ -293,7 +269,7 @@ int KdoArgumentDateiPfad::interpretiere(AnwKommando& anw, int definition) {
 // Enum
 
 KdoArgumentEnum::KdoArgumentEnum(const String& argName, const String& namenText)
-    : KdoArgument(argName), namen(std::make_unique<TextFeld>()) {
+    : KdoWertArgument(argName), namen(std::make_unique<TextFeld>()) {
     int anzahl = 0;
     String* teile = namenText.zerlege(",", anzahl);
     for (int i = 0; i < anzahl; ++i) namen->haengeAn(teile[i].links(127).c_str());
@@ -315,12 +291,8 @@ const TextFeld* KdoArgumentEnum::liefereEnumWerte() {
     return namen.get();
 }
 
-void KdoArgumentEnum::zeigeWert(std::ostream& strom) const {
-    if (const char* t = namen->text(aktuell)) strom << t;
-}
-
-void KdoArgumentEnum::zeigeVorgabe(std::ostream& strom) const {
-    if (const char* t = namen->text(vorgabe)) strom << t;
+void KdoArgumentEnum::zeige(std::ostream& strom, const dataInteger& wert) const {
+    if (const char* t = namen->text(wert)) strom << t;
 }
 
 int KdoArgumentEnum::interpretiere(AnwKommando& anw, int definition) {

@@ -57,25 +57,41 @@ protected:
 };
 
 // ---------------------------------------------------------------------------
-// Numbers and truth values
+// The value part of a plain argument class: a current value and a default,
+// and how one of them is shown.
 
-class KdoArgumentInteger : public KdoArgument {
+template <class T>
+class KdoWertArgument : public KdoArgument {
 public:
-    explicit KdoArgumentInteger(const String& name) : KdoArgument(name) {}
-    String liefereTypName() const override { return "Integer"; }
-    KdoArgTyp liefereTyp() const override { return KdoArgTyp::Integer; }
-    void zeigeWert(std::ostream& strom) const override;
-    void zeigeVorgabe(std::ostream& strom) const override;
+    explicit KdoWertArgument(const String& name, const T& anfang = T{})
+        : KdoArgument(name), aktuell(anfang), vorgabe(anfang) {}
+    void zeigeWert(std::ostream& strom) const override { zeige(strom, aktuell); }
+    void zeigeVorgabe(std::ostream& strom) const override { zeige(strom, vorgabe); }
     void ladeVorgabe() override { aktuell = vorgabe; }
     void merkeVorgabe() override { vorgabe = aktuell; }
+
+protected:
+    virtual void zeige(std::ostream& strom, const T& wert) const = 0;
+
+    T aktuell;
+    T vorgabe;
+};
+
+// ---------------------------------------------------------------------------
+// Numbers and truth values
+
+class KdoArgumentInteger : public KdoWertArgument<dataInteger> {
+public:
+    explicit KdoArgumentInteger(const String& name) : KdoWertArgument(name) {}
+    String liefereTypName() const override { return "Integer"; }
+    KdoArgTyp liefereTyp() const override { return KdoArgTyp::Integer; }
     int interpretiere(AnwKommando& anw, int definition) override;
     dataInteger& liefereArgWertInt() override { return aktuell; }
     void setzeArgWertInt(const dataInteger& wert) override { aktuell = wert; }
 
 protected:
+    void zeige(std::ostream& strom, const dataInteger& wert) const override;
     Token liesToken(AnwKommando& anw, std::istream& strom) override;
-    dataInteger aktuell = 0;
-    dataInteger vorgabe = 0;
 };
 
 class KdoArgumentBoolInteger : public KdoBoolForm<KdoArgumentInteger> {
@@ -90,15 +106,11 @@ protected:
     bool kannBeginnen(int c) const override;
 };
 
-class KdoArgumentIntegerHex : public KdoArgument {
+class KdoArgumentIntegerHex : public KdoWertArgument<adrInteger> {
 public:
-    explicit KdoArgumentIntegerHex(const String& name) : KdoArgument(name) {}
+    explicit KdoArgumentIntegerHex(const String& name) : KdoWertArgument(name) {}
     String liefereTypName() const override { return "IntegerHex"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::IntegerHex; }
-    void zeigeWert(std::ostream& strom) const override;
-    void zeigeVorgabe(std::ostream& strom) const override;
-    void ladeVorgabe() override { aktuell = vorgabe; }
-    void merkeVorgabe() override { vorgabe = aktuell; }
     int interpretiere(AnwKommando& anw, int definition) override;
     adrInteger& liefereArgWertIntHex() override { return aktuell; }
     // The value as a byte; 256 and above report "CMD-VALTOOBIG".
@@ -106,9 +118,8 @@ public:
     void setzeArgWertIntHex(const adrInteger& wert) override { aktuell = wert; }
 
 protected:
+    void zeige(std::ostream& strom, const adrInteger& wert) const override;
     Token liesToken(AnwKommando& anw, std::istream& strom) override;
-    adrInteger aktuell = 0;
-    adrInteger vorgabe = 0;
 };
 
 class KdoArgumentBoolIntegerHex : public KdoBoolForm<KdoArgumentIntegerHex> {
@@ -123,67 +134,51 @@ protected:
     bool kannBeginnen(int c) const override;
 };
 
-class KdoArgumentPhys : public KdoArgument {
+class KdoArgumentPhys : public KdoWertArgument<dataPhys> {
 public:
-    explicit KdoArgumentPhys(const String& name) : KdoArgument(name) {}
+    explicit KdoArgumentPhys(const String& name) : KdoWertArgument(name) {}
     String liefereTypName() const override { return "Phys"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::Phys; }
-    void zeigeWert(std::ostream& strom) const override;
-    void zeigeVorgabe(std::ostream& strom) const override;
-    void ladeVorgabe() override { aktuell = vorgabe; }
-    void merkeVorgabe() override { vorgabe = aktuell; }
     int interpretiere(AnwKommando& anw, int definition) override;
     dataPhys& liefereArgWertPhys() override { return aktuell; }
     void setzeArgWertPhys(const dataPhys& wert) override { aktuell = wert; }
 
 protected:
+    void zeige(std::ostream& strom, const dataPhys& wert) const override;
     Token liesToken(AnwKommando& anw, std::istream& strom) override;
-    dataPhys aktuell = 0;
-    dataPhys vorgabe = 0;
 };
 
-class KdoArgumentBool : public KdoArgument {
+class KdoArgumentBool : public KdoWertArgument<YesNo> {
 public:
-    explicit KdoArgumentBool(const String& name) : KdoArgument(name) {}
+    explicit KdoArgumentBool(const String& name) : KdoWertArgument(name) {}
     String liefereTypName() const override { return "Bool"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::Bool; }
-    void zeigeWert(std::ostream& strom) const override;
-    void zeigeVorgabe(std::ostream& strom) const override;
-    void ladeVorgabe() override { aktuell = vorgabe; }
-    void merkeVorgabe() override { vorgabe = aktuell; }
     int interpretiere(AnwKommando& anw, int definition) override;
     YesNo& liefereArgWertBool() override { return aktuell; }
     void setzeArgWertBool(const YesNo& wert) override { aktuell = wert; }
 
 protected:
+    void zeige(std::ostream& strom, const YesNo& wert) const override;
     Token liesToken(AnwKommando& anw, std::istream& strom) override;
-    YesNo aktuell = 0;
-    YesNo vorgabe = 0;
 };
 
 // ---------------------------------------------------------------------------
 // Texts
 
 // Common value part of the text arguments.
-class KdoArgumentText : public KdoArgument {
+class KdoArgumentText : public KdoWertArgument<String> {
 public:
-    explicit KdoArgumentText(const String& name) : KdoArgument(name) {}
-    void zeigeWert(std::ostream& strom) const override;
-    void zeigeVorgabe(std::ostream& strom) const override;
-    void ladeVorgabe() override { aktuell = vorgabe; }
-    void merkeVorgabe() override { vorgabe = aktuell; }
+    explicit KdoArgumentText(const String& name) : KdoWertArgument(name) {}
     String& liefereArgWertStr() override { return aktuell; }
     void setzeArgWertStr(const String& wert) override { aktuell = wert; }
 
 protected:
+    void zeige(std::ostream& strom, const String& wert) const override;
     // Readers shared by several classes.
     Token liesWortToken(std::istream& strom);
     Token liesQuotiertToken(std::istream& strom);
     // A quoted text that must stay on one line ("CMD-WRONGARG-TOOLONG").
     Token liesEinzeiligToken(AnwKommando& anw, std::istream& strom);
-
-    String aktuell;
-    String vorgabe;
 };
 
 class KdoArgumentWort : public KdoArgumentText {
@@ -309,23 +304,18 @@ protected:
 // ---------------------------------------------------------------------------
 // File names
 
-class KdoArgumentDateiName : public KdoArgument {
+class KdoArgumentDateiName : public KdoWertArgument<DateiName> {
 public:
-    explicit KdoArgumentDateiName(const String& name) : KdoArgument(name) {}
+    explicit KdoArgumentDateiName(const String& name) : KdoWertArgument(name, DateiName("x.x")) {}
     String liefereTypName() const override { return "DateiName"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::DateiName; }
-    void zeigeWert(std::ostream& strom) const override;
-    void zeigeVorgabe(std::ostream& strom) const override;
-    void ladeVorgabe() override { aktuell = vorgabe; }
-    void merkeVorgabe() override { vorgabe = aktuell; }
     int interpretiere(AnwKommando& anw, int definition) override;
     DateiName& liefereArgWertDatei() override { return aktuell; }
     void setzeArgWertDatei(const DateiName& wert) override { aktuell = wert; }
 
 protected:
+    void zeige(std::ostream& strom, const DateiName& wert) const override;
     Token liesToken(AnwKommando& anw, std::istream& strom) override;
-    DateiName aktuell{"x.x"};
-    DateiName vorgabe{"x.x"};
 };
 
 class KdoArgumentDateiPfad : public KdoArgumentDateiName {
@@ -382,7 +372,7 @@ public:
 // Enumeration
 
 // One of the names of the brace text; the value is the name's index.
-class KdoArgumentEnum : public KdoArgument {
+class KdoArgumentEnum : public KdoWertArgument<dataInteger> {
 public:
     KdoArgumentEnum(const String& name, const String& namenText);
     ~KdoArgumentEnum() override;
@@ -391,21 +381,16 @@ public:
     // "Enum{", the names joined by ",", "}".
     void ausgabe(std::ostream& strom) const override;
     const TextFeld* liefereEnumWerte() override;
-    void zeigeWert(std::ostream& strom) const override;
-    void zeigeVorgabe(std::ostream& strom) const override;
-    void ladeVorgabe() override { aktuell = vorgabe; }
-    void merkeVorgabe() override { vorgabe = aktuell; }
     int interpretiere(AnwKommando& anw, int definition) override;
     dataInteger& liefereArgWertInt() override { return aktuell; }
     // Only an index below the name count is taken ("CMD-INDEXINVALID").
     void setzeArgWertInt(const dataInteger& wert) override;
 
 protected:
+    void zeige(std::ostream& strom, const dataInteger& wert) const override;
     Token liesToken(AnwKommando& anw, std::istream& strom) override;
 
     std::unique_ptr<TextFeld> namen;
-    dataInteger aktuell = 0;
-    dataInteger vorgabe = 0;
 };
 
 // ---------------------------------------------------------------------------
