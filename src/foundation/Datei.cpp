@@ -8,14 +8,14 @@
 #include <filesystem>
 #include <system_error>
 
-#include "reporting/Fehler.h"
+#include "foundation/Meldung.h"
 
 std::int32_t Datei::meldeOeffnen(bool gut, const char* okLabel, const char* funktion) {
     if (gut) {
-        Fehler(okLabel, funktion, dateiName_.liefereGanz(), 'S');
+        melde(okLabel, funktion, dateiName_.liefereGanz(), 'S');
         return 1;
     }
-    Fehler("FILEOPENERROR", funktion,
+    melde("FILEOPENERROR", funktion,
            dateiName_.liefereGanz() + ": " + std::strerror(fehlerNummer_), 'E');
     return 0;
 }
@@ -35,7 +35,7 @@ std::int32_t Datei::meldeSchliessen(const char* funktion) {
     if (!strom_) return 1;
     strom_->close();
     strom_.reset();
-    Fehler("FILECLOSED", funktion, dateiName_.liefereGanz(), 'S');
+    melde("FILECLOSED", funktion, dateiName_.liefereGanz(), 'S');
     return 1;
 }
 
@@ -104,11 +104,11 @@ std::int32_t pruefeZielDatei(const DateiName& dateiName, Schreibmodus modus, con
     if (!dateiExistiert(dateiName)) return 1;
     switch (modus) {
     case Schreibmodus::neu:
-        Fehler("FILE-EXIST", funktion, dateiName.liefereGanz(), 'E');
+        melde("FILE-EXIST", funktion, dateiName.liefereGanz(), 'E');
         return 0;
     case Schreibmodus::ueberschreiben:
         if (loescheDatei(dateiName.liefereGanz().c_str()) == -1) {
-            Fehler("FILE-READONLY", funktion, dateiName.liefereGanz(), 'E');
+            melde("FILE-READONLY", funktion, dateiName.liefereGanz(), 'E');
             return 0;
         }
         return 1;

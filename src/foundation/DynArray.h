@@ -22,7 +22,7 @@
 
 #include "foundation/String.h"
 #include "foundation/Typen.h"
-#include "reporting/Fehler.h"
+#include "foundation/Meldung.h"
 
 // Default value and element limit of one instance.
 template <class T>
@@ -58,7 +58,7 @@ public:
     DynArray(std::int32_t groesse, const T& vorgabe)
         : vorgabe_(vorgabe), maximum_(DynArrayArt<T>::maximum) {
         if (groesse > maximum_) {
-            Fehler("FELDZUGROSS", "DynArray::DynArray()", String(static_cast<dataInteger>(groesse)),
+            melde("FELDZUGROSS", "DynArray::DynArray()", String(static_cast<dataInteger>(groesse)),
                    'W');
             gewarnt_ = 1;
             groesse = maximum_;
@@ -90,7 +90,7 @@ public:
 private:
     void warne(const char* funktion, std::int64_t wert) {
         if (gewarnt_) return;
-        Fehler("FELDZUGROSS", funktion, String(std::to_string(wert)), 'W');
+        melde("FELDZUGROSS", funktion, String(std::to_string(wert)), 'W');
         gewarnt_ = 1;
     }
 

@@ -8,7 +8,7 @@
 
 #include "foundation/Abbruch.h"
 #include "foundation/Kollation.h"
-#include "reporting/Fehler.h"
+#include "foundation/Meldung.h"
 
 std::int32_t anzahlListen = 0;
 
@@ -149,7 +149,7 @@ ListenElement* Liste::anfuegeElement(ListenElement* element, std::int32_t melde)
     if (!element) return nullptr;
     const String name = element->liefereName();
     if (sucheElementF(name, 0, 0, 2)) {
-        if (melde) Fehler("LIST-ELEDOUBLE", "Liste::anfuegeElement", name + " in " + name_, 'E');
+        if (melde) ::melde("LIST-ELEDOUBLE", "Liste::anfuegeElement", name + " in " + name_, 'E');
         return nullptr;
     }
     anhaengen(element);
@@ -193,13 +193,13 @@ Liste::Glied* Liste::kettenSuche(const String& name, std::int32_t modus) const {
 ListenElement* Liste::pruefeTreffer(ListenElement* gefunden, const String& name, std::uint32_t typ,
                                     std::int32_t melde, const char* auswahlFunktion) const {
     if (!gefunden) {
-        if (melde) Fehler("LIST-NOSUCHELE", "Liste::sucheElementF", name + " in " + name_, 'W');
+        if (melde) ::melde("LIST-NOSUCHELE", "Liste::sucheElementF", name + " in " + name_, 'W');
         return nullptr;
     }
     // Only the first name match counts; a second element of the same name
     // is not looked for.
     if (typ == 0 || gefunden->auswahl == typ) return gefunden;
-    if (melde) Fehler("LIST-NOSUCHELEBEA", auswahlFunktion, name + " nicht in Auswahl enthalten", 'W');
+    if (melde) ::melde("LIST-NOSUCHELEBEA", auswahlFunktion, name + " nicht in Auswahl enthalten", 'W');
     return nullptr;
 }
 
@@ -297,7 +297,7 @@ ListenElement* ListeSort::anfuegeElement(ListenElement* element, std::int32_t me
     if (!element) return nullptr;
     if (baumSuche(element)) {
         if (melde)
-            Fehler("LIST-ELEDOUBLE", "ListeSort::anfuegeElement",
+            ::melde("LIST-ELEDOUBLE", "ListeSort::anfuegeElement",
                    element->liefereName() + " in " + name_, 'E');
         return nullptr;
     }

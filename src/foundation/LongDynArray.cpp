@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "foundation/String.h"
-#include "reporting/Fehler.h"
+#include "foundation/Meldung.h"
 
 namespace {
 
@@ -48,7 +48,7 @@ LongDynArray& LongDynArray::operator=(const LongDynArray& quelle) {
 void LongDynArray::warne(const char* funktion, std::int64_t detail) {
     if (!gewarnt_) {
         String text(std::to_string(detail));
-        Fehler("FELDZUGROSS", funktion, text, 'W');
+        melde("FELDZUGROSS", funktion, text, 'W');
     }
     gewarnt_ = 1;
 }

@@ -8,7 +8,7 @@
 #include <istream>
 #include <ostream>
 
-#include "reporting/Fehler.h"
+#include "foundation/Meldung.h"
 
 namespace {
 
@@ -431,17 +431,17 @@ std::string waehleFormat(int genauigkeit, double wert, int breite) {
 }
 
 void WertePaarBasis::setzeIWert(dataFloat) {
-    Fehler("DATA-WRONGARGMETHOD", "WertePaarBasis::setzeIWert(dataFloat)", "", 'E');
+    melde("DATA-WRONGARGMETHOD", "WertePaarBasis::setzeIWert(dataFloat)", "", 'E');
 }
 void WertePaarBasis::setzeIWert(dataInteger) {
-    Fehler("DATA-WRONGARGMETHOD", "WertePaarBasis::setzeIWert(dataInteger)", "", 'E');
+    melde("DATA-WRONGARGMETHOD", "WertePaarBasis::setzeIWert(dataInteger)", "", 'E');
 }
 dataFloat WertePaarBasis::liefereIWert(dataFloat) const {
-    Fehler("DATA-WRONGARGMETHOD", "WertePaarBasis::liefereIWert(dataFloat)", "", 'E');
+    melde("DATA-WRONGARGMETHOD", "WertePaarBasis::liefereIWert(dataFloat)", "", 'E');
     return 0;
 }
 dataInteger WertePaarBasis::liefereIWert(dataInteger) const {
-    Fehler("DATA-WRONGARGMETHOD", "WertePaarBasis::liefereIWert(dataInteger)", "", 'E');
+    melde("DATA-WRONGARGMETHOD", "WertePaarBasis::liefereIWert(dataInteger)", "", 'E');
     return 0;
 }
 

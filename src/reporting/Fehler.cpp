@@ -7,6 +7,7 @@
 #include <string>
 
 #include "foundation/Kollation.h"
+#include "foundation/Meldung.h"
 #include "reporting/FehlerListen.h"
 
 String Fehler::fehlerPrefix("VOR-");
@@ -23,6 +24,14 @@ char Fehler::begrenzungGlobalLevel = 0;
 std::int32_t Fehler::begrenzungGlobalArt = 0;
 
 namespace {
+
+// Foundation reports through its hook; this reporter takes the hook as soon
+// as it is part of the program, before main and before any foundation code
+// can report.
+void alsFehler(const String& label, const String& funktion, const String& detail, char level) {
+    Fehler(label, funktion, detail, level);
+}
+const bool melderInstalliert = (setzeMelder(&alsFehler), true);
 
 const char* const kRegel = "+---------------------------------------------------";
 
@@ -216,6 +225,7 @@ std::ostream& Fehler::ausgabe(std::ostream& strom) const {
 }
 
 void Fehler::init() {
+    setzeMelder(&alsFehler);
     anzahlF = anzahlE = anzahlW = anzahlI = anzahlS = 0;
     statusF = statusE = statusW = statusI = statusS = 0;
     anstehenderStatus = 0;
