@@ -38,7 +38,7 @@ def tabellenKommandos(src):
         text = lies(os.path.join(src, datei), "latin-1")
         namen += re.findall(r'\{\s*"(\w+)",\s*\d+,', text)
     # The checksum commands take their names from constants of their own.
-    text = lies(os.path.join(src, "checksums/ChecksumKommandos.h"), "latin-1")
+    text = lies(os.path.join(src, "commands/ChecksumKommandos.h"), "latin-1")
     namen += re.findall(r'\w+Name\s*=\s*"(\w+)"', text)
     return namen
 

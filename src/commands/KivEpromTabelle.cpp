@@ -2,7 +2,7 @@
 #include <cstdlib>
 #include <iostream>
 
-#include "checksums/ChecksumKommandos.h"
+#include "commands/ChecksumKommandos.h"
 #include "foundation/Abbruch.h"
 #include "commands/KivEprom.h"
 #include "language/KdoGlobal.h"

@@ -10,6 +10,7 @@
 #include "foundation/DynArray.h"
 #include "foundation/Liste.h"
 #include "foundation/Tabulator.h"
+#include "grammar/Uebersetzung.h"
 #include "language/Compiler.h"
 #include "language/KdoGlobal.h"
 #include "language/KdoListe.h"
@@ -50,6 +51,7 @@ void kivAufbau(const char* programm) {
     programmDatei = String(programm ? programm : "");
     bauKivObjektListe();
     bauKivEpromListe();
+    richteUebersetzungEin();
 }
 
 void kivAbbau() {

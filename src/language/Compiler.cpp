@@ -1,6 +1,6 @@
 // The Compiler's run of lines and procedures, its definitions and the error
-// control. The help texts and displays are in CompilerHilfe.cpp, the
-// translation statements in CompilerTrans.cpp.
+// control. The help texts and displays are in CompilerHilfe.cpp; the
+// translation statements are handed to the installed Uebersetzer.
 // Covered by tests/unit/language/CompilerTest.cpp.
 #include "language/Compiler.h"
 
@@ -451,4 +451,25 @@ void Compiler::parameterLoeschen() {
     neueParameter = std::make_unique<DynArray<String>>();
     anzahlNeueParameter = 0;
     dateiName = String();
+}
+
+// The translation statements, carried out by the grammar layer.
+// anweisung -> transStart "(" quellDatei "," DAT "," grammatikDatei optParameter ")" ZEILENENDE
+void Compiler::ausfuehreTransDat() {
+    if (uebersetzer_) uebersetzer_->ausfuehreTransDat(*this);
+}
+
+// anweisung -> transStart "(" quellDatei "," SYSOSP "," grammatikObjekt optParameter ")" ZEILENENDE
+void Compiler::ausfuehreTransOSp() {
+    if (uebersetzer_) uebersetzer_->ausfuehreTransOSp(*this);
+}
+
+// anweisung -> umsetzeStart "(" quellDatei "," DAT "," grammatikDatei "," zielDatei ")" ZEILENENDE
+void Compiler::umsetzeDat() {
+    if (uebersetzer_) uebersetzer_->umsetzeDat(*this);
+}
+
+// anweisung -> umsetzeStart "(" quellDatei "," SYSOSP "," objektAngabe "," zielDatei ")" ZEILENENDE
+void Compiler::umsetzeOSp() {
+    if (uebersetzer_) uebersetzer_->umsetzeOSp(*this);
 }

@@ -103,13 +103,19 @@ public:
     // The value of a definition by its key (as "'p1'"), or null.
     const String* liefereDefinition(const String& schluessel) const;
 
-    // The grammar commands (src/grammar/CompilerTrans.cpp).
-    // Reads a grammar file into `grammatik`, its lines joined; a bare name is
-    // looked for beside the program. 1, or 0 after the file wrapper's report.
-    static int leseGrammatik(const String& name, std::string& grammatik);
-    // Reports a result of `mmparse` below 1 under its TRANS-... label, at
-    // level E. `text` is the subject line or null.
-    static void mmparseError(dataInteger code, const char* text, dataInteger position, dataInteger zeile);
+    // The statements that translate a file by a grammar (`ausfuehreTrans`,
+    // `umsetze`) are carried out by the grammar layer above this one, which
+    // installs itself here at start-up. Without it they do nothing.
+    class Uebersetzer {
+    public:
+        virtual ~Uebersetzer() = default;
+        virtual void ausfuehreTransDat(Compiler& compiler) = 0;
+        virtual void ausfuehreTransOSp(Compiler& compiler) = 0;
+        virtual void umsetzeDat(Compiler& compiler) = 0;
+        virtual void umsetzeOSp(Compiler& compiler) = 0;
+    };
+    // Not owned; null removes it.
+    static void setzeUebersetzer(Uebersetzer* uebersetzer) { uebersetzer_ = uebersetzer; }
 
     // Process-wide state of the language, shared by nested compilers.
     static dataInteger compilerStatus;       // request to leave: STATUS_...
@@ -173,6 +179,8 @@ protected:
     void hilfe(int mitObjekt);
     void hilfeMitListe();
     void statusExitDirekt();
+
+    static inline Uebersetzer* uebersetzer_ = nullptr;
 
 private:
     // Inserts the key 'wort' with `wert`; warns and keeps the old value if

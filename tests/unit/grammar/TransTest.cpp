@@ -16,6 +16,7 @@
 #include "foundation/DateiName.h"
 #include "foundation/DynArray.h"
 #include "foundation/MeldungsFaenger.h"
+#include "grammar/Uebersetzung.h"
 #include "grammar/mmparse/mmparse.h"
 #include "language/Compiler.h"
 #include "language/KdoGlobal.h"
@@ -53,6 +54,7 @@ private:
 class TransTest : public ::testing::Test {
 protected:
     void SetUp() override {
+        richteUebersetzungEin();
         protokoll.clear();
         {
             MeldungsFaenger still;
@@ -128,7 +130,7 @@ TEST_F(TransTest, GrammarFileLinesAreJoinedInPiecesUpToTheFirstEmptyLine) {
     for (const auto& [text, erwartet] : faelle) {
         datei("gt_gram.txt", text);
         std::string g = "unberuehrt";
-        EXPECT_EQ(Compiler::leseGrammatik("./gt_gram.txt", g), 1);
+        EXPECT_EQ(leseGrammatik("./gt_gram.txt", g), 1);
         EXPECT_EQ(g, erwartet) << text.size();
     }
 }
@@ -143,10 +145,10 @@ TEST_F(TransTest, BareGrammarNameIsReadBesideTheProgram) {
     programmDatei = String((verzeichnis / "kiv").string());
     MeldungsFaenger f;
     std::string g;
-    EXPECT_EQ(Compiler::leseGrammatik("gt_bare.txt", g), 1);
+    EXPECT_EQ(leseGrammatik("gt_bare.txt", g), 1);
     EXPECT_EQ(g, "beside");
     EXPECT_EQ(f.meldungen()[0].detail, (verzeichnis / "gt_bare.txt").string());
-    EXPECT_EQ(Compiler::leseGrammatik("./gt_bare.txt", g), 1);   // a directory is taken as it is
+    EXPECT_EQ(leseGrammatik("./gt_bare.txt", g), 1);   // a directory is taken as it is
     EXPECT_EQ(g, "here");
     programmDatei = alt;
     fs::remove_all(verzeichnis);
@@ -163,7 +165,7 @@ TEST_F(TransTest, EngineResultsAreReportedByCode) {
     MeldungsFaenger f;
     for (int code = 0; code >= -33; --code) {
         f.leere();
-        Compiler::mmparseError(code, "x", 4, 2);
+        meldeMmparseFehler(code, "x", 4, 2);
         const char* label = labels[-code];
         ASSERT_EQ(f.anzahl(), label ? 1u : 0u) << code;   // a stray '+' goes unreported
         if (!label) continue;
@@ -172,7 +174,7 @@ TEST_F(TransTest, EngineResultsAreReportedByCode) {
         EXPECT_EQ(f.letzte().funktion, "Compiler::mmparseError");
     }
     f.leere();
-    for (int code : {1, 600, -34, -1000}) Compiler::mmparseError(code, "x", 0, 1);
+    for (int code : {1, 600, -34, -1000}) meldeMmparseFehler(code, "x", 0, 1);
     EXPECT_EQ(f.anzahl(), 0u);
 
     // Line and position in decimal; memory errors add the parse code.
@@ -187,7 +189,7 @@ TEST_F(TransTest, EngineResultsAreReportedByCode) {
         {MM_CANTWRITE, nullptr, 0, 0, ""},
     };
     for (const auto& t : texte) {
-        Compiler::mmparseError(t.code, t.text, t.position, t.zeile);
+        meldeMmparseFehler(t.code, t.text, t.position, t.zeile);
         EXPECT_EQ(f.letzte().detail, t.detail) << t.code;
     }
 }

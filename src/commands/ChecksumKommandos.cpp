@@ -1,6 +1,6 @@
 // The checksum command handlers; see ChecksumKommandos.h.
 // Covered by the end-to-end cases in tests/e2e/cases/checksums.
-#include "checksums/ChecksumKommandos.h"
+#include "commands/ChecksumKommandos.h"
 
 #include <memory>
 

@@ -8,6 +8,8 @@
 // system keeps no grammar objects, so the SYSOSP forms end at once.
 // Covered by tests/unit/grammar/TransTest.cpp and the end-to-end cases in
 // tests/e2e/cases/grammar.
+#include "grammar/Uebersetzung.h"
+
 #include <cstdint>
 #include <cstdio>
 #include <istream>
@@ -151,7 +153,7 @@ void fuehreUebersetzungAus(const Compiler& c, const char* grammatik, const char*
         std::int32_t position = 0;
         const std::int32_t ergebnis = mmparse(ausgabe, STUECK, grammatik, zeile, n, "", &position);
         if (ergebnis < 1) {
-            Compiler::mmparseError(ergebnis, zeile, position, nummer);
+            meldeMmparseFehler(ergebnis, zeile, position, nummer);
             break;
         }
         const String uebersetzt =
@@ -177,14 +179,48 @@ void schreibeUebersetzung(const Compiler& c, const char* grammatik) {
     std::FILE* ziel = std::fopen(c.liefereZielName().c_str(), "w");
     std::int32_t position = 0;
     const std::int32_t ergebnis = mmparse(ziel, 0, grammatik, quelle, 0, "><", &position);
-    if (ergebnis < 1) Compiler::mmparseError(ergebnis, nullptr, position, 0);
+    if (ergebnis < 1) meldeMmparseFehler(ergebnis, nullptr, position, 0);
     std::fclose(quelle);
     if (ziel) std::fclose(ziel);
 }
 
+// The statements themselves.
+class GrammatikUebersetzer : public Compiler::Uebersetzer {
+public:
+    void ausfuehreTransDat(Compiler& c) override {
+        const Schachtelung ebene;
+        if (!Schachtelung::erlaubt(c.liefereDateiName(), "Compiler::ausfuehreTransDat")) return;
+        std::string grammatik;
+        if (!leseGrammatik(c.liefereGrammatikName(), grammatik)) return;
+        fuehreUebersetzungAus(c, grammatik.c_str(), "Compiler::ausfuehreTransDat");
+    }
+    void ausfuehreTransOSp(Compiler& c) override {
+        const Schachtelung ebene;
+        if (!Schachtelung::erlaubt(c.liefereDateiName(), "Compiler::ausfuehreTransOSp")) return;
+        const char* grammatik = sucheGrammatikObjekt(c.liefereWort());
+        if (!grammatik) return;
+        fuehreUebersetzungAus(c, grammatik, "Compiler::ausfuehreTransOSp");
+    }
+    void umsetzeDat(Compiler& c) override {
+        std::string grammatik;
+        if (!leseGrammatik(c.liefereGrammatikName(), grammatik)) return;
+        schreibeUebersetzung(c, grammatik.c_str());
+    }
+    void umsetzeOSp(Compiler& c) override {
+        const char* grammatik = sucheGrammatikObjekt(c.liefereWort());
+        if (!grammatik) return;
+        schreibeUebersetzung(c, grammatik);
+    }
+};
+
 }  // namespace
 
-int Compiler::leseGrammatik(const String& name, std::string& grammatik) {
+void richteUebersetzungEin() {
+    static GrammatikUebersetzer uebersetzer;
+    Compiler::setzeUebersetzer(&uebersetzer);
+}
+
+int leseGrammatik(const String& name, std::string& grammatik) {
     IDatei datei(DateiName(name).vervollstaendigt());
     if (!datei.oeffne()) return 0;
     std::istream& strom = *datei.liefereStrom();
@@ -207,8 +243,7 @@ int Compiler::leseGrammatik(const String& name, std::string& grammatik) {
     return 1;
 }
 
-void Compiler::mmparseError(dataInteger code, const char* text, dataInteger position,
-                            dataInteger zeile) {
+void meldeMmparseFehler(dataInteger code, const char* text, dataInteger position, dataInteger zeile) {
     const char* kennung = kennungVon(code);
     if (!kennung) return;
     String detail;
@@ -218,36 +253,4 @@ void Compiler::mmparseError(dataInteger code, const char* text, dataInteger posi
         detail += code;
     }
     Fehler(kennung, "Compiler::mmparseError", detail, 'E');
-}
-
-// anweisung -> transStart "(" quellDatei "," DAT "," grammatikDatei optParameter ")" ZEILENENDE
-void Compiler::ausfuehreTransDat() {
-    const Schachtelung ebene;
-    if (!Schachtelung::erlaubt(dateiName, "Compiler::ausfuehreTransDat")) return;
-    std::string grammatik;
-    if (!leseGrammatik(grammatikName, grammatik)) return;
-    fuehreUebersetzungAus(*this, grammatik.c_str(), "Compiler::ausfuehreTransDat");
-}
-
-// anweisung -> transStart "(" quellDatei "," SYSOSP "," grammatikObjekt optParameter ")" ZEILENENDE
-void Compiler::ausfuehreTransOSp() {
-    const Schachtelung ebene;
-    if (!Schachtelung::erlaubt(dateiName, "Compiler::ausfuehreTransOSp")) return;
-    const char* grammatik = sucheGrammatikObjekt(wort);
-    if (!grammatik) return;
-    fuehreUebersetzungAus(*this, grammatik, "Compiler::ausfuehreTransOSp");
-}
-
-// anweisung -> umsetzeStart "(" quellDatei "," DAT "," grammatikDatei "," zielDatei ")" ZEILENENDE
-void Compiler::umsetzeDat() {
-    std::string grammatik;
-    if (!leseGrammatik(grammatikName, grammatik)) return;
-    schreibeUebersetzung(*this, grammatik.c_str());
-}
-
-// anweisung -> umsetzeStart "(" quellDatei "," SYSOSP "," objektAngabe "," zielDatei ")" ZEILENENDE
-void Compiler::umsetzeOSp() {
-    const char* grammatik = sucheGrammatikObjekt(wort);
-    if (!grammatik) return;
-    schreibeUebersetzung(*this, grammatik);
 }
