@@ -402,25 +402,50 @@ std::int32_t oeffneRegel() {
 
 enum class Art { Literal, Beliebig, Menge, Variable };
 
-std::int32_t byteLauf() {
-    const Byte* anfang = mm.pat;
-    const Byte* p = anfang;
-    const bool negiert = mm.notPending;
+// The suffix behind a byte item: how often it repeats and how it backtracks.
+enum class Suffix {
+    Einmal,       // none: exactly once
+    Optional,     // '/': zero or one, gives the item back
+    Plus,         // '+': one or more, gives back one at a time down to one
+    Stern,        // '*': zero or more, gives back one at a time down to none
+    Fest,         // '!': one or more, gives nothing back
+    AllesOderNichts,  // '?': zero or more, gives the whole run back in one step
+};
+
+Suffix suffixVon(Byte b) {
+    switch (b) {
+    case '/': return Suffix::Optional;
+    case '+': return Suffix::Plus;
+    case '*': return Suffix::Stern;
+    case '!': return Suffix::Fest;
+    case '?': return Suffix::AllesOderNichts;
+    default: return Suffix::Einmal;
+    }
+}
+
+// What a byte item is: its kind, the byte of a literal, and for a variable
+// reference the text it repeats (einheit bytes from varStart).
+struct ByteItem {
     Art art = Art::Literal;
     Byte wert = 0;
-    Pos varStart = 0, einheit = 1;
-    std::int32_t r = kWeiter;
+    Pos varStart = 0;
+    Pos einheit = 1;
+};
 
+// Reads the item at `p` (without its suffix) and moves `p` behind it.
+std::int32_t liesByteItem(const Byte*& p, bool negiert, ByteItem& item) {
+    const Byte* anfang = p;
+    std::int32_t r = kWeiter;
     switch (*p) {
     case '@':
         if (negiert) return fehler(MM_ILLEGALNOT, p);
-        art = Art::Beliebig;
+        item.art = Art::Beliebig;
         ++p;
         break;
     case '[': {
         const Byte* zu = nullptr;
         if ((r = findeMengenEnde(p, zu)) != kWeiter) return r;
-        art = Art::Menge;
+        item.art = Art::Menge;
         p = zu + 1;
         break;
     }
@@ -430,98 +455,116 @@ std::int32_t byteLauf() {
         if ((r = leseVariablenName(p, name)) != kWeiter) return r;
         std::int32_t e = -1;
         if ((r = sucheVariable(name, anfang, e)) != kWeiter) return r;
-        art = Art::Variable;
-        einheit = 0;
+        item.art = Art::Variable;
+        item.einheit = 0;
         if (e >= 0) {
             const ArrayFrame& f = frame(var(e).frame);
             if (f.subjectStart < mm.basis) return fehler(MM_TEXT_VERWORFEN, anfang);
-            varStart = f.subjectStart;
-            einheit = f.subjectEnd - f.subjectStart;
+            item.varStart = f.subjectStart;
+            item.einheit = f.subjectEnd - f.subjectStart;
         }
         break;
     }
     case '\\':
-        if ((r = leseEscape(p, wert)) != kWeiter) return r;
+        if ((r = leseEscape(p, item.wert)) != kWeiter) return r;
         break;
     default:
-        wert = *p++;
+        item.wert = *p++;
         break;
     }
+    return kWeiter;
+}
 
-    int modus = 0;
-    switch (*p) {
-    case '/': modus = 1; break;
-    case '+': modus = 2; break;
-    case '*': modus = 3; break;
-    case '!': modus = 4; break;
-    case '?': modus = 5; break;
-    default: break;
-    }
-    const Byte* hinter = modus ? p + 1 : p;
-    const bool einzeln = modus <= 1;
-    const bool ohneFall = (frame(mm.cur).flags & FLAG_NOCASE) != 0;
-    const Byte vergleich = ohneFall ? gross(wert) : wert;
-
-    Pos cursor = mm.subj;
-    bool leerOk = art == Art::Variable && einheit == 0;
-    if (!leerOk) {
-        Pos grenze = subjektEnde();
-        for (;;) {
-            if (art == Art::Variable) {
-                bool passt = true;
-                for (Pos k = 0; k < einheit; ++k) {
-                    bool amEnde = false;
-                    if ((r = sichereByte(cursor + k, amEnde)) != kWeiter) return r;
-                    if (amEnde || subjektByte(cursor + k) != subjektByte(varStart + k)) {
-                        passt = false;
-                        break;
-                    }
-                }
-                if (!passt) break;
-                cursor += einheit;
-            } else {
-                if (cursor >= grenze) {
-                    bool amEnde = false;
-                    if ((r = sichereByte(cursor, amEnde)) != kWeiter) return r;
-                    if (amEnde) break;
-                    grenze = subjektEnde();
-                }
-                Byte b = subjektByte(cursor);
-                bool ok = true;
-                if (art == Art::Literal) {
-                    ok = ((ohneFall ? gross(b) : b) == vergleich) != negiert;
-                } else if (art == Art::Menge) {
-                    if ((r = mengenTest(anfang, b, ok)) != kWeiter) return r;
-                    ok = ok != negiert;
-                }
-                if (!ok) break;
-                ++cursor;
-            }
-            if (einzeln) break;
+// Whether the variable's text stands again at `cursor`.
+std::int32_t variableTrifft(const ByteItem& item, Pos cursor, bool& passt) {
+    passt = true;
+    for (Pos k = 0; k < item.einheit; ++k) {
+        bool amEnde = false;
+        std::int32_t r = sichereByte(cursor + k, amEnde);
+        if (r != kWeiter) return r;
+        if (amEnde || subjektByte(cursor + k) != subjektByte(item.varStart + k)) {
+            passt = false;
+            break;
         }
     }
+    return kWeiter;
+}
+
+// Takes as many repetitions as the item allows (one, or as many as match)
+// from the subject at mm.subj; `cursor` ends behind the last one.
+std::int32_t nimmWiederholungen(const ByteItem& item, const Byte* anfang, bool negiert, bool einzeln,
+                                Pos& cursor) {
+    const bool ohneFall = (frame(mm.cur).flags & FLAG_NOCASE) != 0;
+    const Byte vergleich = ohneFall ? gross(item.wert) : item.wert;
+    std::int32_t r = kWeiter;
+    cursor = mm.subj;
+    Pos grenze = subjektEnde();
+    for (;;) {
+        if (item.art == Art::Variable) {
+            bool passt = true;
+            if ((r = variableTrifft(item, cursor, passt)) != kWeiter) return r;
+            if (!passt) break;
+            cursor += item.einheit;
+        } else {
+            if (cursor >= grenze) {
+                bool amEnde = false;
+                if ((r = sichereByte(cursor, amEnde)) != kWeiter) return r;
+                if (amEnde) break;
+                grenze = subjektEnde();
+            }
+            Byte b = subjektByte(cursor);
+            bool ok = true;
+            if (item.art == Art::Literal) {
+                ok = ((ohneFall ? gross(b) : b) == vergleich) != negiert;
+            } else if (item.art == Art::Menge) {
+                if ((r = mengenTest(anfang, b, ok)) != kWeiter) return r;
+                ok = ok != negiert;
+            }
+            if (!ok) break;
+            ++cursor;
+        }
+        if (einzeln) break;
+    }
+    return kWeiter;
+}
+
+std::int32_t byteLauf() {
+    const Byte* anfang = mm.pat;
+    const Byte* p = anfang;
+    const bool negiert = mm.notPending;
+    ByteItem item;
+    std::int32_t r = liesByteItem(p, negiert, item);
+    if (r != kWeiter) return r;
+
+    const Suffix suffix = suffixVon(*p);
+    const Byte* hinter = suffix == Suffix::Einmal ? p : p + 1;
+    const bool einzeln = suffix == Suffix::Einmal || suffix == Suffix::Optional;
+
+    // A reference to a variable that holds the empty text matches at once.
+    const bool leerOk = item.art == Art::Variable && item.einheit == 0;
+    Pos cursor = mm.subj;
+    if (!leerOk && (r = nimmWiederholungen(item, anfang, negiert, einzeln, cursor)) != kWeiter) return r;
 
     mm.notPending = false;
     mm.itemStart = false;
     const Pos n = cursor - mm.subj;
     const bool leer = n == 0;
     bool scheitert = false, mitFrame = false, optional = false;
-    std::uint32_t step = static_cast<std::uint32_t>(einheit);
+    std::uint32_t step = static_cast<std::uint32_t>(item.einheit);
     if (!leerOk) {
-        switch (modus) {
-        case 0:
-        case 4: scheitert = leer; break;
-        case 1:
-        case 3: mitFrame = optional = !leer; break;
-        case 2:
+        switch (suffix) {
+        case Suffix::Einmal:
+        case Suffix::Fest: scheitert = leer; break;
+        case Suffix::Optional:
+        case Suffix::Stern: mitFrame = optional = !leer; break;
+        case Suffix::Plus:
             scheitert = leer;
-            mitFrame = !leer && n != einheit;
+            mitFrame = !leer && n != item.einheit;
             break;
-        case 5:
+        case Suffix::AllesOderNichts:
             mitFrame = optional = !leer;
             step = static_cast<std::uint32_t>(n);
             break;
-        default: break;
         }
     }
     if (scheitert) {
