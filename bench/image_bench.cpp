@@ -13,6 +13,7 @@
 #include "image/EpromDatei.h"
 #include "reporting/BearbeitungsFortschritt.h"
 #include "reporting/Fehler.h"
+#include "support/StilleAnzeige.h"
 
 namespace {
 
@@ -20,14 +21,6 @@ constexpr std::uint32_t groesse = 16u << 20;
 
 void verwerfe(Fehler&, int) {}
 
-class StilleAnzeige : public BearbeitungsAnzeige {
-public:
-    void starteAbs(const String&) override {}
-    void starteRel(dataInteger, const String&) override {}
-    void weiter(dataInteger) override {}
-    void beende() override {}
-};
-std::unique_ptr<BearbeitungsAnzeige> still() { return std::make_unique<StilleAnzeige>(); }
 
 // Wall time and the process's CPU time: on a busy machine the second tells
 // more about the code.
@@ -46,7 +39,7 @@ void miss(const char* was, std::uint64_t bytes, const std::function<int()>& arbe
 int main() {
     Fehler::init();
     Fehler::fehlerAusgabeRoutine = verwerfe;
-    BearbeitungsFortschritt::standardFabrik = still;
+    BearbeitungsFortschritt::standardFabrik = stilleFabrik;
 
     std::vector<std::uint8_t> daten(groesse);
     std::mt19937 zufall(1);

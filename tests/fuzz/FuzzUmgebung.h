@@ -21,6 +21,7 @@
 
 #include "reporting/BearbeitungsFortschritt.h"
 #include "reporting/Fehler.h"
+#include "support/StilleAnzeige.h"
 
 namespace kivfuzz {
 
@@ -44,14 +45,6 @@ inline void stilleAusgabe(Fehler& fehler, int) {
     fehler.ausgabe(weg);
 }
 
-class StilleAnzeige : public BearbeitungsAnzeige {
-public:
-    void starteAbs(const String&) override {}
-    void starteRel(dataInteger, const String&) override {}
-    void weiter(dataInteger) override {}
-    void beende() override {}
-};
-inline std::unique_ptr<BearbeitungsAnzeige> stilleFabrik() { return std::make_unique<StilleAnzeige>(); }
 
 // Once per process: messages, progress marks and the console streams go
 // nowhere. libFuzzer and the sanitizers write through stdio and raw file

@@ -13,6 +13,7 @@
 #include "image/Eprom.h"
 #include "reporting/BearbeitungsFortschritt.h"
 #include "reporting/Fehler.h"
+#include "support/StilleAnzeige.h"
 
 namespace bildtest {
 
@@ -45,15 +46,6 @@ inline void nimmAuf(Fehler& f, int art) {
     }
 }
 
-// Progress marks would only clutter the test output.
-class StilleAnzeige : public BearbeitungsAnzeige {
-public:
-    void starteAbs(const String&) override {}
-    void starteRel(dataInteger, const String&) override {}
-    void weiter(dataInteger) override {}
-    void beende() override {}
-};
-inline std::unique_ptr<BearbeitungsAnzeige> stilleFabrik() { return std::make_unique<StilleAnzeige>(); }
 
 class MitMeldungen : public ::testing::Test {
 protected:
