@@ -10,7 +10,7 @@ A case file (tests/e2e/cases/**/*.case) looks like this:
     setze(1000, /, FF)
     --- stdin
     ...
-    --- stdout                        (byte-exact expectation)
+    --- stdout                        (byte-exact expectation, see below)
     --- stderr
     --- kiv.log
     --- expect-file out.hex           (a file the run must leave behind)
@@ -18,6 +18,14 @@ A case file (tests/e2e/cases/**/*.case) looks like this:
     --- kiv.log contains
     --- file:out.hex contains
     --- expect-absent out.hex         (a file the run must not leave)
+
+What every run prints is implied, so that a case states only what it is
+about: the banner in front of stdout, the start line in front of stderr and
+the message statistics behind it, with the counts of the boxed messages the
+case expects. A body that itself begins with the banner or the start line,
+or contains the statistics, states its own. "(whole)" on a stdout or stderr
+header turns the implied parts off. kiv.log must equal stderr unless the
+case has a kiv.log section of its own.
 
 Section bodies are the lines up to the next section; every line ends with a
 newline. Add "(noeol)" to a section header to drop the final newline, and
@@ -53,12 +61,12 @@ def parse_case(path):
         if line.startswith(b"--- "):
             header = line[4:].decode("latin-1").strip()
             flags = set()
-            for flag in ("(noeol)", "(hex)"):
+            for flag in ("(noeol)", "(hex)", "(whole)"):
                 if header.endswith(flag):
                     flags.add(flag)
                     header = header[: -len(flag)].strip()
-                    if header.endswith(("(noeol)", "(hex)")):
-                        for f2 in ("(noeol)", "(hex)"):
+                    if header.endswith(("(noeol)", "(hex)", "(whole)")):
+                        for f2 in ("(noeol)", "(hex)", "(whole)"):
                             if header.endswith(f2):
                                 flags.add(f2)
                                 header = header[: -len(f2)].strip()
@@ -85,8 +93,39 @@ def parse_case(path):
             body = b"".join(l + b"\n" for l in lines)
             if "(noeol)" in flags and body.endswith(b"\n"):
                 body = body[:-1]
+        if name in ("stdout", "stderr") and "(whole)" not in flags:
+            body = framed(name, body)
         out.append((name, body))
     return head, out
+
+
+VERSION = b"V1.11-2"
+BANNER = b"\nKIV++ Version " + VERSION + b"\n----------------------------------- \n\n"
+START = b"VOR-S-KIV-STARTED " + VERSION + b" \n"
+LEVELS = b"FEWI"
+
+
+def statistics(body):
+    """The closing statistics for the boxed messages in `body`."""
+    counts = {l: 0 for l in LEVELS}
+    for line in body.split(b"\n"):
+        if line.startswith(b"| %KIV-") and len(line) > 8 and line[7] in LEVELS and line[8:9] == b"-":
+            counts[line[7]] += 1
+    out = b"%KIV-S-FEHLSTAT   Fehlerstatistik: \n"
+    for l in LEVELS:
+        out += b"%%KIV-S-ANZFEHL-%c  %d \n" % (l, counts[l])
+    return out
+
+
+def framed(name, body):
+    """A stdout or stderr body with what every run prints around it."""
+    if name == "stdout":
+        return body if body.startswith(b"\nKIV++ Version ") else BANNER + body
+    if not body.startswith(b"VOR-S-KIV-STARTED"):
+        body = START + body
+    if b"%KIV-S-FEHLSTAT" not in body:
+        body += statistics(body)
+    return body
 
 
 def show(data):
@@ -107,6 +146,7 @@ def run_case(kiv, path):
     problems = []
     with tempfile.TemporaryDirectory(prefix="kive2e-") as work:
         checks = []
+        own_log = any(n == "kiv.log" or n.startswith("kiv.log ") for n, _ in sections)
         for name, body in sections:
             if name.startswith("file "):
                 target = os.path.join(work, name[5:].strip())
@@ -139,6 +179,11 @@ def run_case(kiv, path):
             with open(p, "rb") as f:
                 return f.read()
 
+        if not own_log and content("kiv.log") != proc.stderr:
+            log = content("kiv.log")
+            problems.append("kiv.log differs from stderr" if log is not None else "kiv.log: missing")
+            if log is not None:
+                problems.append(diff("kiv.log (as stderr)", proc.stderr, log))
         if proc.returncode != want_status:
             problems.append("exit status %d, expected %d" % (proc.returncode, want_status))
         for name, body in checks:
