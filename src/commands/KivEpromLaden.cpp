@@ -167,9 +167,9 @@ int KivEprom::schreibeInDatei(const DateiName& datei, int ueberschreiben, std::i
             Fehler("FILE-EXIST", funktion, datei.liefereGanz(), 'E');
             return 0;
         }
-        // The old file goes before the new one is written, even if the
-        // writing fails later: intended.
-        if (loescheDatei(datei.liefereGanz().c_str()) == -1) {
+        // The old file stays until the new one is complete; a file that may
+        // not be replaced is refused before anything is written.
+        if (!dateiErsetzbar(datei.liefereGanz().c_str())) {
             Fehler("FILE-READONLY", funktion, datei.liefereGanz(), 'E');
             return 0;
         }

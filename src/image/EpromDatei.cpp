@@ -142,10 +142,15 @@ int EpromDatei::schreibe(Eprom& eprom, const adrInteger* startAdresse, const adr
     String fehler;
     pruefeBereich(eprom, startAdresse, endAdresse, von, bis, fehler);
     int ergebnis = 0;
-    if (!fehler.istLeer())
+    if (!fehler.istLeer()) {
         Fehler("HEXFILE-ADR", "EpromDatei::schreibe", fehler, 'E');
-    else
+    } else {
         ergebnis = schreibe(eprom, *ausgabe.liefereStrom(), von, bis, externeAdresse);
+        // A failed line has been reported by its writer; a failed write is
+        // reported when the file cannot be completed.
+        if (ergebnis || !ausgabe.liefereStrom()->good())
+            ergebnis = ausgabe.beende("EpromDatei::schreibe") && ergebnis;
+    }
     ausgabe.schliesseStill();
     Fehler::zusatzZeile = nullptr;
     return ergebnis;
@@ -535,11 +540,10 @@ int EpromDateiBinaer::schreibe(Eprom& eprom, const adrInteger* startAdresse, con
             a += n;
         }
     }
+    if (ergebnis) ergebnis = ausgabe.beende("EpromDateiBinaer::schreibe");
+    // What was not completed is thrown away; the file under the name stays
+    // as it was.
     ausgabe.schliesseStill();
-    if (!ergebnis) {
-        const String& name = datei.liefereGanz();
-        Fehler("INVALID-DATA-FILE_REMOVED", "EpromDateiBinaer::schreibe ", name, 'E');
-        if (loescheDatei(name.c_str()) != 0) Fehler("FILE-READONLY", "EpromDateiBinaer::schreibe ", name, 'E');
-    }
+    if (!ergebnis) Fehler("INVALID-DATA-FILE_REMOVED", "EpromDateiBinaer::schreibe ", datei.liefereGanz(), 'E');
     return ergebnis;
 }
