@@ -275,10 +275,45 @@ int Compiler::ausfuehreZeile(const String& zeile) {
     return compilerStatus;
 }
 
+namespace {
+
+// One long logical line must not flood the console and the log with boxes
+// that each repeat the whole line: the first few show, the rest are counted.
+// A nested run inside the line shares the outer line's limit.
+constexpr std::uint16_t syntaxBoxenJeZeile = 5;
+const char* const syntaxLabel = "CMD-SYNTAX-ERROR";
+
+class SyntaxFehlerGrenze {
+public:
+    SyntaxFehlerGrenze() : eigene_(Fehler::liefereBegrenzungsZaehler(syntaxLabel) < 0) {
+        if (eigene_) Fehler::begrenzeAusgabe(syntaxLabel, syntaxBoxenJeZeile, 'E', 1);
+    }
+    ~SyntaxFehlerGrenze() {
+        if (!eigene_) return;
+        const std::int64_t gesehen = Fehler::liefereBegrenzungsZaehler(syntaxLabel);
+        Fehler::hebeBegrenzungAuf(syntaxLabel);
+        if (gesehen > syntaxBoxenJeZeile)
+            Fehler("CMD-SYNTAX-ERROR-COUNT", "Compiler::compileStream",
+                   String(std::to_string(gesehen - syntaxBoxenJeZeile)) + " weitere Syntaxfehler der Zeile nicht gezeigt",
+                   'S');
+    }
+    SyntaxFehlerGrenze(const SyntaxFehlerGrenze&) = delete;
+    SyntaxFehlerGrenze& operator=(const SyntaxFehlerGrenze&) = delete;
+
+private:
+    bool eigene_;
+};
+
+}  // namespace
+
 int Compiler::compileStream(const String& name, std::istream& strom, dataInteger zeile) {
     laufStatus = LAUF_NORMAL;
     oeffne(name, strom, zeile);
-    const int syntaxFehler = parse();
+    int syntaxFehler;
+    {
+        const SyntaxFehlerGrenze grenze;
+        syntaxFehler = parse();
+    }
     const int status = Fehler::holeStatus();
     if (status > compilerStatus) {
         Fehler("CMD-ABORT-PROC", "Compiler::compileStream", String(), 'S');

@@ -121,18 +121,26 @@ TEST_F(DateiTest, OpenAndCloseReportOnce) {
     EXPECT_EQ(faenger.letzte().detail, pfad("fehlt.txt") + ": No such file or directory");
     EXPECT_FALSE(fs::exists(pfad("fehlt.txt")));
 
-    // Output truncates; the destructor closes without a word.
+    // Output replaces the file only when closed; the destructor throws the
+    // new text away without a word and leaves no temporary file.
     faenger.leere();
     schreibe("aus.txt", "alter langer Inhalt");
+    const auto ausText = [&] {
+        std::ifstream gelesen(pfad("aus.txt"));
+        return std::string(std::istreambuf_iterator<char>(gelesen), std::istreambuf_iterator<char>());
+    };
     {
         ODatei aus(DateiName(pfad("aus.txt").c_str()));
         EXPECT_EQ(aus.oeffne(), 1);
         *aus.liefereStrom() << "neu";
     }
-    std::ifstream gelesen(pfad("aus.txt"));
-    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(gelesen), std::istreambuf_iterator<char>()), "neu");
+    EXPECT_EQ(ausText(), "alter langer Inhalt");
     ODatei zweite(DateiName(pfad("aus.txt").c_str()));
-    zweite.schliesse();
+    *zweite.liefereStrom() << "neu";
+    EXPECT_EQ(zweite.schliesse(), 1);
+    EXPECT_EQ(ausText(), "neu");
+    for (const auto& eintrag : fs::directory_iterator(verzeichnis))
+        EXPECT_EQ(eintrag.path().filename().string().find(".kiv-"), std::string::npos) << eintrag.path();
     ODatei unmoeglich(DateiName(pfad("nichtda/x.txt").c_str()));
     EXPECT_EQ(unmoeglich.oeffne(), 0);
     EXPECT_EQ(gefangen(), "OUTPUTFILEOPENED/ODatei::oeffne/S FILECLOSED/ODatei::schliesse /S "
@@ -175,7 +183,7 @@ TEST_F(DateiTest, CheckBeforeWriting) {
     EXPECT_EQ(pruefeZielDatei(da, Schreibmodus::anhaengen, funktion), 1);
     EXPECT_TRUE(fs::exists(pfad("da.txt")));
     EXPECT_EQ(pruefeZielDatei(da, Schreibmodus::ueberschreiben, funktion), 1);
-    EXPECT_FALSE(fs::exists(pfad("da.txt")));
+    EXPECT_TRUE(fs::exists(pfad("da.txt"))) << "kept until the new file replaces it";
     EXPECT_EQ(faenger.anzahl(), 1u);
 
     schreibe("fest.txt", "x");
