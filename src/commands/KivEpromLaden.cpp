@@ -8,6 +8,7 @@
 
 #include "commands/KivEprom.h"
 #include "foundation/Datei.h"
+#include "foundation/LongDynArray.h"
 #include "image/Eprom.h"
 #include "image/EpromDatei.h"
 #include "language/KdoGlobal.h"
@@ -283,6 +284,17 @@ int KivEprom::setzeBereich(adrInteger anf, adrInteger end)
 {
     const char* funktion = "KivEprom::setzeBereich ";
     if (!pruefeAdresse(anf, funktion) || !pruefeAdresse(end, funktion)) return 0;
+    // A region lives in one byte array of bounded span; a larger one would
+    // hand out a stand-in byte for every address beyond it, so it is refused.
+    const std::uint64_t laenge = std::uint64_t(std::max(anf, end)) - std::min(anf, end) + 1;
+    if (laenge > std::uint64_t(LongDynArray::maxAnzahl)) {
+        Fehler("REGION-TOO-LARGE", funktion,
+               hexKlein(std::min(anf, end)) + " - " + hexKlein(std::max(anf, end)) + ": " +
+                   hexKlein(static_cast<std::int64_t>(laenge)) + " Bytes, ein Bereich hat hoechstens " +
+                   hexKlein(LongDynArray::maxAnzahl) + " Bytes",
+               'E');
+        return 0;
+    }
     const int ergebnis = eprom->definiereBereich(std::min(anf, end), std::max(anf, end));
     if (ergebnis == 1) geaendert = 1;
     return ergebnis;

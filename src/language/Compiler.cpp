@@ -239,6 +239,9 @@ int Compiler::ausfuehreBatch(const String& dateiName, DynArray<String>* p, int a
             }
             praefix = "_";
             const bool zeilenEnde = liesPhysischeZeile(*strom, physisch);
+            // A NUL ends the text of its line, but the line end stays, so
+            // that the damage stays in this line and the next starts clean.
+            if (const std::size_t nul = physisch.find('\0'); nul != std::string::npos) physisch.resize(nul);
             zeile += physisch;
             zeile += '\n';
             weiter = verlangtFortsetzung(physisch, zeilenEnde);
@@ -292,10 +295,11 @@ public:
         if (!eigene_) return;
         const std::int64_t gesehen = Fehler::liefereBegrenzungsZaehler(syntaxLabel);
         Fehler::hebeBegrenzungAuf(syntaxLabel);
-        if (gesehen > syntaxBoxenJeZeile)
-            Fehler("CMD-SYNTAX-ERROR-COUNT", "Compiler::compileStream",
-                   String(std::to_string(gesehen - syntaxBoxenJeZeile)) + " weitere Syntaxfehler der Zeile nicht gezeigt",
-                   'S');
+        if (gesehen > syntaxBoxenJeZeile) {
+            std::ostringstream detail;
+            detail << "COUNT: " << std::hex << gesehen << ", " << gesehen - syntaxBoxenJeZeile << " nicht gezeigt";
+            Fehler("CMD-SYNTAX-ERROR-COUNT", "Compiler::compileStream", String(detail.str()), 'S');
+        }
     }
     SyntaxFehlerGrenze(const SyntaxFehlerGrenze&) = delete;
     SyntaxFehlerGrenze& operator=(const SyntaxFehlerGrenze&) = delete;
