@@ -147,11 +147,15 @@ int KivEprom::schreibeInDatei(const DateiName& datei, int ueberschreiben, std::i
         !pruefeAdresse(externeAdresse, funktion))
         return 0;
     // The line writers cannot cut a record into pieces of no byte, and a
-    // count above one byte does not fit the record; refuse before the old
-    // file is touched.
-    if (typ != typBinaer && (nutzBytes < 1 || nutzBytes > 255)) {
+    // record must fit the 132 characters that the readers take as one line:
+    // 11 + 2n for Intel, 14 + 2n for the widest S-record (every Motorola
+    // form can grow into S3). Refuse before the old file is touched.
+    const dataInteger hoechstens = typ == typIntel ? 60 : 59;
+    if (typ != typBinaer && (nutzBytes < 1 || nutzBytes > hoechstens)) {
         Fehler("INVALID-VALUE", funktion,
-               String("nutzBytes ") + String(nutzBytes) + ": erlaubt sind 1 bis 255 Bytes je Zeile", 'E');
+               String("nutzBytes ") + String(nutzBytes) + ": erlaubt sind 1 bis " + String(hoechstens) +
+                   " Bytes je Zeile",
+               'E');
         return 0;
     }
 
