@@ -127,6 +127,9 @@ SichereAusgabe::SichereAusgabe(const String& ziel, Art art) : ziel_(ziel) {
     if (art == Art::anhaengen || keineNormaleDatei(name)) {
         const int flags = O_WRONLY | O_CREAT | O_CLOEXEC | (art == Art::anhaengen ? O_APPEND : O_TRUNC);
         fd_ = ::open(name, flags, 0666);
+        struct stat info;
+        if (art == Art::anhaengen && fd_ >= 0 && ::fstat(fd_, &info) == 0 && S_ISREG(info.st_mode))
+            anhangAb_ = info.st_size;
     } else {
         // The temporary file sits beside the target, so that the rename
         // stays on one file system.
@@ -174,6 +177,7 @@ int SichereAusgabe::beende() {
     // Devices and pipes cannot be synced; only a regular file must be on
     // the disk before it takes the old one's place.
     if (!fehler_ && !temp_.istLeer() && ::fsync(fd_) != 0) fehler_ = errno;
+    if (fehler_ && anhangAb_ >= 0) (void)!::ftruncate(fd_, static_cast<off_t>(anhangAb_));
     int schluss = cStrom_ ? std::fclose(cStrom_) : ::close(fd_);
     if (schluss != 0 && !fehler_) fehler_ = errno ? errno : EIO;
     cStrom_ = nullptr;
@@ -188,6 +192,7 @@ int SichereAusgabe::beende() {
 
 void SichereAusgabe::verwirf() {
     if (fd_ < 0) return;
+    if (anhangAb_ >= 0) (void)!::ftruncate(fd_, static_cast<off_t>(anhangAb_));
     if (cStrom_)
         std::fclose(cStrom_);
     else

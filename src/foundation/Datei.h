@@ -72,7 +72,8 @@ private:
 // a full disk, a failed close, the program being killed) leaves the old file
 // as it was, and the temporary file is removed unless the process died.
 // Devices and pipes are written in place and never replaced. Appending
-// writes in place too, but still checks every write.
+// writes in place too, checks every write, and on a failure cuts the file
+// back to the length it had.
 class SichereAusgabe {
 public:
     enum class Art { ersetzen, anhaengen };
@@ -99,6 +100,7 @@ private:
     String ziel_;
     String temp_;   // empty when written in place
     int fd_ = -1;
+    long long anhangAb_ = -1;   // length before appending, -1 otherwise
     int fehler_ = 0;
     std::unique_ptr<Puffer> puffer_;
     std::unique_ptr<std::ostream> strom_;
