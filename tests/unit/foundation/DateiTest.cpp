@@ -194,3 +194,29 @@ TEST_F(DateiTest, CheckBeforeWriting) {
     EXPECT_EQ(faenger.letzte().label, "FILE-READONLY");
     EXPECT_EQ(faenger.letzte().detail, pfad("fest.txt"));
 }
+
+// Devices are written in place: the name (here a link to one) must survive
+// as it was, where a replacing rename would leave a regular file.
+// Appending adds to the file; a failure is reported by its errno.
+TEST_F(DateiTest, DevicesInPlaceAppendingAndFailures) {
+    fs::create_symlink("/dev/null", pfad("nichts"));
+    SichereAusgabe geraet(String(pfad("nichts").c_str()));
+    ASSERT_TRUE(geraet.offen());
+    geraet.strom() << "weg";
+    EXPECT_EQ(geraet.beende(), 0);
+    EXPECT_TRUE(fs::is_symlink(pfad("nichts")));
+
+    schreibe("log.txt", "a\n");
+    SichereAusgabe anhang(String(pfad("log.txt").c_str()), SichereAusgabe::Art::anhaengen);
+    std::fputs("b\n", anhang.cStrom());
+    EXPECT_EQ(anhang.beende(), 0);
+    std::ifstream gelesen(pfad("log.txt"));
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(gelesen), std::istreambuf_iterator<char>()), "a\nb\n");
+
+    SichereAusgabe voll(String("/dev/full"));
+    voll.strom() << "x";
+    EXPECT_EQ(voll.beende(), ENOSPC);
+    SichereAusgabe ohneVerzeichnis(String(pfad("nichtda/x").c_str()));
+    EXPECT_FALSE(ohneVerzeichnis.offen());
+    EXPECT_EQ(ohneVerzeichnis.beende(), ENOENT);
+}
