@@ -136,7 +136,9 @@ SichereAusgabe::SichereAusgabe(const String& ziel, Art art) : ziel_(ziel) {
         const std::string ganz(name);
         const std::size_t schnitt = ganz.rfind('/');
         const std::string verzeichnis = schnitt == std::string::npos ? "" : ganz.substr(0, schnitt + 1);
-        const std::string basis = schnitt == std::string::npos ? ganz : ganz.substr(schnitt + 1);
+        // A short enough stem keeps the temporary name within the limit of
+        // a name in a directory even for the longest target name.
+        const std::string basis = (schnitt == std::string::npos ? ganz : ganz.substr(schnitt + 1)).substr(0, 200);
         std::string muster = verzeichnis + "." + basis + ".kiv-XXXXXX";
         fd_ = ::mkstemp(muster.data());
         if (fd_ >= 0) {

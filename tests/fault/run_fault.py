@@ -91,6 +91,16 @@ def vollePlatte(kiv):
         pruefe(not reste(verz), "umsetze: temporary file left")
 
 
+# A device is written in place, never replaced by a regular file.
+def geraet(kiv):
+    with tempfile.TemporaryDirectory() as verz:
+        os.symlink("/dev/null", os.path.join(verz, "dn"))
+        r = lauf(kiv, verz, "neu(/)\nsetze(0, F, AA)\nschreibe(Intel, dn, /, /, /, /, YES)\n"
+                 "checksumme(/, /, /, NO, NO, 1, 2, NO, dn)\n")
+        pruefe(r.returncode == 0, "device: status %d" % r.returncode)
+        pruefe(os.path.islink(os.path.join(verz, "dn")), "device: the link was replaced")
+
+
 # A save killed while it writes leaves the old file as it was.
 def getoetet(kiv):
     for versuch in range(5):
@@ -154,6 +164,7 @@ def main():
     args = a.parse_args()
     kiv = os.path.abspath(args.kiv)
     vollePlatte(kiv)
+    geraet(kiv)
     getoetet(kiv)
     geschlossenerPipe(kiv)
     if not args.ohne_as:
