@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
+#include <new>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -316,7 +317,15 @@ int Compiler::compileStream(const String& name, std::istream& strom, dataInteger
     int syntaxFehler;
     {
         const SyntaxFehlerGrenze grenze;
-        syntaxFehler = parse();
+        // Commands catch their own shortage of memory; this catches that of
+        // the statements, so that the line fails alone.
+        try {
+            syntaxFehler = parse();
+        } catch (const std::bad_alloc&) {
+            Fehler::zusatzZeile = nullptr;
+            Fehler("CMD-NOMEMORY", "Compiler::compileStream", "zu wenig Speicher, die Zeile ist abgebrochen", 'E');
+            syntaxFehler = 1;
+        }
     }
     const int status = Fehler::holeStatus();
     if (status > compilerStatus) {
