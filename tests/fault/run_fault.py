@@ -53,6 +53,17 @@ def reste(verz):
     return [n for n in os.listdir(verz) if ".kiv-" in n]
 
 
+def begonnen(verz):
+    """Whether a temporary file already holds data (it may be renamed meanwhile)."""
+    for n in reste(verz):
+        try:
+            if os.path.getsize(os.path.join(verz, n)) > 0:
+                return True
+        except FileNotFoundError:
+            pass
+    return False
+
+
 # Each writer against a disk that fills up after `platz` bytes of a file:
 # the old file stays, the failure is reported, and a written image stays
 # unsaved (status 1).
@@ -113,7 +124,7 @@ def getoetet(kiv):
                                  stderr=subprocess.DEVNULL)
             mitten = False
             while p.poll() is None and not mitten:
-                mitten = any(os.path.getsize(os.path.join(verz, n)) > 0 for n in reste(verz))
+                mitten = begonnen(verz)
                 if not mitten:
                     time.sleep(0.0005)
             p.kill()
