@@ -127,6 +127,11 @@ def getoetet(kiv):
                 mitten = begonnen(verz)
                 if not mitten:
                     time.sleep(0.0005)
+            # Stopped first, so that a save that ended meanwhile is not
+            # taken for one killed in the middle.
+            if mitten:
+                p.send_signal(signal.SIGSTOP)
+                mitten = begonnen(verz)
             p.kill()
             p.wait()
             if mitten:
