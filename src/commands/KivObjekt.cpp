@@ -1,6 +1,7 @@
 #include "commands/KivObjekt.h"
 
 #include <cctype>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -166,14 +167,24 @@ int kdoOeffne(KdoObjekt& objekt, KdoKommando& kommando)
     const int pruefen = kommando[6].liefereArgWertBool();
     const int tausche = kommando[7].liefereArgWertBool();
 
-    const int ergebnis = kiv->leseVonDatei(datei, typ, 16, tausche, fuell, pruefen, start, ende, extern_);
-    // A freshly opened image matches its file, whatever the load said.
-    kiv->geaendert = 0;
-    if (ergebnis != 1) {
+    const auto verwirf = [&] {
         const String name = kiv->liefereName();
         if (kdoBaum) kdoBaum->vater();
         wurzel.schliesse(name, 1);
+    };
+    int ergebnis;
+    try {
+        ergebnis = kiv->leseVonDatei(datei, typ, 16, tausche, fuell, pruefen, start, ende, extern_);
+    } catch (const std::bad_alloc&) {
+        // The half-read image goes again, and with it the memory it took;
+        // the command reports the shortage.
+        kiv->geaendert = 0;
+        verwirf();
+        throw;
     }
+    // A freshly opened image matches its file, whatever the load said.
+    kiv->geaendert = 0;
+    if (ergebnis != 1) verwirf();
     return ergebnis;
 }
 

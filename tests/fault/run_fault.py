@@ -160,17 +160,19 @@ def geschlossenerPipe(kiv):
         pruefe(inhalt(verz, "b.hex") == voll, "closed pipe: the run stopped")
 
 
-# Too little memory fails the command alone; the run ends with its statistics.
+# Too little memory fails the command alone; the run goes on and ends with
+# its statistics. A half-read new image is dropped again.
 def wenigSpeicher(kiv):
     for proc in ("neu(/)\nsetze(0, FFFFFFFF, 1)\n", "neu(/)\nsetze(0, F, 1)\nvergleiche(0, FFFFFFFF)\n",
                  "oeffne(Binaer, /dev/zero)\n"):
         with tempfile.TemporaryDirectory() as verz:
-            r = lauf(kiv, verz, proc + "info()\n", (resource.RLIMIT_AS, 600 << 20))
+            r = lauf(kiv, verz, proc + "-\nanzeigeKdoObjekte()\n", (resource.RLIMIT_AS, 600 << 20))
             err = r.stderr.decode("latin-1")
             name = proc.splitlines()[-1]
             pruefe(r.returncode in (0, 1), "%s: status %d" % (name, r.returncode))
             pruefe("%KIV-E-CMD-NOMEMORY" in err and "ANZFEHL-E" in err, name + ": no message\n" + err[-600:])
-            pruefe(b"Dateiname" in r.stdout, name + ": the run did not go on")
+            pruefe(b"Nachfolger:" in r.stdout, name + ": the run did not go on")
+            pruefe(b"<Eprom>zero" not in r.stdout, name + ": the half-read image stayed")
 
 
 def main():
