@@ -10,6 +10,7 @@
 
 #include "checksums/ChecksumAlgorithmen.h"
 #include "checksums/EpromLauf.h"
+#include "foundation/Datei.h"
 #include "foundation/DateiName.h"
 #include "image/Eprom.h"
 #include "reporting/Fehler.h"
@@ -142,25 +143,32 @@ int Checksumme::anzeigeErgebnis(Eprom& eprom, adrInteger summe, const DateiName&
 {
     const char* name = datei.liefereGanz().c_str();
     // A file that opens for reading and writing exists; a new file replaces
-    // it, and only a failing delete counts as write protection. A file that
-    // does not even open is not looked at further.
+    // it once complete, and only a file that may not be replaced counts as
+    // write-protected. A file that does not even open is not looked at
+    // further.
     bool vorhanden;
     {
         std::fstream probe(name, std::ios::in | std::ios::out);
         vorhanden = static_cast<bool>(probe);
     }
-    if (vorhanden && modus == 0 && std::remove(name) != 0) {
+    if (vorhanden && modus == 0 && !dateiErsetzbar(name, false)) {
         Fehler("FILE-READONLY", "Checksumme::anzeigeErgebnis ", datei.liefereGanz(), 'E');
         return 0;
     }
-    std::ofstream strom(name, modus == 0 ? std::ios::out : std::ios::out | std::ios::app);
+    SichereAusgabe ausgabe(datei.liefereGanz(),
+                           modus == 0 ? SichereAusgabe::Art::ersetzen : SichereAusgabe::Art::anhaengen);
     // A file that cannot be opened is passed over without a word; intended.
-    if (!strom)
+    if (!ausgabe.offen())
         return 1;
+    std::ostream& strom = ausgabe.strom();
     chksum = summe;
     anzeigeAnfAdr = anzeigeAnfang(eprom);
     anzeigeEndAdr = anzeigeEnde(eprom);
     FmtAnweisung anweisung(format);
     anweisung.ausgabe(strom, *this);
+    if (const int fehler = ausgabe.beende()) {
+        meldeSchreibFehler(datei.liefereGanz(), fehler, "Checksumme::anzeigeErgebnis ");
+        return 0;
+    }
     return 1;
 }

@@ -166,11 +166,11 @@ int KivEprom::anzeigeBytes(adrInteger anf, adrInteger end, int hex, const DateiN
     };
 
     const char* name = datei.liefereGanz().c_str();
-    std::ios::openmode art = std::ios::out;
+    SichereAusgabe::Art art = SichereAusgabe::Art::ersetzen;
     // A file that opens for reading and writing without being created is
-    // there: kept behind for appending, deleted for a new one. A file that
-    // refuses the probe counts as absent; if it cannot be opened either,
-    // the display is passed over without a word, intended.
+    // there: kept behind for appending, replaced by a new one once that is
+    // complete. A file that refuses the probe counts as absent; if it cannot
+    // be opened either, the display is passed over without a word, intended.
     bool vorhanden;
     {
         std::fstream probe(name, std::ios::in | std::ios::out);
@@ -178,18 +178,22 @@ int KivEprom::anzeigeBytes(adrInteger anf, adrInteger end, int hex, const DateiN
     }
     if (vorhanden) {
         if (modus == 1) {
-            art |= std::ios::app;
-        } else if (loescheDatei(name) == -1) {
+            art = SichereAusgabe::Art::anhaengen;
+        } else if (!dateiErsetzbar(name)) {
             Fehler("FILE-READONLY", "KivEprom::anzeigeBytes ", datei.liefereGanz(), 'E');
             zuruecksetzen();
             return 0;
         }
     }
-    std::ofstream strom(name, art);
-    if (strom) {
+    SichereAusgabe ausgabe(datei.liefereGanz(), art);
+    if (ausgabe.offen()) {
         FmtAnweisung anweisung(format);
-        anweisung.ausgabe(strom, *this);
-        strom.close();
+        anweisung.ausgabe(ausgabe.strom(), *this);
+        if (const int fehler = ausgabe.beende()) {
+            meldeSchreibFehler(datei.liefereGanz(), fehler, "KivEprom::anzeigeBytes ");
+            zuruecksetzen();
+            return 0;
+        }
     }
     zuruecksetzen();
     return 1;

@@ -8,6 +8,7 @@
 
 #include "commands/KivEprom.h"
 #include "foundation/Datei.h"
+#include "foundation/LongDynArray.h"
 #include "image/Eprom.h"
 #include "image/EpromDatei.h"
 #include "language/KdoGlobal.h"
@@ -146,11 +147,15 @@ int KivEprom::schreibeInDatei(const DateiName& datei, int ueberschreiben, std::i
         !pruefeAdresse(externeAdresse, funktion))
         return 0;
     // The line writers cannot cut a record into pieces of no byte, and a
-    // count above one byte does not fit the record; refuse before the old
-    // file is touched.
-    if (typ != typBinaer && (nutzBytes < 1 || nutzBytes > 255)) {
+    // record must fit the 132 characters that the readers take as one line:
+    // 11 + 2n for Intel, 14 + 2n for the widest S-record (every Motorola
+    // form can grow into S3). Refuse before the old file is touched.
+    const dataInteger hoechstens = typ == typIntel ? 60 : 59;
+    if (typ != typBinaer && (nutzBytes < 1 || nutzBytes > hoechstens)) {
         Fehler("INVALID-VALUE", funktion,
-               String("nutzBytes ") + String(nutzBytes) + ": erlaubt sind 1 bis 255 Bytes je Zeile", 'E');
+               String("nutzBytes ") + String(nutzBytes) + ": erlaubt sind 1 bis " + String(hoechstens) +
+                   " Bytes je Zeile",
+               'E');
         return 0;
     }
 
@@ -167,9 +172,9 @@ int KivEprom::schreibeInDatei(const DateiName& datei, int ueberschreiben, std::i
             Fehler("FILE-EXIST", funktion, datei.liefereGanz(), 'E');
             return 0;
         }
-        // The old file goes before the new one is written, even if the
-        // writing fails later: intended.
-        if (loescheDatei(datei.liefereGanz().c_str()) == -1) {
+        // The old file stays until the new one is complete; a file that may
+        // not be replaced is refused before anything is written.
+        if (!dateiErsetzbar(datei.liefereGanz().c_str())) {
             Fehler("FILE-READONLY", funktion, datei.liefereGanz(), 'E');
             return 0;
         }
@@ -283,6 +288,17 @@ int KivEprom::setzeBereich(adrInteger anf, adrInteger end)
 {
     const char* funktion = "KivEprom::setzeBereich ";
     if (!pruefeAdresse(anf, funktion) || !pruefeAdresse(end, funktion)) return 0;
+    // A region lives in one byte array of bounded span; a larger one would
+    // hand out a stand-in byte for every address beyond it, so it is refused.
+    const std::uint64_t laenge = std::uint64_t(std::max(anf, end)) - std::min(anf, end) + 1;
+    if (laenge > std::uint64_t(LongDynArray::maxAnzahl)) {
+        Fehler("REGION-TOO-LARGE", funktion,
+               hexKlein(std::min(anf, end)) + " - " + hexKlein(std::max(anf, end)) + ": " +
+                   hexKlein(static_cast<std::int64_t>(laenge)) + " Bytes, ein Bereich hat hoechstens " +
+                   hexKlein(LongDynArray::maxAnzahl) + " Bytes",
+               'E');
+        return 0;
+    }
     const int ergebnis = eprom->definiereBereich(std::min(anf, end), std::max(anf, end));
     if (ergebnis == 1) geaendert = 1;
     return ergebnis;

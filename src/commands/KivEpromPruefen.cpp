@@ -183,22 +183,22 @@ int kdoVergleiche(KdoObjekt& objekt, KdoKommando& kommando)
             zeigeDifferenzen(*kdoAnzeigeStream, kiv.name, anderes->name, eprom, *anderes->eprom, von, ziel, bis);
         Fehler("NO-OF-DIFFERENCES", funktion, String(std::to_string(unterschiede)), 'S');
     } else {
-        if (dateiExistiert(datei) && loescheDatei(dateiText.c_str()) == -1) {
+        SichereAusgabe ausgabe(dateiText);
+        if ((dateiExistiert(datei) && !dateiErsetzbar(dateiText.c_str())) || !ausgabe.offen()) {
             Fehler("FILE-NOT-OPENED", funktion, dateiText, 'E');
             return 0;
         }
-        std::ofstream strom(dateiText.c_str(), std::ios::out);
-        if (!strom) {
-            Fehler("FILE-NOT-OPENED", funktion, dateiText, 'E');
-            return 0;
-        }
+        std::ostream& strom = ausgabe.strom();
         Fehler("WRITE-DIFFERENCES-TO-FILE", funktion, dateiText, 'S');
         unterschiede = zeigeDifferenzen(strom, kiv.name, anderes->name, eprom, *anderes->eprom, von, ziel, bis);
         // The count follows the base the display left the stream in:
         // hexadecimal. Intended.
         strom << "NO-OF-DIFFERENCES " << unterschiede << "\n";
+        if (const int fehler = ausgabe.beende()) {
+            meldeSchreibFehler(dateiText, fehler, funktion);
+            return 0;
+        }
         Fehler("DIFFERENCES-FILE-CLOSED", funktion, dateiText, 'S');
-        strom.close();
     }
     // A comparison that finds differences fails the command, so that a
     // procedure can react to it.

@@ -1,5 +1,8 @@
 #include "commands/KivObjekt.h"
 
+#include <cctype>
+#include <new>
+#include <string>
 #include <vector>
 
 #include "commands/KivEprom.h"
@@ -15,6 +18,8 @@ KdoListe* kivObjektListe = nullptr;
 namespace {
 
 const char* const schliesseFunktion = "KivEprom::kdoSchliesse ";
+// The longest word the commands read as an image name.
+constexpr std::size_t maxNamenLaenge = 32;
 
 String dezimal(std::int32_t wert)
 {
@@ -54,12 +59,31 @@ KivEprom* KivObjekt::neuesEprom(const DateiName& datei)
         ++neuZaehler;
     }
     name.ersetzeZeichen('.', '_');
+    // A name must stay addressable: as a word of at most 32 characters in
+    // the commands that take an image name, and as an object name before
+    // ":", which knows letters, digits and "_" only. A file name with other
+    // characters or of more length gives a name repaired to fit, and the
+    // user is told which.
+    const String ueblich = name;
+    std::string passend = name.str();
+    for (char& z : passend) {
+        const unsigned char u = static_cast<unsigned char>(z);
+        const bool ascii = u < 0x80;
+        if (!(ascii && (std::isalnum(u) || z == '_'))) z = '_';
+    }
+    if (passend.size() > maxNamenLaenge) passend.resize(maxNamenLaenge);
+    name = String(passend);
     // The number grows on the name itself ("a_hex", "a_hex2", "a_hex23"):
     // intended, names stay unique without a second counter.
     while (sucheEprom(name)) {
-        name += dezimal(neuZaehler);
+        const std::string zahl = dezimal(neuZaehler).str();
+        std::string naechster = name.str();
+        if (naechster.size() + zahl.size() > maxNamenLaenge) naechster.resize(maxNamenLaenge - zahl.size());
+        name = String(naechster + zahl);
         ++neuZaehler;
     }
+    if (!(ueblich == String(passend)))
+        Fehler("EPROM-NAME-REPAIRED", "KivObjekt::neuesEprom", ueblich + " -> " + name, 'W');
 
     auto kiv = std::make_unique<KivEprom>(name);
     if (!epromListe->anfuegeElement(kiv.get(), 1)) return nullptr;
@@ -143,14 +167,24 @@ int kdoOeffne(KdoObjekt& objekt, KdoKommando& kommando)
     const int pruefen = kommando[6].liefereArgWertBool();
     const int tausche = kommando[7].liefereArgWertBool();
 
-    const int ergebnis = kiv->leseVonDatei(datei, typ, 16, tausche, fuell, pruefen, start, ende, extern_);
-    // A freshly opened image matches its file, whatever the load said.
-    kiv->geaendert = 0;
-    if (ergebnis != 1) {
+    const auto verwirf = [&] {
         const String name = kiv->liefereName();
         if (kdoBaum) kdoBaum->vater();
         wurzel.schliesse(name, 1);
+    };
+    int ergebnis;
+    try {
+        ergebnis = kiv->leseVonDatei(datei, typ, 16, tausche, fuell, pruefen, start, ende, extern_);
+    } catch (const std::bad_alloc&) {
+        // The half-read image goes again, and with it the memory it took;
+        // the command reports the shortage.
+        kiv->geaendert = 0;
+        verwirf();
+        throw;
     }
+    // A freshly opened image matches its file, whatever the load said.
+    kiv->geaendert = 0;
+    if (ergebnis != 1) verwirf();
     return ergebnis;
 }
 

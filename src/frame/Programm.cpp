@@ -1,5 +1,6 @@
 #include "frame/Programm.h"
 
+#include <csignal>
 #include <fstream>
 #include <iostream>
 #include <string>
@@ -102,6 +103,9 @@ int fuehreAus(int argc, char** argv) {
 }  // namespace
 
 int kivMain(int argc, char** argv) {
+    // A reader that goes away (`kiv ... | head`) must not end the program in
+    // the middle of a save; the console output is simply lost.
+    std::signal(SIGPIPE, SIG_IGN);
     // A log that fails to open loses its output silently.
     auto* log = new std::ofstream("kiv.log", std::ios::out | std::ios::trunc);
     logStrom = log;

@@ -17,6 +17,8 @@
 #include <string>
 #include <string_view>
 
+#include <sys/stat.h>
+
 #include "foundation/Datei.h"
 #include "foundation/DateiName.h"
 #include "grammar/mmparse/mmparse.h"
@@ -167,21 +169,38 @@ void fuehreUebersetzungAus(const Compiler& c, const char* grammatik, const char*
     std::fclose(quelle);
 }
 
-// umsetze: one engine call over the whole file, stream to stream.
-void schreibeUebersetzung(const Compiler& c, const char* grammatik) {
+// Whether two names lead to one file, through links or different spellings.
+bool dieselbeDatei(const char* a, const char* b) {
+    struct stat ea, eb;
+    return ::stat(a, &ea) == 0 && ::stat(b, &eb) == 0 && ea.st_dev == eb.st_dev && ea.st_ino == eb.st_ino;
+}
+
+// umsetze: one engine call over the whole file, stream to stream. The
+// output replaces its file only once it is complete.
+void schreibeUebersetzung(const Compiler& c, const char* grammatik, const char* funktion) {
+    const String& zielName = c.liefereZielName();
     std::FILE* quelle = std::fopen(c.liefereDateiName().c_str(), "r");
     if (!quelle) {
         meldeOeffnungsFehler(c.liefereDateiName());
         return;
     }
+    // Writing onto the input would read the output back as input.
+    if (dieselbeDatei(c.liefereDateiName().c_str(), zielName.c_str())) {
+        std::fclose(quelle);
+        Fehler("TRANS-SAME-FILE", funktion,
+               zielName + ": Eingabe und Ausgabe sind dieselbe Datei, nichts geschrieben", 'E');
+        return;
+    }
     // An output file that can not be made is not reported here: the engine
     // answers the null stream with its illegal-arguments code.
-    std::FILE* ziel = std::fopen(c.liefereZielName().c_str(), "w");
+    SichereAusgabe ausgabe(zielName);
+    std::FILE* ziel = ausgabe.offen() ? ausgabe.cStrom() : nullptr;
     std::int32_t position = 0;
     const std::int32_t ergebnis = mmparse(ziel, 0, grammatik, quelle, 0, "><", &position);
     if (ergebnis < 1) meldeMmparseFehler(ergebnis, nullptr, position, 0);
     std::fclose(quelle);
-    if (ziel) std::fclose(ziel);
+    if (ziel && ergebnis >= 1)
+        if (const int fehler = ausgabe.beende()) meldeSchreibFehler(zielName, fehler, funktion);
 }
 
 // The statements themselves.
@@ -204,12 +223,12 @@ public:
     void umsetzeDat(Compiler& c) override {
         std::string grammatik;
         if (!leseGrammatik(c.liefereGrammatikName(), grammatik)) return;
-        schreibeUebersetzung(c, grammatik.c_str());
+        schreibeUebersetzung(c, grammatik.c_str(), "Compiler::umsetzeDat");
     }
     void umsetzeOSp(Compiler& c) override {
         const char* grammatik = sucheGrammatikObjekt(c.liefereWort());
         if (!grammatik) return;
-        schreibeUebersetzung(c, grammatik);
+        schreibeUebersetzung(c, grammatik, "Compiler::umsetzeOSp");
     }
 };
 

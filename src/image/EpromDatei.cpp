@@ -106,6 +106,38 @@ void beginneKontext(const DateiName& datei) {
 
 String zeilenText(std::string_view z) { return String(z); }
 
+// The messages that a line of a hex file can give besides "HEXFILE-FMT" are
+// capped in the same way, so that a file of many bad lines gives a handful
+// of boxes and a count instead of one box per line. The count comes only
+// where something was held back.
+class ZeilenMeldungen {
+public:
+    explicit ZeilenMeldungen(const char* funktion) : funktion_(funktion) {
+        for (const Grenze& g : grenzen) Fehler::begrenzeAusgabe(g.label, 5, g.level, 1);
+    }
+    ~ZeilenMeldungen() {
+        for (const Grenze& g : grenzen) {
+            const std::int64_t gesehen = Fehler::liefereBegrenzungsZaehler(g.label);
+            Fehler::hebeBegrenzungAuf(g.label);
+            if (gesehen > 5)
+                Fehler(String(g.label) + "-COUNT", funktion_, String("COUNT: " + klein(std::uint32_t(gesehen))), 'W');
+        }
+    }
+    ZeilenMeldungen(const ZeilenMeldungen&) = delete;
+    ZeilenMeldungen& operator=(const ZeilenMeldungen&) = delete;
+
+private:
+    struct Grenze {
+        const char* label;
+        char level;
+    };
+    static constexpr Grenze grenzen[] = {
+        {"HEXFILE-NOINTEL-FMT", 'W'}, {"HEXFILE-NOMOTOROLA-FMT", 'W'}, {"HEXFILE-BYTECOUNT", 'W'},
+        {"HEXFILE-CHKSUM", 'W'},      {"HEXFILE-ADR-WRAP", 'W'},       {"EPR-ADR-NOT-IN-EPROM", 'E'},
+    };
+    const char* funktion_;
+};
+
 }  // namespace
 
 EpromDatei::~EpromDatei() = default;
@@ -142,10 +174,15 @@ int EpromDatei::schreibe(Eprom& eprom, const adrInteger* startAdresse, const adr
     String fehler;
     pruefeBereich(eprom, startAdresse, endAdresse, von, bis, fehler);
     int ergebnis = 0;
-    if (!fehler.istLeer())
+    if (!fehler.istLeer()) {
         Fehler("HEXFILE-ADR", "EpromDatei::schreibe", fehler, 'E');
-    else
+    } else {
         ergebnis = schreibe(eprom, *ausgabe.liefereStrom(), von, bis, externeAdresse);
+        // A failed line has been reported by its writer; a failed write is
+        // reported when the file cannot be completed.
+        if (ergebnis || !ausgabe.liefereStrom()->good())
+            ergebnis = ausgabe.beende("EpromDatei::schreibe") && ergebnis;
+    }
     ausgabe.schliesseStill();
     Fehler::zusatzZeile = nullptr;
     return ergebnis;
@@ -169,6 +206,7 @@ int EpromDateiIntel::lies(Eprom& eprom, const adrInteger* startAdresse, const ad
     beginneKontext(datei);
     Fehler::begrenzeAusgabe(fmtLabel, 5, 'W', 1);
     {
+        const ZeilenMeldungen meldungen(funktion);
         ZeilenZaehler zaehle("Intel-Hex-Zeilen");
         ZeilenLeser leser(*eingabe.liefereStrom());
         std::string_view z;
@@ -289,6 +327,7 @@ int EpromDateiMotorola::lies(Eprom& eprom, const adrInteger* startAdresse, const
     beginneKontext(datei);
     Fehler::begrenzeAusgabe(fmtLabel, 5, 'W', 1);
     {
+        const ZeilenMeldungen meldungen(funktion);
         ZeilenZaehler zaehle("Motorola-Hex-Zeilen");
         ZeilenLeser leser(*eingabe.liefereStrom());
         std::string_view z;
@@ -535,11 +574,10 @@ int EpromDateiBinaer::schreibe(Eprom& eprom, const adrInteger* startAdresse, con
             a += n;
         }
     }
+    if (ergebnis) ergebnis = ausgabe.beende("EpromDateiBinaer::schreibe");
+    // What was not completed is thrown away; the file under the name stays
+    // as it was.
     ausgabe.schliesseStill();
-    if (!ergebnis) {
-        const String& name = datei.liefereGanz();
-        Fehler("INVALID-DATA-FILE_REMOVED", "EpromDateiBinaer::schreibe ", name, 'E');
-        if (loescheDatei(name.c_str()) != 0) Fehler("FILE-READONLY", "EpromDateiBinaer::schreibe ", name, 'E');
-    }
+    if (!ergebnis) Fehler("INVALID-DATA-FILE_REMOVED", "EpromDateiBinaer::schreibe ", datei.liefereGanz(), 'E');
     return ergebnis;
 }

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstring>
 #include <ostream>
+#include <string>
 
 #include "image/Eprom.h"
 #include "image/HexText.h"
@@ -52,6 +53,17 @@ int schreibeBytes(SchreibPuffer& p, Eprom& eprom, adrInteger adr, std::uint32_t 
         i += k;
     }
     return ok;
+}
+
+// A record whose data runs past the top of the address space keeps the
+// bytes up to FFFFFFFF; the rest would land at address 0 and is dropped,
+// alike in both hex formats, with a message.
+void meldeUeberlauf(const char* funktion, std::uint64_t adresse, std::uint32_t anzahl) {
+    const std::uint64_t ueber = adresse + anzahl - 1 - 0xFFFFFFFFull;
+    Fehler("HEXFILE-ADR-WRAP", funktion,
+           String(hextext::klein(adresse) + ": " + std::to_string(ueber) +
+                  " Bytes jenseits von ffffffff verworfen"),
+           'W');
 }
 
 // The first two data bytes are read whatever the count says; a byte the
@@ -153,6 +165,7 @@ int IntelHexZeileDaten::speichere(Eprom& eprom, adrInteger basis, const adrInteg
     }
     if (anzahl == 0) return 1;
     std::uint64_t e = std::uint64_t(a) + anzahl - 1;
+    if (e > 0xFFFFFFFF) meldeUeberlauf("IntelHexZeileDaten::speichere", a, anzahl);
     if (lo > e || hi < a) return 1;
     std::uint32_t skip = lo > a ? static_cast<std::uint32_t>(lo - a) : 0;
     std::uint64_t n = anzahl;
@@ -373,6 +386,10 @@ int MotorolaHexZeileDaten::speichere(Eprom& eprom, const adrInteger* anfAdr, con
     adrInteger hi = endAdr ? *endAdr : 0xFFFFFFFF;
     adrInteger delta = externeAdr ? lo - *externeAdr : 0;
     std::uint32_t n = static_cast<std::uint32_t>(std::max<int>(anzahl, 0));
+    if (n > 0 && std::uint64_t(adresse) + n - 1 > 0xFFFFFFFF) {
+        meldeUeberlauf("MotorolaHexZeileDaten::speichere", adresse, n);
+        n = static_cast<std::uint32_t>(0x100000000ull - adresse);
+    }
     std::uint32_t i = 0;
     while (i < n) {
         adrInteger a = adresse + delta + i;

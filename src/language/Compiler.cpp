@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
+#include <new>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -239,6 +240,9 @@ int Compiler::ausfuehreBatch(const String& dateiName, DynArray<String>* p, int a
             }
             praefix = "_";
             const bool zeilenEnde = liesPhysischeZeile(*strom, physisch);
+            // A NUL ends the text of its line, but the line end stays, so
+            // that the damage stays in this line and the next starts clean.
+            if (const std::size_t nul = physisch.find('\0'); nul != std::string::npos) physisch.resize(nul);
             zeile += physisch;
             zeile += '\n';
             weiter = verlangtFortsetzung(physisch, zeilenEnde);
@@ -275,10 +279,54 @@ int Compiler::ausfuehreZeile(const String& zeile) {
     return compilerStatus;
 }
 
+namespace {
+
+// One long logical line must not flood the console and the log with boxes
+// that each repeat the whole line: the first few show, the rest are counted.
+// A nested run inside the line shares the outer line's limit.
+constexpr std::uint16_t syntaxBoxenJeZeile = 5;
+const char* const syntaxLabel = "CMD-SYNTAX-ERROR";
+
+class SyntaxFehlerGrenze {
+public:
+    SyntaxFehlerGrenze() : eigene_(Fehler::liefereBegrenzungsZaehler(syntaxLabel) < 0) {
+        if (eigene_) Fehler::begrenzeAusgabe(syntaxLabel, syntaxBoxenJeZeile, 'E', 1);
+    }
+    ~SyntaxFehlerGrenze() {
+        if (!eigene_) return;
+        const std::int64_t gesehen = Fehler::liefereBegrenzungsZaehler(syntaxLabel);
+        Fehler::hebeBegrenzungAuf(syntaxLabel);
+        if (gesehen > syntaxBoxenJeZeile) {
+            std::ostringstream detail;
+            detail << "COUNT: " << std::hex << gesehen << ", " << gesehen - syntaxBoxenJeZeile << " nicht gezeigt";
+            Fehler("CMD-SYNTAX-ERROR-COUNT", "Compiler::compileStream", String(detail.str()), 'S');
+        }
+    }
+    SyntaxFehlerGrenze(const SyntaxFehlerGrenze&) = delete;
+    SyntaxFehlerGrenze& operator=(const SyntaxFehlerGrenze&) = delete;
+
+private:
+    bool eigene_;
+};
+
+}  // namespace
+
 int Compiler::compileStream(const String& name, std::istream& strom, dataInteger zeile) {
     laufStatus = LAUF_NORMAL;
     oeffne(name, strom, zeile);
-    const int syntaxFehler = parse();
+    int syntaxFehler;
+    {
+        const SyntaxFehlerGrenze grenze;
+        // Commands catch their own shortage of memory; this catches that of
+        // the statements, so that the line fails alone.
+        try {
+            syntaxFehler = parse();
+        } catch (const std::bad_alloc&) {
+            Fehler::zusatzZeile = nullptr;
+            Fehler("CMD-NOMEMORY", "Compiler::compileStream", "zu wenig Speicher, die Zeile ist abgebrochen", 'E');
+            syntaxFehler = 1;
+        }
+    }
     const int status = Fehler::holeStatus();
     if (status > compilerStatus) {
         Fehler("CMD-ABORT-PROC", "Compiler::compileStream", String(), 'S');

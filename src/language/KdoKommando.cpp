@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdlib>
 #include <iostream>
+#include <new>
 #include <string>
 #include <string_view>
 
@@ -205,7 +206,16 @@ void KdoKommando::anzeige(std::ostream& strom) const {
 int KdoKommando::ausfuehre(KdoObjekt& objekt) {
     if (liste_) liste_->setzeAktuellesObjekt(&objekt);
     if (!handler_) return 0;
-    return handler_(objekt, *this);
+    // A command that runs out of memory fails alone: the program goes on
+    // with its images and ends with its statistics as after any failure.
+    try {
+        return handler_(objekt, *this);
+    } catch (const std::bad_alloc&) {
+        Fehler::zusatzZeile = nullptr;
+        Fehler("CMD-NOMEMORY", "KdoKommando::ausfuehre ",
+               name_ + ": zu wenig Speicher, der Befehl ist abgebrochen", 'E');
+        return 0;
+    }
 }
 
 KdoObjekt* KdoKommando::liefereAktuellesObjekt() const {

@@ -6,6 +6,8 @@
 #include <limits>
 #include <streambuf>
 
+#include <unistd.h>
+
 #include "reporting/Fehler.h"
 
 // Forwards everything to the stream buffer it replaces and counts the bytes.
@@ -102,7 +104,7 @@ void BearbeitungsAnzeigeCout::gibPufferFrei() {
 void BearbeitungsAnzeigeCout::weiter(dataInteger wert) {
     if (modus == 2) {
         aus_ << zeichen;
-        aus_.flush();
+        zeigeSofort();
     } else if (modus == 1) {
         const bool dazwischen = (ausZaehler_ && ausZaehler_->anzahl() != coutPosition) ||
                                 (errZaehler_ && errZaehler_->anzahl() != cerrPosition);
@@ -111,10 +113,16 @@ void BearbeitungsAnzeigeCout::weiter(dataInteger wert) {
             for (dataInteger i = letzterWert / prozentSchritt; i > 0; --i) aus_ << '.';
         }
         aus_ << zeichen;
-        aus_.flush();
+        zeigeSofort();
         letzterWert = wert;
         merkePositionen();
     }
+}
+
+// A mark is worth a write of its own only where someone watches it; into a
+// file or a pipe the marks go with the rest of the buffered output.
+void BearbeitungsAnzeigeCout::zeigeSofort() {
+    if (&aus_ == &std::cout ? ::isatty(1) : true) aus_.flush();
 }
 
 void BearbeitungsAnzeigeCout::beende() {

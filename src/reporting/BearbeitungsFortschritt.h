@@ -58,6 +58,7 @@ public:
 
 private:
     void merkePositionen();
+    void zeigeSofort();
     void gibPufferFrei();
 
     char zeichen;

@@ -287,6 +287,12 @@ void Fehler::hebeBegrenzungAuf(const String& label) {
     FehlerListen::instanz().begrenzung.erase(label.str());
 }
 
+std::int64_t Fehler::liefereBegrenzungsZaehler(const String& label) {
+    const auto& liste = FehlerListen::instanz().begrenzung;
+    const auto it = liste.find(label.str());
+    return it == liste.end() ? -1 : static_cast<std::int64_t>(it->second.zaehler);
+}
+
 void Fehler::anzeigeLabelStatistik(std::ostream& strom, const String& label) {
     auto& liste = FehlerListen::instanz().statistik;
     auto it = liste.find(label.str());

@@ -45,6 +45,8 @@ public:
     static int liefereLevelStatus(char level);
     static void begrenzeAusgabe(const String& label, std::uint16_t anzahl, char level, int ausgabeArt);
     static void hebeBegrenzungAuf(const String& label);
+    // Messages of `label` seen under its present limit, or -1 without one.
+    static std::int64_t liefereBegrenzungsZaehler(const String& label);
     // The table of `anzeigeImFehlerfall`; statusTexte has four entries.
     static void anzeigeStatus(std::ostream& strom, Tabulator& tab, const String statusTexte[4]);
     // Per-label occurrence counts in the form of FehlerStatistik::anzeige.

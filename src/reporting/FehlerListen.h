@@ -19,7 +19,7 @@ struct FehlerStatistik {
 struct FehlerAusgabeBegrenzung {
     std::uint16_t anzahl = 0;   // messages still shown
     char level = 0;             // level the limit is set at
-    std::uint16_t zaehler = 0;  // messages seen under this limit
+    std::uint32_t zaehler = 0;  // messages seen under this limit
     std::int32_t ausgabeArt = 0;
     void setzeAusgabeBegrenzung(std::uint16_t anzahl, char level, std::int32_t ausgabeArt);
     // 1: show normally; 0: the limit is used up, use `ausgabeArt`.

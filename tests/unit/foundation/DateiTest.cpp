@@ -121,18 +121,26 @@ TEST_F(DateiTest, OpenAndCloseReportOnce) {
     EXPECT_EQ(faenger.letzte().detail, pfad("fehlt.txt") + ": No such file or directory");
     EXPECT_FALSE(fs::exists(pfad("fehlt.txt")));
 
-    // Output truncates; the destructor closes without a word.
+    // Output replaces the file only when closed; the destructor throws the
+    // new text away without a word and leaves no temporary file.
     faenger.leere();
     schreibe("aus.txt", "alter langer Inhalt");
+    const auto ausText = [&] {
+        std::ifstream gelesen(pfad("aus.txt"));
+        return std::string(std::istreambuf_iterator<char>(gelesen), std::istreambuf_iterator<char>());
+    };
     {
         ODatei aus(DateiName(pfad("aus.txt").c_str()));
         EXPECT_EQ(aus.oeffne(), 1);
         *aus.liefereStrom() << "neu";
     }
-    std::ifstream gelesen(pfad("aus.txt"));
-    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(gelesen), std::istreambuf_iterator<char>()), "neu");
+    EXPECT_EQ(ausText(), "alter langer Inhalt");
     ODatei zweite(DateiName(pfad("aus.txt").c_str()));
-    zweite.schliesse();
+    *zweite.liefereStrom() << "neu";
+    EXPECT_EQ(zweite.schliesse(), 1);
+    EXPECT_EQ(ausText(), "neu");
+    for (const auto& eintrag : fs::directory_iterator(verzeichnis))
+        EXPECT_EQ(eintrag.path().filename().string().find(".kiv-"), std::string::npos) << eintrag.path();
     ODatei unmoeglich(DateiName(pfad("nichtda/x.txt").c_str()));
     EXPECT_EQ(unmoeglich.oeffne(), 0);
     EXPECT_EQ(gefangen(), "OUTPUTFILEOPENED/ODatei::oeffne/S FILECLOSED/ODatei::schliesse /S "
@@ -175,7 +183,7 @@ TEST_F(DateiTest, CheckBeforeWriting) {
     EXPECT_EQ(pruefeZielDatei(da, Schreibmodus::anhaengen, funktion), 1);
     EXPECT_TRUE(fs::exists(pfad("da.txt")));
     EXPECT_EQ(pruefeZielDatei(da, Schreibmodus::ueberschreiben, funktion), 1);
-    EXPECT_FALSE(fs::exists(pfad("da.txt")));
+    EXPECT_TRUE(fs::exists(pfad("da.txt"))) << "kept until the new file replaces it";
     EXPECT_EQ(faenger.anzahl(), 1u);
 
     schreibe("fest.txt", "x");
@@ -185,4 +193,30 @@ TEST_F(DateiTest, CheckBeforeWriting) {
     EXPECT_EQ(pruefeZielDatei(fest, Schreibmodus::ueberschreiben, funktion), 0);
     EXPECT_EQ(faenger.letzte().label, "FILE-READONLY");
     EXPECT_EQ(faenger.letzte().detail, pfad("fest.txt"));
+}
+
+// Devices are written in place: the name (here a link to one) must survive
+// as it was, where a replacing rename would leave a regular file.
+// Appending adds to the file; a failure is reported by its errno.
+TEST_F(DateiTest, DevicesInPlaceAppendingAndFailures) {
+    fs::create_symlink("/dev/null", pfad("nichts"));
+    SichereAusgabe geraet(String(pfad("nichts").c_str()));
+    ASSERT_TRUE(geraet.offen());
+    geraet.strom() << "weg";
+    EXPECT_EQ(geraet.beende(), 0);
+    EXPECT_TRUE(fs::is_symlink(pfad("nichts")));
+
+    schreibe("log.txt", "a\n");
+    SichereAusgabe anhang(String(pfad("log.txt").c_str()), SichereAusgabe::Art::anhaengen);
+    std::fputs("b\n", anhang.cStrom());
+    EXPECT_EQ(anhang.beende(), 0);
+    std::ifstream gelesen(pfad("log.txt"));
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(gelesen), std::istreambuf_iterator<char>()), "a\nb\n");
+
+    SichereAusgabe voll(String("/dev/full"));
+    voll.strom() << "x";
+    EXPECT_EQ(voll.beende(), ENOSPC);
+    SichereAusgabe ohneVerzeichnis(String(pfad("nichtda/x").c_str()));
+    EXPECT_FALSE(ohneVerzeichnis.offen());
+    EXPECT_EQ(ohneVerzeichnis.beende(), ENOENT);
 }
