@@ -102,7 +102,7 @@ int main(int argc, char** argv) {
     Fehler::fehlerAusgabeRoutine = &zaehle;
 
     KdoListe liste{"Bench"};
-    liste.fuegeEin(new KdoKommando("setze", 3,
+    liste.fuegeEin(new KdoKommando("setze",
                                    "IntegerHex startAdresse  BoolIntegerHex endAdresse  IntegerHex hexWert", kdoSetze));
     liste.definiere(AnwKommando("setze(0, /, 0)"));
     BenchObjekt wurzel(&liste);

@@ -51,8 +51,8 @@ KivEprom* findeKivEprom(const String& name, const char* funktion)
     return kiv;
 }
 
-const adrInteger* optionaleAdresse(KdoKommando& kommando, std::uint16_t index)
+const adrInteger* optionaleAdresse(KdoKommando& kommando, ArgPos<KdoArgTyp::BoolIntegerHex> position)
 {
-    KdoArgument& argument = kommando[index];
+    const auto argument = kommando[position];
     return argument.liefereArgWertBool() == 1 ? &argument.liefereArgWertIntHex() : nullptr;
 }

@@ -20,6 +20,13 @@ void KdoListe::fuegeEin(KdoKommando* kommando) {
     if (!kommandos_.anfuegeElement(kommando, 1)) delete kommando;
 }
 
+void KdoListe::fuegeEin(std::span<const KdoEintrag> tabelle) {
+    for (const KdoEintrag& e : tabelle) {
+        fuegeEin(new KdoKommando(e.name, e.signatur, e.handler));
+        if (e.vorgabe) definiere(AnwKommando(e.vorgabe));
+    }
+}
+
 KdoKommando* KdoListe::definiere(AnwKommando& anwKommando) {
     return interpretiere(anwKommando, 1);
 }

@@ -58,8 +58,8 @@ protected:
         protokoll.clear();
         {
             MeldungsFaenger still;
-            liste.fuegeEin(new KdoKommando("ok", 0, "", kdoOk));
-            liste.fuegeEin(new KdoKommando("zahl", 1, "Integer n", kdoZahl));
+            liste.fuegeEin(new KdoKommando("ok", "", kdoOk));
+            liste.fuegeEin(new KdoKommando("zahl", "Integer n", kdoZahl));
         }
         wurzel.setzeVollenNamen("<Wurzel>W");
         baum = std::make_unique<KdoBaum>(&wurzel, kdoRelation, kdoVergleich, kdoNamensVergleich, kdoLoesche);

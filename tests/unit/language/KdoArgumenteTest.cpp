@@ -378,8 +378,8 @@ public:
 TEST(KdoArgumentListen, NamesSelectElementsOfTheObjectsList) {
     KdoListe liste("L");
     ListenObjekt objekt;
-    KdoKommando* namen = new KdoKommando("f", 1, "NamenInListe n", nullptr);
-    KdoKommando* boolNamen = new KdoKommando("g", 1, "BoolNamenInListe n", nullptr);
+    KdoKommando* namen = new KdoKommando("f", "NamenInListe n", nullptr);
+    KdoKommando* boolNamen = new KdoKommando("g", "BoolNamenInListe n", nullptr);
     liste.fuegeEin(namen);
     liste.fuegeEin(boolNamen);
     liste.setzeAktuellesObjekt(&objekt);

@@ -81,14 +81,6 @@ inline std::string kdoLabels(const std::vector<Meldung>& meldungen) {
     return t;
 }
 
-inline int kdoAnzahlPaare(const char* signatur) {
-    std::istringstream s(signatur);
-    std::string w;
-    int n = 0;
-    while (s >> w) ++n;
-    return n / 2;
-}
-
 inline KdoLauf kdoLauf(KdoKommando& k, const std::string& text, int definition = 0) {
     MeldungsFaenger faenger;
     KdoLauf l;
@@ -104,8 +96,7 @@ inline KdoLauf kdoLauf(KdoKommando& k, const std::string& text, int definition =
 
 inline std::unique_ptr<KdoKommando> kdoKommando(const char* signatur, const char* name = "f") {
     MeldungsFaenger faenger;
-    return std::make_unique<KdoKommando>(name, static_cast<std::uint16_t>(kdoAnzahlPaare(signatur)),
-                                         signatur, nullptr);
+    return std::make_unique<KdoKommando>(name, signatur, nullptr);
 }
 
 // A command object of a given type, with the command list of its class.
@@ -173,10 +164,10 @@ protected:
         protokoll().clear();
         {
             MeldungsFaenger still;
-            liste.fuegeEin(new KdoKommando("ok", 0, "", kdoOk));
-            liste.fuegeEin(new KdoKommando("fehl", 0, "", kdoFehl));
-            liste.fuegeEin(new KdoKommando("melde", 1, "Enum{E,W,I,S} level", kdoMelde));
-            liste.fuegeEin(new KdoKommando("zahl", 1, "Integer n", kdoZahl));
+            liste.fuegeEin(new KdoKommando("ok", "", kdoOk));
+            liste.fuegeEin(new KdoKommando("fehl", "", kdoFehl));
+            liste.fuegeEin(new KdoKommando("melde", "Enum{E,W,I,S} level", kdoMelde));
+            liste.fuegeEin(new KdoKommando("zahl", "Integer n", kdoZahl));
             liste.definiere(AnwKommando("melde(E)"));
             liste.definiere(AnwKommando("zahl(7)"));
         }
