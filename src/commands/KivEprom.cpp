@@ -43,7 +43,7 @@ const String& KivEprom::variablenListe()
 
 KivEprom* findeKivEprom(const String& name, const char* funktion)
 {
-    KdoObjektBasis* gefunden = kdoBaum ? kdoBaum->suche(name, 0) : nullptr;
+    KdoObjektBasis* gefunden = kdoBaum() ? kdoBaum()->suche(name, 0) : nullptr;
     // The search may land on the root or another kind of object; only an
     // image will do here.
     KivEprom* kiv = dynamic_cast<KivEprom*>(gefunden);

@@ -65,7 +65,7 @@ KivEprom* KivObjekt::neuesEprom(const DateiName& datei)
     if (!epromListe->anfuegeElement(kiv.get(), 1)) return nullptr;
     KivEprom* neu = kiv.release();
     neu->aktDatei = std::make_unique<DateiName>(datei);
-    if (kdoBaum) kdoBaum->fuegeEin(neu);
+    if (kdoBaum()) kdoBaum()->fuegeEin(neu);
     return neu;
 }
 
@@ -83,7 +83,7 @@ int KivObjekt::entferneEprom(KivEprom* kivEprom)
 
 int KivObjekt::schliesse(const String& name, int immer)
 {
-    KdoObjektBasis* objekt = kdoBaum ? kdoBaum->suche(name, 0) : nullptr;
+    KdoObjektBasis* objekt = kdoBaum() ? kdoBaum()->suche(name, 0) : nullptr;
     // The name may lead to the root itself or another object that is not an
     // open image; that is no image to close.
     KivEprom* kiv = dynamic_cast<KivEprom*>(objekt);
@@ -98,7 +98,7 @@ int KivObjekt::schliesse(const String& name, int immer)
         }
         Fehler("CHANGED-EPROM-CLOSED", schliesseFunktion, name, 'W');
     }
-    const int entfernt = kdoBaum->entferne(kiv);
+    const int entfernt = kdoBaum()->entferne(kiv);
     if (entfernt != 1) return entfernt;
     const int ergebnis = entferneEprom(kiv);
     if (ergebnis <= 0) return ergebnis;
@@ -193,7 +193,7 @@ int kdoOeffne(KdoObjekt& objekt, KdoKommando& kommando)
     kiv->geaendert = 0;
     if (ergebnis != 1) {
         const String name = kiv->liefereName();
-        if (kdoBaum) kdoBaum->vater();
+        if (kdoBaum()) kdoBaum()->vater();
         wurzel.schliesse(name, 1);
     }
     return ergebnis;

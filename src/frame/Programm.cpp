@@ -2,6 +2,7 @@
 
 #include <fstream>
 #include <iostream>
+#include <memory>
 #include <string>
 
 #include "commands/KivEprom.h"
@@ -40,13 +41,14 @@ void banner() {
 
 }  // namespace
 
-void kivAufbau(const char* programm) {
+KivProgramm::KivProgramm(const char* programm) {
     anzahlListen = 0;
     dokPosition = new Tabulator;
     dokPosition->setzeStops(10, {10, 25, 45});
     dokPosition->setzeUmbruch(1);
     kivWurzel = new KivObjekt("Kiv", "<Kiv>Kiv");
-    kdoBaum = new KdoBaum(kivWurzel, kdoRelation, kdoVergleich, kdoNamensVergleich, kdoLoesche);
+    laufzeit_.setzeBaum(
+        std::make_unique<KdoBaum>(kivWurzel, kdoRelation, kdoVergleich, kdoNamensVergleich, kdoLoesche));
     kdoAnzeigeStream = &std::cout;
     programmDatei = String(programm ? programm : "");
     bauKivObjektListe();
@@ -54,15 +56,14 @@ void kivAufbau(const char* programm) {
     richteUebersetzungEin();
 }
 
-void kivAbbau() {
+KivProgramm::~KivProgramm() {
     delete kivWurzel;
     kivWurzel = nullptr;
     delete kivObjektListe;
     kivObjektListe = nullptr;
     delete kivEpromListe;
     kivEpromListe = nullptr;
-    delete kdoBaum;
-    kdoBaum = nullptr;
+    laufzeit_.setzeBaum(nullptr);
     delete dokPosition;
     dokPosition = nullptr;
     if (anzahlListen != 0)
@@ -91,11 +92,15 @@ int fuehreAus(int argc, char** argv) {
         Compiler::ausfuehreZeile(String(vorKommando));
     }
 
-    int status = Compiler::ausfuehreBatch(datei, &parameter, anzahl);
-    if (status != 3 && status != 4 && argc >= 2 && x == argv[1])
+    // An `exit`, or a status as high as that of an aborted line, also ends
+    // a "-x" run before its dialogue.
+    const KdoStatus status = Compiler::ausfuehreBatch(datei, &parameter, anzahl);
+    const bool beendet = status == KdoStatus::Exit ||
+                         static_cast<dataInteger>(status) == static_cast<dataInteger>(LaufStatus::Abgebrochen);
+    if (!beendet && argc >= 2 && x == argv[1])
         Compiler::ausfuehreBatch(String(), &parameter, 0);
 
-    if (Compiler::liefereLaufStatus() == 4) return 1;
+    if (Compiler::liefereLaufStatus() == LaufStatus::Abgebrochen) return 1;
     return kivWurzel->pruefeGeaendert(1) == 1 ? 1 : 0;
 }
 
@@ -111,11 +116,12 @@ int kivMain(int argc, char** argv) {
     Fehler("KIV-STARTED", "main", kivVersion(), 'S');
     Fehler::fehlerPrefix = "%KIV-";
 
-    kivAufbau(argv[0]);
-    banner();
-
-    const int exitStatus = fuehreAus(argc, argv);
-    kivAbbau();
+    int exitStatus;
+    {
+        KivProgramm kiv(argv[0]);
+        banner();
+        exitStatus = fuehreAus(argc, argv);
+    }
 
     Fehler::anzeigeStatistik();
     log->close();

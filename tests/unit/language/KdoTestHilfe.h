@@ -172,14 +172,14 @@ protected:
             liste.definiere(AnwKommando("zahl(7)"));
         }
         wurzel.setzeVollenNamen("<Wurzel>W");
-        baum = std::make_unique<KdoBaum>(&wurzel, kdoRelation, kdoVergleich, kdoNamensVergleich, kdoLoesche);
-        kdoBaum = baum.get();
-        kdoBaum->fuegeEin(&a);
-        kdoBaum->fuegeEin(&c);
-        kdoBaum->vater();
-        kdoBaum->vater();
-        kdoBaum->fuegeEin(&b);
-        kdoBaum->vater();
+        laufzeit.setzeBaum(
+            std::make_unique<KdoBaum>(&wurzel, kdoRelation, kdoVergleich, kdoNamensVergleich, kdoLoesche));
+        kdoBaum()->fuegeEin(&a);
+        kdoBaum()->fuegeEin(&c);
+        kdoBaum()->vater();
+        kdoBaum()->vater();
+        kdoBaum()->fuegeEin(&b);
+        kdoBaum()->vater();
         tab.setzeStops(10, {10, 25, 45});
         tab.setzeUmbruch(1);
         dokPosition = &tab;
@@ -189,7 +189,6 @@ protected:
 
     void TearDown() override {
         setzeZurueck();
-        kdoBaum = nullptr;
         dokPosition = nullptr;
         kdoAnzeigeStream = nullptr;
         for (const std::string& d : dateien) std::remove(d.c_str());
@@ -200,15 +199,11 @@ protected:
         Fehler::setzeStatus("TEST-MELDUNG", 0);
         Fehler::setzeStatus("CMD-NOSUCHCMD", 0);
         Fehler::holeStatus();
-        Compiler::compilerStatus = 0;
-        Compiler::funktionswertStatus = 0;
-        Compiler::laufStatus = 3;
-        scannerModus = 1;
         aktuelleZeile = String();
     }
 
     // The short name of the current object.
-    static std::string aktuell() { return kdoBaum->liefereAktuelles()->liefereName().str(); }
+    static std::string aktuell() { return kdoBaum()->liefereAktuelles()->liefereName().str(); }
 
     // Writes a procedure file that the test removes afterwards.
     std::string datei(const std::string& name, const std::string& inhalt) {
@@ -223,7 +218,7 @@ protected:
         std::istringstream strom(eingabe);
         std::streambuf* alt = std::cin.rdbuf(strom.rdbuf());
         std::cin.clear();
-        const int status = Compiler::ausfuehreBatch(String(), nullptr, 0);
+        const int status = static_cast<int>(Compiler::ausfuehreBatch(String(), nullptr, 0));
         std::cin.rdbuf(alt);
         std::cin.clear();
         return status;
@@ -232,7 +227,7 @@ protected:
     static int prozedur(const std::string& name, std::vector<std::string> parameter = {}) {
         DynArray<String> p;
         for (std::size_t i = 0; i < parameter.size(); ++i) p[static_cast<int>(i)] = String(parameter[i]);
-        return Compiler::ausfuehreBatch(String(name), &p, static_cast<int>(parameter.size()));
+        return static_cast<int>(Compiler::ausfuehreBatch(String(name), &p, static_cast<int>(parameter.size())));
     }
 
     static std::string labels(const MeldungsFaenger& f) { return kdoLabels(f.meldungen()); }
@@ -264,7 +259,7 @@ protected:
     TypObjekt a{"Bild", "a", &liste};
     TypObjekt b{"Bild", "b", &liste};
     TypObjekt c{"Teil", "c", &liste};
-    std::unique_ptr<KdoBaum> baum;
+    KdoLaufzeit laufzeit;   // after the objects: its tree goes first
     Tabulator tab;
     std::vector<std::string> dateien;
 };
