@@ -62,7 +62,7 @@ KivEprom* KivObjekt::neuesEprom(const DateiName& datei)
     }
 
     auto kiv = std::make_unique<KivEprom>(name);
-    if (!epromListe->anfuegeElement(kiv.get(), 1)) return nullptr;
+    if (!epromListe->anfuegeElement(kiv.get(), ListenSuche::MELDEN)) return nullptr;
     KivEprom* neu = kiv.release();
     neu->aktDatei = std::make_unique<DateiName>(datei);
     if (kdoBaum()) kdoBaum()->fuegeEin(neu);
@@ -71,7 +71,7 @@ KivEprom* KivObjekt::neuesEprom(const DateiName& datei)
 
 KivEprom* KivObjekt::sucheEprom(const String& name)
 {
-    ListenElement* e = epromListe->sucheElementF(name, 0, 0, 2);
+    ListenElement* e = epromListe->sucheElementF(name, ListenSuche::JEDE_AUSWAHL, ListenSuche::STILL, ListenSuche::EXAKT);
     return e ? static_cast<KivEprom*>(e) : nullptr;
 }
 

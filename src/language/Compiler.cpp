@@ -119,7 +119,7 @@ Compiler::~Compiler() = default;
 
 int Compiler::definiere(const String& wert) {
     auto definition = std::make_unique<KdoDefinition>(String("'") + wort + "'", wert);
-    if (!definitionen.anfuegeElement(definition.get(), 0)) {
+    if (!definitionen.anfuegeElement(definition.get(), ListenSuche::STILL)) {
         Fehler("CMD-PARAM-NUM", "Compiler::insertParam", aktuelleZeile, 'W');
         return 0;
     }
@@ -128,7 +128,7 @@ int Compiler::definiere(const String& wert) {
 }
 
 const String* Compiler::liefereDefinition(const String& schluessel) const {
-    const auto* d = static_cast<const KdoDefinition*>(definitionen.sucheElementF(schluessel, 0, 0, 2));
+    const auto* d = static_cast<const KdoDefinition*>(definitionen.sucheElementF(schluessel, ListenSuche::JEDE_AUSWAHL, ListenSuche::STILL, ListenSuche::EXAKT));
     return d ? &d->wert : nullptr;
 }
 

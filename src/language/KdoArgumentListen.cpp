@@ -60,7 +60,7 @@ int KdoArgumentNamenInListe::waehleAus(Liste& liste) {
     int alle = 1;
     for (int i = 0; i < anzahl; ++i) {
         teile[i].trimme();
-        if (ListenElement* e = liste.sucheElementF(teile[i], 0, 1, 2)) {
+        if (ListenElement* e = liste.sucheElementF(teile[i], ListenSuche::JEDE_AUSWAHL, ListenSuche::MELDEN, ListenSuche::EXAKT)) {
             e->auswahl = 2;
         } else {
             alle = 0;
