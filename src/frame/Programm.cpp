@@ -92,8 +92,8 @@ int fuehreAus(int argc, char** argv) {
         Compiler::ausfuehreZeile(String(vorKommando));
     }
 
-    // An `exit`, or a status as high as that of an aborted line, also ends
-    // a "-x" run before its dialogue.
+    // An `exit` keeps a "-x" run from its dialogue; so does the value of an
+    // aborted line, should the error control ever hand that on.
     const KdoStatus status = Compiler::ausfuehreBatch(datei, &parameter, anzahl);
     const bool beendet = status == KdoStatus::Exit ||
                          static_cast<dataInteger>(status) == static_cast<dataInteger>(LaufStatus::Abgebrochen);

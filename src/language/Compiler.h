@@ -57,8 +57,8 @@ public:
     static constexpr int MAX_SCHACHTELUNG = 100;
 
     // `parameter` may be null. Copies the parameters, sets the runtime's
-    // statuses to none, none, normal, and defines 'p0' to 'p9' (more if more are given;
-    // the unset ones empty). Leaves the scanner in mode 2.
+    // statuses to none, none, normal, and defines 'p0' to 'p9' (more if more
+    // are given; the unset ones empty). Leaves the scanner in mode Zahl.
     Compiler(DynArray<String>* parameter, int anzahl);
     ~Compiler() override;
 
