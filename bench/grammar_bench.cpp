@@ -102,13 +102,13 @@ int main(int argc, char** argv) {
     Fehler::fehlerAusgabeRoutine = &zaehle;
 
     KdoListe liste{"Bench"};
-    liste.fuegeEin(new KdoKommando("setze", 3,
+    liste.fuegeEin(new KdoKommando("setze",
                                    "IntegerHex startAdresse  BoolIntegerHex endAdresse  IntegerHex hexWert", kdoSetze));
     liste.definiere(AnwKommando("setze(0, /, 0)"));
     BenchObjekt wurzel(&liste);
     wurzel.setzeVollenNamen("<Bench>B");
-    KdoBaum baum(&wurzel, kdoRelation, kdoVergleich, kdoNamensVergleich, kdoLoesche);
-    kdoBaum = &baum;
+    KdoLaufzeit laufzeit;
+    laufzeit.setzeBaum(std::make_unique<KdoBaum>(&wurzel, kdoRelation, kdoVergleich, kdoNamensVergleich, kdoLoesche));
 
     schreibe("gb_gram.txt", GRAMMATIK);
     schreibe("gb_zeile.txt", ZEILEN_GRAMMATIK);
@@ -119,7 +119,6 @@ int main(int argc, char** argv) {
     std::printf("(checksum %lld, %lld messages%s%s)\n", summe, meldungen, ersterFehler.empty() ? "" : ", first error: ",
                 ersterFehler.c_str());
 
-    kdoBaum = nullptr;
     for (const char* name : {"gb_in.txt", "gb_out.txt", "gb_gram.txt", "gb_zeile.txt"}) std::remove(name);
     return 0;
 }

@@ -36,7 +36,8 @@ def tabellenKommandos(src):
     namen = []
     for datei in ("commands/KivObjekt.cpp", "commands/KivEpromTabelle.cpp"):
         text = lies(os.path.join(src, datei), "latin-1")
-        namen += re.findall(r'\{\s*"(\w+)",\s*\d+,', text)
+        # An entry opens with the name, then the signature (a text or a constant).
+        namen += re.findall(r'\{\s*"(\w+)",\s*(?:"|\w+::signatur)', text)
     # The checksum commands take their names from constants of their own.
     text = lies(os.path.join(src, "commands/ChecksumKommandos.h"), "latin-1")
     namen += re.findall(r'\w+Name\s*=\s*"(\w+)"', text)

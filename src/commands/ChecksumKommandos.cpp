@@ -15,12 +15,15 @@
 
 namespace {
 
+using Adresse = ArgPos<KdoArgTyp::BoolIntegerHex>;
+
 // Start and end of the range; an absent one is the image's bound.
 // Every 32-bit address passes the images' address check, so none is made.
-void liesBereich(Eprom& eprom, KdoKommando& kommando, adrInteger& start, adrInteger& ende)
+void liesBereich(Eprom& eprom, KdoKommando& kommando, Adresse anf, Adresse end, adrInteger& start,
+                 adrInteger& ende)
 {
-    start = kommando[0].liefereArgWertBool() ? kommando[0].liefereArgWertIntHex() : eprom.liefereAnfAdr();
-    ende = kommando[1].liefereArgWertBool() ? kommando[1].liefereArgWertIntHex() : eprom.liefereEndAdr();
+    start = kommando[anf].liefereArgWertBool() ? kommando[anf].liefereArgWertIntHex() : eprom.liefereAnfAdr();
+    ende = kommando[end].liefereArgWertBool() ? kommando[end].liefereArgWertIntHex() : eprom.liefereEndAdr();
 }
 
 bool dateiGegeben(const DateiName& datei)
@@ -32,18 +35,19 @@ bool dateiGegeben(const DateiName& datei)
 
 int kdoCheckSumme(Eprom& eprom, adrInteger& letzteChecksumme, std::int32_t& geaendert, KdoKommando& kommando)
 {
+    namespace arg = checksumKommando::checksumme;
     adrInteger start, ende;
-    liesBereich(eprom, kommando, start, ende);
-    const bool mitZiel = kommando[2].liefereArgWertBool() != 0;
-    const adrInteger ziel = mitZiel ? kommando[2].liefereArgWertIntHex() : 0;
-    const int kompensierung = kommando[3].liefereArgWertBool();
-    const adrInteger addierWert = kommando[4].liefereArgWertBool() ? letzteChecksumme : 0;
-    const auto anzahlBytes = static_cast<std::uint16_t>(kommando[5].liefereArgWertInt() + 1);
-    const auto ergebnisGroesse = static_cast<std::uint16_t>(kommando[6].liefereArgWertInt() + 1);
-    const int swap = kommando[7].liefereArgWertBool();
-    const DateiName datei = kommando[8].liefereArgWertDatei();
-    const dataInteger modus = kommando[9].liefereArgWertInt();
-    const String format = kommando[10].liefereArgWertStr();
+    liesBereich(eprom, kommando, arg::startAdresse, arg::endAdresse, start, ende);
+    const bool mitZiel = kommando[arg::zielAdresse].liefereArgWertBool() != 0;
+    const adrInteger ziel = mitZiel ? kommando[arg::zielAdresse].liefereArgWertIntHex() : 0;
+    const int kompensierung = kommando[arg::kompensierung].liefereArgWertBool();
+    const adrInteger addierWert = kommando[arg::addiereLetzteChecksumme].liefereArgWertBool() ? letzteChecksumme : 0;
+    const auto anzahlBytes = static_cast<std::uint16_t>(kommando[arg::anzahlBytes].liefereArgWertInt() + 1);
+    const auto ergebnisGroesse = static_cast<std::uint16_t>(kommando[arg::ergebnisGroesse].liefereArgWertInt() + 1);
+    const int swap = kommando[arg::swap].liefereArgWertBool();
+    const DateiName datei = kommando[arg::datei].liefereArgWertDatei();
+    const dataInteger modus = kommando[arg::modus].liefereArgWertInt();
+    const String format = kommando[arg::format].liefereArgWertStr();
 
     int ergebnis;
     {
@@ -65,11 +69,12 @@ int kdoCheckSumme(Eprom& eprom, adrInteger& letzteChecksumme, std::int32_t& geae
 
 int kdoCheckSummeSiemens(Eprom& eprom, KdoKommando& kommando)
 {
+    namespace arg = checksumKommando::siemens;
     adrInteger start, ende;
-    liesBereich(eprom, kommando, start, ende);
-    const DateiName datei = kommando[2].liefereArgWertDatei();
-    const dataInteger modus = kommando[3].liefereArgWertInt();
-    const String format = kommando[4].liefereArgWertStr();
+    liesBereich(eprom, kommando, arg::startAdresse, arg::endAdresse, start, ende);
+    const DateiName datei = kommando[arg::datei].liefereArgWertDatei();
+    const dataInteger modus = kommando[arg::modus].liefereArgWertInt();
+    const String format = kommando[arg::format].liefereArgWertStr();
 
     adrInteger wert = 0;
     int ergebnis;
@@ -85,15 +90,16 @@ int kdoCheckSummeSiemens(Eprom& eprom, KdoKommando& kommando)
 
 int kdoCheckSummeCRC(Eprom& eprom, std::int32_t& geaendert, KdoKommando& kommando)
 {
+    namespace arg = checksumKommando::crc;
     adrInteger start, ende;
-    liesBereich(eprom, kommando, start, ende);
-    const bool mitZiel = kommando[2].liefereArgWertBool() != 0;
-    const adrInteger ziel = mitZiel ? kommando[2].liefereArgWertIntHex() : 0;
-    const dataInteger verfahren = kommando[3].liefereArgWertInt();
-    const int swap = kommando[4].liefereArgWertBool();
-    const DateiName datei = kommando[5].liefereArgWertDatei();
-    const dataInteger modus = kommando[6].liefereArgWertInt();
-    const String format = kommando[7].liefereArgWertStr();
+    liesBereich(eprom, kommando, arg::startAdresse, arg::endAdresse, start, ende);
+    const bool mitZiel = kommando[arg::zielAdresse].liefereArgWertBool() != 0;
+    const adrInteger ziel = mitZiel ? kommando[arg::zielAdresse].liefereArgWertIntHex() : 0;
+    const dataInteger verfahren = kommando[arg::verfahren].liefereArgWertInt();
+    const int swap = kommando[arg::swap].liefereArgWertBool();
+    const DateiName datei = kommando[arg::datei].liefereArgWertDatei();
+    const dataInteger modus = kommando[arg::modus].liefereArgWertInt();
+    const String format = kommando[arg::format].liefereArgWertStr();
 
     std::unique_ptr<Checksumme> summe;
     const char* label;

@@ -16,6 +16,7 @@
 #include <cstdint>
 
 #include "foundation/Typen.h"
+#include "language/KdoArgPos.h"
 
 class Eprom;
 class KdoKommando;
@@ -23,7 +24,6 @@ class KdoKommando;
 namespace checksumKommando {
 
 inline constexpr const char* checksummeName = "checksumme";
-inline constexpr std::uint16_t checksummeAnzahl = 11;
 inline constexpr const char* checksummeSignatur =
     "BoolIntegerHex\tstartAdresse\t\t\t BoolIntegerHex\tendAdresse\t\t\t BoolIntegerHex\tzielAdresse\t\t\t "
     "Bool kompensierung\t\t\t Bool addiereLetzteChecksumme\t\t\t Enum{1,2,3,4} anzahlBytes\t\t\t "
@@ -31,21 +31,48 @@ inline constexpr const char* checksummeSignatur =
     "Enum{neueDatei,anhaengen} modus\t\t\t String format";
 inline constexpr const char* checksummeVorgabe =
     "checksumme(/, /, /, NO, NO, 1, 2, NO, /, neueDatei, \"<Chksum>\\\n\")";
+namespace checksumme {
+inline constexpr ArgPos<KdoArgTyp::BoolIntegerHex> startAdresse{0}, endAdresse{1}, zielAdresse{2};
+inline constexpr ArgPos<KdoArgTyp::Bool> kompensierung{3}, addiereLetzteChecksumme{4};
+inline constexpr ArgPos<KdoArgTyp::Enum> anzahlBytes{5}, ergebnisGroesse{6};
+inline constexpr ArgPos<KdoArgTyp::Bool> swap{7};
+inline constexpr ArgPos<KdoArgTyp::DateiName> datei{8};
+inline constexpr ArgPos<KdoArgTyp::Enum> modus{9};
+inline constexpr ArgPos<KdoArgTyp::String> format{10};
+inline constexpr KdoArgDekl positionen[] = {startAdresse, endAdresse,  zielAdresse, kompensierung,
+                                            addiereLetzteChecksumme, anzahlBytes, ergebnisGroesse,
+                                            swap, datei, modus, format};
+}  // namespace checksumme
 
 inline constexpr const char* siemensName = "checksummeSiemens";
-inline constexpr std::uint16_t siemensAnzahl = 5;
 inline constexpr const char* siemensSignatur =
     "BoolIntegerHex\tstartAdresse\t\t\t BoolIntegerHex\tendAdresse\t\t\t DateiName datei\t\t\t "
     "Enum{neueDatei,anhaengen} modus\t\t\t String format";
 inline constexpr const char* siemensVorgabe = "checksummeSiemens(/, /, /, neueDatei, \"<Chksum>\\\n\")";
+namespace siemens {
+inline constexpr ArgPos<KdoArgTyp::BoolIntegerHex> startAdresse{0}, endAdresse{1};
+inline constexpr ArgPos<KdoArgTyp::DateiName> datei{2};
+inline constexpr ArgPos<KdoArgTyp::Enum> modus{3};
+inline constexpr ArgPos<KdoArgTyp::String> format{4};
+inline constexpr KdoArgDekl positionen[] = {startAdresse, endAdresse, datei, modus, format};
+}  // namespace siemens
 
 inline constexpr const char* crcName = "checksummeCRC";
-inline constexpr std::uint16_t crcAnzahl = 8;
 inline constexpr const char* crcSignatur =
     "BoolIntegerHex\tstartAdresse\t\t\t BoolIntegerHex\tendAdresse\t\t\t BoolIntegerHex\tzielAdresse\t\t\t "
     "Enum{CRC16,CRC16CCITT,CRC32} verfahren\t\t\t Bool swap\t\t\t DateiName datei\t\t\t "
     "Enum{neueDatei,anhaengen} modus\t\t\t String format";
 inline constexpr const char* crcVorgabe = "checksummeCRC(/, /, /, CRC32, NO, /, neueDatei, \"<Chksum>\\\n\")";
+namespace crc {
+inline constexpr ArgPos<KdoArgTyp::BoolIntegerHex> startAdresse{0}, endAdresse{1}, zielAdresse{2};
+inline constexpr ArgPos<KdoArgTyp::Enum> verfahren{3};
+inline constexpr ArgPos<KdoArgTyp::Bool> swap{4};
+inline constexpr ArgPos<KdoArgTyp::DateiName> datei{5};
+inline constexpr ArgPos<KdoArgTyp::Enum> modus{6};
+inline constexpr ArgPos<KdoArgTyp::String> format{7};
+inline constexpr KdoArgDekl positionen[] = {startAdresse, endAdresse, zielAdresse, verfahren,
+                                            swap,         datei,      modus,       format};
+}  // namespace crc
 
 } // namespace checksumKommando
 

@@ -43,7 +43,7 @@ const String& KivEprom::variablenListe()
 
 KivEprom* findeKivEprom(const String& name, const char* funktion)
 {
-    KdoObjektBasis* gefunden = kdoBaum ? kdoBaum->suche(name, 0) : nullptr;
+    KdoObjektBasis* gefunden = kdoBaum() ? kdoBaum()->suche(name, 0) : nullptr;
     // The search may land on the root or another kind of object; only an
     // image will do here.
     KivEprom* kiv = dynamic_cast<KivEprom*>(gefunden);
@@ -51,8 +51,8 @@ KivEprom* findeKivEprom(const String& name, const char* funktion)
     return kiv;
 }
 
-const adrInteger* optionaleAdresse(KdoKommando& kommando, std::uint16_t index)
+const adrInteger* optionaleAdresse(KdoKommando& kommando, ArgPos<KdoArgTyp::BoolIntegerHex> position)
 {
-    KdoArgument& argument = kommando[index];
+    const auto argument = kommando[position];
     return argument.liefereArgWertBool() == 1 ? &argument.liefereArgWertIntHex() : nullptr;
 }

@@ -21,18 +21,21 @@
 #include <cstdint>
 #include <iosfwd>
 #include <memory>
+#include <span>
 
 #include "foundation/DateiName.h"
 #include "foundation/DynArray.h"
 #include "foundation/Liste.h"
 #include "foundation/String.h"
 #include "foundation/Typen.h"
+#include "language/KdoArgPos.h"
 #include "language/KdoObjekt.h"
 #include "reporting/FmtAnweisung.h"
 
 class Eprom;
 class KdoKommando;
 class KdoListe;
+struct KdoEintrag;
 
 // The command lists of the root and of the images; built at start-up.
 extern KdoListe* kivObjektListe;
@@ -152,7 +155,10 @@ int kdoVergleiche(KdoObjekt& objekt, KdoKommando& kommando);
 int kdoPruefeMehrfachbelegung(KdoObjekt& objekt, KdoKommando& kommando);
 
 // The address of a Bool...IntegerHex argument, or null when it holds "/".
-const adrInteger* optionaleAdresse(KdoKommando& kommando, std::uint16_t index);
+const adrInteger* optionaleAdresse(KdoKommando& kommando, ArgPos<KdoArgTyp::BoolIntegerHex> position);
+
+// The image commands' table, for the check of its named positions.
+std::span<const KdoEintrag> kivEpromTabelle();
 
 // The image of that name in the tree for a command naming a second image;
 // reports "EPROM-NOT-EXIST" under `funktion` and gives null if there is none

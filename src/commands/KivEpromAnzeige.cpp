@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "commands/KivEprom.h"
+#include "commands/KivEpromArgumente.h"
 #include "foundation/Datei.h"
 #include "image/Eprom.h"
 #include "language/KdoGlobal.h"
@@ -201,18 +202,19 @@ int KivEprom::anzeigeBytes(adrInteger anf, adrInteger end, int hex, const DateiN
 
 int kdoAnzeige(KdoObjekt& objekt, KdoKommando& kommando)
 {
+    namespace arg = kdoArg::anzeige;
     auto& kiv = static_cast<KivEprom&>(objekt);
     Eprom& eprom = *kiv.eprom;
-    const adrInteger von = kommando[0].liefereArgWertBool() ? kommando[0].liefereArgWertIntHex() : eprom.liefereAnfAdr();
-    const adrInteger bis = kommando[1].liefereArgWertBool() ? kommando[1].liefereArgWertIntHex() : eprom.liefereEndAdr();
+    const adrInteger von = kommando[arg::startAdresse].liefereArgWertBool() ? kommando[arg::startAdresse].liefereArgWertIntHex() : eprom.liefereAnfAdr();
+    const adrInteger bis = kommando[arg::endAdresse].liefereArgWertBool() ? kommando[arg::endAdresse].liefereArgWertIntHex() : eprom.liefereEndAdr();
     const char* funktion = "KivEprom::kdoAnzeige ";
     if (!KivEprom::pruefeAdresse(von, funktion) || !KivEprom::pruefeAdresse(bis, funktion)) return 0;
-    const int hex = kommando[2].liefereArgWertInt() == 0;
-    const DateiName datei = kommando[3].liefereArgWertDatei();
+    const int hex = kommando[arg::darstellung].liefereArgWertInt() == 0;
+    const DateiName datei = kommando[arg::datei].liefereArgWertDatei();
     if (datei.liefereGanz() == "/")
         eprom.anzeigeBytes(von, bis, String(), *kdoAnzeigeStream, hex);
     else
         // A refused file has been reported; the command counts as done.
-        kiv.anzeigeBytes(von, bis, hex, datei, kommando[4].liefereArgWertInt(), kommando[5].liefereArgWertStr());
+        kiv.anzeigeBytes(von, bis, hex, datei, kommando[arg::modus].liefereArgWertInt(), kommando[arg::format].liefereArgWertStr());
     return 1;
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "commands/KivEprom.h"
+#include "commands/KivEpromArgumente.h"
 #include "foundation/Datei.h"
 #include "foundation/LongDynArray.h"
 #include "image/Eprom.h"
@@ -61,17 +62,17 @@ KivEprom& kivVon(KdoObjekt& objekt)
 // The file of a load or save: the one given, else the file the image last
 // came from or went to, else a file named like the image. An image made by
 // `neu(/)` keeps "/" as its file, which stands for none as everywhere.
-DateiName dateiVon(KivEprom& kiv, KdoKommando& kommando, std::uint16_t index)
+DateiName dateiVon(KivEprom& kiv, KdoKommando& kommando, ArgPos<KdoArgTyp::DateiName> position)
 {
-    const DateiName& datei = kommando[index].liefereArgWertDatei();
+    const DateiName& datei = kommando[position].liefereArgWertDatei();
     if (datei.liefereGanz() != "/") return datei;
     if (kiv.aktDatei && kiv.aktDatei->liefereGanz() != "/") return *kiv.aktDatei;
     return DateiName(kiv.liefereName());
 }
 
-adrInteger fuellWert(KdoKommando& kommando, std::uint16_t index)
+adrInteger fuellWert(KdoKommando& kommando, ArgPos<KdoArgTyp::BoolIntegerHex> position)
 {
-    return kommando[index].liefereArgWertBool() == 1 ? kommando[index].liefereArgWertIntHex() : 0;
+    return kommando[position].liefereArgWertBool() == 1 ? kommando[position].liefereArgWertIntHex() : 0;
 }
 
 bool istLeer(Eprom& eprom)
@@ -365,31 +366,34 @@ int kdoInfo(KdoObjekt& objekt, KdoKommando&)
 
 int kdoLies(KdoObjekt& objekt, KdoKommando& kommando)
 {
+    namespace arg = kdoArg::lies;
     KivEprom& kiv = kivVon(objekt);
     static const std::int32_t typen[] = {KivEprom::typIntel, KivEprom::typMotorola, KivEprom::typBinaer};
-    const dataInteger wahl = kommando[0].liefereArgWertInt();
+    const dataInteger wahl = kommando[arg::dateiTyp].liefereArgWertInt();
     const std::int32_t typ = typen[wahl >= 0 && wahl < 3 ? wahl : 0];
-    const DateiName datei = dateiVon(kiv, kommando, 1);
-    return kiv.leseVonDatei(datei, typ, 16, kommando[7].liefereArgWertBool(), fuellWert(kommando, 5),
-                            kommando[6].liefereArgWertBool(), optionaleAdresse(kommando, 2),
-                            optionaleAdresse(kommando, 3), optionaleAdresse(kommando, 4));
+    const DateiName datei = dateiVon(kiv, kommando, arg::epromDatei);
+    return kiv.leseVonDatei(datei, typ, 16, kommando[arg::swap].liefereArgWertBool(), fuellWert(kommando, arg::fuellByte),
+                            kommando[arg::bytesPruefen].liefereArgWertBool(), optionaleAdresse(kommando, arg::startAdresse),
+                            optionaleAdresse(kommando, arg::endAdresse), optionaleAdresse(kommando, arg::externeAdresse));
 }
 
 int kdoSchreibe(KdoObjekt& objekt, KdoKommando& kommando)
 {
+    namespace arg = kdoArg::schreibe;
     KivEprom& kiv = kivVon(objekt);
-    const DateiName datei = dateiVon(kiv, kommando, 1);
-    return kiv.schreibeInDatei(datei, kommando[6].liefereArgWertBool(), kommando[0].liefereArgWertInt(),
-                               kommando[8].liefereArgWertInt(), kommando[7].liefereArgWertBool(),
-                               fuellWert(kommando, 5), optionaleAdresse(kommando, 2),
-                               optionaleAdresse(kommando, 3), optionaleAdresse(kommando, 4));
+    const DateiName datei = dateiVon(kiv, kommando, arg::epromDatei);
+    return kiv.schreibeInDatei(datei, kommando[arg::ueberschreiben].liefereArgWertBool(), kommando[arg::dateiTyp].liefereArgWertInt(),
+                               kommando[arg::nutzBytes].liefereArgWertInt(), kommando[arg::swap].liefereArgWertBool(),
+                               fuellWert(kommando, arg::fuellbyte), optionaleAdresse(kommando, arg::startAdresse),
+                               optionaleAdresse(kommando, arg::endAdresse), optionaleAdresse(kommando, arg::externeAdresse));
 }
 
 int kdoSchreibeEvenOdd(KdoObjekt& objekt, KdoKommando& kommando)
 {
+    namespace arg = kdoArg::schreibeEvenOdd;
     KivEprom& kiv = kivVon(objekt);
-    const DateiName gerade = kommando[1].liefereArgWertDatei();
-    const DateiName ungerade = kommando[2].liefereArgWertDatei();
+    const DateiName gerade = kommando[arg::epromDateiEven].liefereArgWertDatei();
+    const DateiName ungerade = kommando[arg::epromDateiOdd].liefereArgWertDatei();
     if (gerade.liefereGanz() == "/" || ungerade.liefereGanz() == "/") {
         Fehler("MISSING-FILENAME", "KivEprom::kdoSchreibeEvenOdd ", "", 'E');
         return 0;
@@ -398,14 +402,14 @@ int kdoSchreibeEvenOdd(KdoObjekt& objekt, KdoKommando& kommando)
     KivEprom odd("odd");
     kiv.eprom->teileEvenOdd(*even.eprom, *odd.eprom);
 
-    const std::int32_t typ = kommando[0].liefereArgWertInt();
-    const int ueberschreiben = kommando[7].liefereArgWertBool();
-    const int tausche = kommando[8].liefereArgWertBool();
-    const dataInteger nutzBytes = kommando[9].liefereArgWertInt();
-    const adrInteger fuell = fuellWert(kommando, 6);
-    const adrInteger* start = optionaleAdresse(kommando, 3);
-    const adrInteger* ende = optionaleAdresse(kommando, 4);
-    const adrInteger* extern_ = optionaleAdresse(kommando, 5);
+    const std::int32_t typ = kommando[arg::dateiTyp].liefereArgWertInt();
+    const int ueberschreiben = kommando[arg::ueberschreiben].liefereArgWertBool();
+    const int tausche = kommando[arg::swap].liefereArgWertBool();
+    const dataInteger nutzBytes = kommando[arg::nutzBytes].liefereArgWertInt();
+    const adrInteger fuell = fuellWert(kommando, arg::fuellbyte);
+    const adrInteger* start = optionaleAdresse(kommando, arg::startAdresse);
+    const adrInteger* ende = optionaleAdresse(kommando, arg::endAdresse);
+    const adrInteger* extern_ = optionaleAdresse(kommando, arg::externeAdresse);
     int ergebnis = even.schreibeInDatei(gerade, ueberschreiben, typ, nutzBytes, tausche, fuell, start, ende, extern_);
     if (ergebnis == 1)
         ergebnis = odd.schreibeInDatei(ungerade, ueberschreiben, typ, nutzBytes, tausche, fuell, start, ende, extern_);
@@ -414,46 +418,52 @@ int kdoSchreibeEvenOdd(KdoObjekt& objekt, KdoKommando& kommando)
 
 int kdoSetze(KdoObjekt& objekt, KdoKommando& kommando)
 {
-    const adrInteger start = kommando[0].liefereArgWertIntHex();
-    const adrInteger* ende = optionaleAdresse(kommando, 1);
-    return kivVon(objekt).setzeWertVonBis(start, ende ? *ende : start, kommando[2].liefereArgWertIntHex());
+    namespace arg = kdoArg::setze;
+    const adrInteger start = kommando[arg::startAdresse].liefereArgWertIntHex();
+    const adrInteger* ende = optionaleAdresse(kommando, arg::endAdresse);
+    return kivVon(objekt).setzeWertVonBis(start, ende ? *ende : start, kommando[arg::hexWert].liefereArgWertIntHex());
 }
 
 int kdoDefiniereBereich(KdoObjekt& objekt, KdoKommando& kommando)
 {
-    return kivVon(objekt).setzeBereich(kommando[0].liefereArgWertIntHex(), kommando[1].liefereArgWertIntHex());
+    namespace arg = kdoArg::definiereBereich;
+    return kivVon(objekt).setzeBereich(kommando[arg::anfAdresse].liefereArgWertIntHex(), kommando[arg::endAdresse].liefereArgWertIntHex());
 }
 
 int kdoLoescheBereich(KdoObjekt& objekt, KdoKommando& kommando)
 {
-    return kivVon(objekt).loescheBereich(kommando[0].liefereArgWertIntHex());
+    namespace arg = kdoArg::loescheBereich;
+    return kivVon(objekt).loescheBereich(kommando[arg::anfAdresse].liefereArgWertIntHex());
 }
 
 int kdoFuelle(KdoObjekt& objekt, KdoKommando& kommando)
 {
+    namespace arg = kdoArg::fuelle;
     // Nothing left to fill fails the command, without a message.
-    return kivVon(objekt).fuelleVonBis(kommando[0].liefereArgWertIntHex(), kommando[1].liefereArgWertIntHex(),
-                                       kommando[2].liefereArgWertIntHex()) != 0
+    return kivVon(objekt).fuelleVonBis(kommando[arg::startAdresse].liefereArgWertIntHex(), kommando[arg::endAdresse].liefereArgWertIntHex(),
+                                       kommando[arg::hexWert].liefereArgWertIntHex()) != 0
                ? 1
                : 0;
 }
 
 int kdoSwap(KdoObjekt& objekt, KdoKommando& kommando)
 {
-    return kivVon(objekt).swap(optionaleAdresse(kommando, 0), optionaleAdresse(kommando, 1));
+    namespace arg = kdoArg::bereich;
+    return kivVon(objekt).swap(optionaleAdresse(kommando, arg::startAdresse), optionaleAdresse(kommando, arg::endAdresse));
 }
 
 int kdoKopiere(KdoObjekt& objekt, KdoKommando& kommando)
 {
+    namespace arg = kdoArg::kopiere;
     KivEprom& kiv = kivVon(objekt);
-    const adrInteger* anf = optionaleAdresse(kommando, 0);
-    const adrInteger* end = optionaleAdresse(kommando, 1);
-    const adrInteger* ziel = optionaleAdresse(kommando, 2);
+    const adrInteger* anf = optionaleAdresse(kommando, arg::quelleStartAdresse);
+    const adrInteger* end = optionaleAdresse(kommando, arg::quelleEndAdresse);
+    const adrInteger* ziel = optionaleAdresse(kommando, arg::zielStartAdresse);
     const adrInteger von = anf ? *anf : kiv.eprom->liefereAnfAdr();
     const adrInteger bis = end ? *end : kiv.eprom->liefereEndAdr();
     KivEprom* zielEprom = &kiv;
-    if (kommando[3].liefereArgWertBool() == 1) {
-        zielEprom = findeKivEprom(kommando[3].liefereArgWertStr(), "KivEprom::kdoKopiere");
+    if (kommando[arg::zielEpromName].liefereArgWertBool() == 1) {
+        zielEprom = findeKivEprom(kommando[arg::zielEpromName].liefereArgWertStr(), "KivEprom::kdoKopiere");
         if (!zielEprom) return 0;
     }
     return kiv.kopiere(von, bis, ziel ? *ziel : von, *zielEprom);

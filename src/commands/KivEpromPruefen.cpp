@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "commands/KivEprom.h"
+#include "commands/KivEpromArgumente.h"
 #include "foundation/Datei.h"
 #include "image/Eprom.h"
 #include "language/KdoGlobal.h"
@@ -21,9 +22,9 @@
 namespace {
 
 // An optional address argument: null where "/" stands.
-const adrInteger* optional(KdoKommando& kommando, std::uint16_t index)
+const adrInteger* optional(KdoKommando& kommando, ArgPos<KdoArgTyp::BoolIntegerHex> position)
 {
-    return kommando[index].liefereArgWertBool() ? &kommando[index].liefereArgWertIntHex() : nullptr;
+    return kommando[position].liefereArgWertBool() ? &kommando[position].liefereArgWertIntHex() : nullptr;
 }
 
 // One line of the occupancy listing, in the stream's present letter case.
@@ -145,9 +146,10 @@ std::uint32_t KivEprom::pruefeBelegt(const adrInteger* anf, const adrInteger* en
 
 int kdoPruefeMehrfachbelegung(KdoObjekt& objekt, KdoKommando& kommando)
 {
+    namespace arg = kdoArg::bereich;
     auto& kiv = static_cast<KivEprom&>(objekt);
-    const adrInteger* anf = optional(kommando, 0);
-    const adrInteger* end = optional(kommando, 1);
+    const adrInteger* anf = optional(kommando, arg::startAdresse);
+    const adrInteger* end = optional(kommando, arg::endAdresse);
     const char* funktion = "KivEprom::kdoPruefeMehrfachbelegung ";
     if (!KivEprom::pruefeAdresse(anf, funktion) || !KivEprom::pruefeAdresse(end, funktion)) return 0;
     kiv.pruefeBelegt(anf, end);
@@ -156,12 +158,13 @@ int kdoPruefeMehrfachbelegung(KdoObjekt& objekt, KdoKommando& kommando)
 
 int kdoVergleiche(KdoObjekt& objekt, KdoKommando& kommando)
 {
+    namespace arg = kdoArg::vergleiche;
     auto& kiv = static_cast<KivEprom&>(objekt);
     const char* funktion = "KivEprom::kdoVergleiche ";
     Eprom& eprom = *kiv.eprom;
-    const adrInteger* anf = optional(kommando, 0);
-    const adrInteger* end = optional(kommando, 1);
-    const adrInteger* zielAnf = optional(kommando, 2);
+    const adrInteger* anf = optional(kommando, arg::quelleStartAdresse);
+    const adrInteger* end = optional(kommando, arg::quelleEndAdresse);
+    const adrInteger* zielAnf = optional(kommando, arg::zielStartAdresse);
     const adrInteger von = anf ? *anf : eprom.liefereAnfAdr();
     const adrInteger bis = end ? *end : eprom.liefereEndAdr();
     const adrInteger ziel = zielAnf ? *zielAnf : von;
@@ -170,12 +173,12 @@ int kdoVergleiche(KdoObjekt& objekt, KdoKommando& kommando)
         return 0;
 
     KivEprom* anderes = &kiv;
-    if (kommando[3].liefereArgWertBool()) {
-        anderes = findeKivEprom(kommando[3].liefereArgWertStr(), "KivEprom::kdoVergleiche");
+    if (kommando[arg::zielEpromName].liefereArgWertBool()) {
+        anderes = findeKivEprom(kommando[arg::zielEpromName].liefereArgWertStr(), "KivEprom::kdoVergleiche");
         if (!anderes) return 0;
     }
 
-    const DateiName datei = kommando[4].liefereArgWertDatei();
+    const DateiName datei = kommando[arg::ausgabeDatei].liefereArgWertDatei();
     const String& dateiText = datei.liefereGanz();
     std::uint32_t unterschiede;
     if (dateiText == "/") {

@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "commands/KivEprom.h"
+#include "commands/KivEpromArgumente.h"
 #include "image/Eprom.h"
 #include "language/KdoGlobal.h"
 #include "language/KdoKommando.h"
@@ -372,8 +373,9 @@ namespace {
 // a refused one.
 bool setzeSuche(KivEprom& kiv, KdoKommando& kommando)
 {
-    String text = kommando[0].liefereArgWertStr();
-    const int hex = kommando[1].liefereArgWertInt() == 0;
+    namespace arg = kdoArg::suche;
+    String text = kommando[arg::suchText].liefereArgWertStr();
+    const int hex = kommando[arg::darstellung].liefereArgWertInt() == 0;
     if (kiv.setzeSuchMuster(text, hex)) return true;
     text.entferneHinten();
     Fehler("INVALID-SEARCH-VALUE", "KivEprom::kdoSuche ", text, 'E');
@@ -450,18 +452,20 @@ int kdoSucheNaechstes(KdoObjekt& objekt, KdoKommando&)
 
 int kdoPruefeByte(KdoObjekt& objekt, KdoKommando& kommando)
 {
+    namespace arg = kdoArg::pruefeByte;
     auto& kiv = static_cast<KivEprom&>(objekt);
-    const adrInteger adresse = kommando[0].liefereArgWertIntHex();
+    const adrInteger adresse = kommando[arg::adresse].liefereArgWertIntHex();
     if (!KivEprom::pruefeAdresse(adresse, "KivEprom::kdoPruefeByte")) return 0;
     std::ostringstream wert;
-    wert << std::hex << kommando[1].liefereArgWertIntHex();
+    wert << std::hex << kommando[arg::hexWert].liefereArgWertIntHex();
     return kiv.pruefeBytes(adresse, String(wert.str()));
 }
 
 int kdoPruefeBytefolge(KdoObjekt& objekt, KdoKommando& kommando)
 {
+    namespace arg = kdoArg::pruefeBytefolge;
     auto& kiv = static_cast<KivEprom&>(objekt);
-    const adrInteger adresse = kommando[0].liefereArgWertIntHex();
+    const adrInteger adresse = kommando[arg::adresse].liefereArgWertIntHex();
     if (!KivEprom::pruefeAdresse(adresse, "KivEprom::kdoPruefeBytefolge")) return 0;
-    return kiv.pruefeBytes(adresse, kommando[1].liefereArgWertStr());
+    return kiv.pruefeBytes(adresse, kommando[arg::bytefolge].liefereArgWertStr());
 }

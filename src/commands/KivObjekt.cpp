@@ -86,16 +86,16 @@ KivEprom* KivObjekt::neuesEprom(const DateiName& datei)
         Fehler("EPROM-NAME-REPAIRED", "KivObjekt::neuesEprom", ueblich + " -> " + name, 'W');
 
     auto kiv = std::make_unique<KivEprom>(name);
-    if (!epromListe->anfuegeElement(kiv.get(), 1)) return nullptr;
+    if (!epromListe->anfuegeElement(kiv.get(), ListenSuche::MELDEN)) return nullptr;
     KivEprom* neu = kiv.release();
     neu->aktDatei = std::make_unique<DateiName>(datei);
-    if (kdoBaum) kdoBaum->fuegeEin(neu);
+    if (kdoBaum()) kdoBaum()->fuegeEin(neu);
     return neu;
 }
 
 KivEprom* KivObjekt::sucheEprom(const String& name)
 {
-    ListenElement* e = epromListe->sucheElementF(name, 0, 0, 2);
+    ListenElement* e = epromListe->sucheElementF(name, ListenSuche::JEDE_AUSWAHL, ListenSuche::STILL, ListenSuche::EXAKT);
     return e ? static_cast<KivEprom*>(e) : nullptr;
 }
 
@@ -107,7 +107,7 @@ int KivObjekt::entferneEprom(KivEprom* kivEprom)
 
 int KivObjekt::schliesse(const String& name, int immer)
 {
-    KdoObjektBasis* objekt = kdoBaum ? kdoBaum->suche(name, 0) : nullptr;
+    KdoObjektBasis* objekt = kdoBaum() ? kdoBaum()->suche(name, 0) : nullptr;
     // The name may lead to the root itself or another object that is not an
     // open image; that is no image to close.
     KivEprom* kiv = dynamic_cast<KivEprom*>(objekt);
@@ -122,7 +122,7 @@ int KivObjekt::schliesse(const String& name, int immer)
         }
         Fehler("CHANGED-EPROM-CLOSED", schliesseFunktion, name, 'W');
     }
-    const int entfernt = kdoBaum->entferne(kiv);
+    const int entfernt = kdoBaum()->entferne(kiv);
     if (entfernt != 1) return entfernt;
     const int ergebnis = entferneEprom(kiv);
     if (ergebnis <= 0) return ergebnis;
@@ -147,29 +147,74 @@ int KivObjekt::pruefeGeaendert(int melden)
 }
 
 // ---------------------------------------------------------------------------
+// Signatures and named argument positions of the root's commands
+
+namespace kdoArg {
+namespace {
+
+using T = KdoArgTyp;
+
+namespace oeffne {
+constexpr const char* signatur =
+    "Enum{Intel,Motorola,Binaer} dateiTyp\t\t\t DateiName epromDatei\t\t\t BoolIntegerHex\tstartAdresse\t\t\t "
+    "BoolIntegerHex endAdresse\t\t\t BoolIntegerHex externeAdresse\t\t\t BoolIntegerHex\tfuellbyte\t\t\t "
+    "Bool bytesPruefen\t\t\t Bool swap";
+constexpr ArgPos<T::Enum> dateiTyp{0};
+constexpr ArgPos<T::DateiName> epromDatei{1};
+constexpr ArgPos<T::BoolIntegerHex> startAdresse{2}, endAdresse{3}, externeAdresse{4}, fuellbyte{5};
+constexpr ArgPos<T::Bool> bytesPruefen{6}, swap{7};
+constexpr KdoArgDekl positionen[] = {dateiTyp,       epromDatei, startAdresse, endAdresse,
+                                     externeAdresse, fuellbyte,  bytesPruefen, swap};
+}  // namespace oeffne
+
+namespace neu {
+constexpr const char* signatur = "DateiName dateiName ";
+constexpr ArgPos<T::DateiName> dateiName{0};
+constexpr KdoArgDekl positionen[] = {dateiName};
+}  // namespace neu
+
+namespace schliesse {
+constexpr const char* signatur = "Wort epromName\t\t\t Bool schliesseImmer";
+constexpr ArgPos<T::Wort> epromName{0};
+constexpr ArgPos<T::Bool> schliesseImmer{1};
+constexpr KdoArgDekl positionen[] = {epromName, schliesseImmer};
+}  // namespace schliesse
+
+namespace schliesseAlle {
+constexpr const char* signatur = "Bool schliesseImmer";
+constexpr ArgPos<T::Bool> schliesseImmer{0};
+constexpr KdoArgDekl positionen[] = {schliesseImmer};
+}  // namespace schliesseAlle
+
+}  // namespace
+}  // namespace kdoArg
+
+// ---------------------------------------------------------------------------
 // Handlers
 
 int kdoOeffne(KdoObjekt& objekt, KdoKommando& kommando)
 {
+    namespace arg = kdoArg::oeffne;
     KivObjekt& wurzel = static_cast<KivObjekt&>(objekt);
     static const std::int32_t typen[] = {EpromDatei::typIntel, EpromDatei::typMotorola, EpromDatei::typBinaer};
-    const dataInteger wahl = kommando[0].liefereArgWertInt();
+    const dataInteger wahl = kommando[arg::dateiTyp].liefereArgWertInt();
     const std::int32_t typ = typen[wahl >= 0 && wahl < 3 ? wahl : 0];
-    const DateiName datei = kommando[1].liefereArgWertDatei();
+    const DateiName datei = kommando[arg::epromDatei].liefereArgWertDatei();
     if (datei.liefereGanz() == "/") return 0;
 
     KivEprom* kiv = wurzel.neuesEprom(datei);
     if (!kiv) return 0;
-    const adrInteger* start = optionaleAdresse(kommando, 2);
-    const adrInteger* ende = optionaleAdresse(kommando, 3);
-    const adrInteger* extern_ = optionaleAdresse(kommando, 4);
-    const adrInteger fuell = kommando[5].liefereArgWertBool() == 1 ? kommando[5].liefereArgWertIntHex() : 0;
-    const int pruefen = kommando[6].liefereArgWertBool();
-    const int tausche = kommando[7].liefereArgWertBool();
+    const adrInteger* start = optionaleAdresse(kommando, arg::startAdresse);
+    const adrInteger* ende = optionaleAdresse(kommando, arg::endAdresse);
+    const adrInteger* extern_ = optionaleAdresse(kommando, arg::externeAdresse);
+    const adrInteger fuell =
+        kommando[arg::fuellbyte].liefereArgWertBool() == 1 ? kommando[arg::fuellbyte].liefereArgWertIntHex() : 0;
+    const int pruefen = kommando[arg::bytesPruefen].liefereArgWertBool();
+    const int tausche = kommando[arg::swap].liefereArgWertBool();
 
     const auto verwirf = [&] {
         const String name = kiv->liefereName();
-        if (kdoBaum) kdoBaum->vater();
+        if (kdoBaum()) kdoBaum()->vater();
         wurzel.schliesse(name, 1);
     };
     int ergebnis;
@@ -191,19 +236,20 @@ int kdoOeffne(KdoObjekt& objekt, KdoKommando& kommando)
 int kdoNeu(KdoObjekt& objekt, KdoKommando& kommando)
 {
     KivObjekt& wurzel = static_cast<KivObjekt&>(objekt);
-    return wurzel.neuesEprom(kommando[0].liefereArgWertDatei()) ? 1 : 0;
+    return wurzel.neuesEprom(kommando[kdoArg::neu::dateiName].liefereArgWertDatei()) ? 1 : 0;
 }
 
 int kdoSchliesse(KdoObjekt& objekt, KdoKommando& kommando)
 {
     KivObjekt& wurzel = static_cast<KivObjekt&>(objekt);
-    return wurzel.schliesse(kommando[0].liefereArgWertStr(), kommando[1].liefereArgWertBool());
+    namespace arg = kdoArg::schliesse;
+    return wurzel.schliesse(kommando[arg::epromName].liefereArgWertStr(), kommando[arg::schliesseImmer].liefereArgWertBool());
 }
 
 int kdoSchliesseAlle(KdoObjekt& objekt, KdoKommando& kommando)
 {
     KivObjekt& wurzel = static_cast<KivObjekt&>(objekt);
-    const int immer = kommando[0].liefereArgWertBool();
+    const int immer = kommando[kdoArg::schliesseAlle::schliesseImmer].liefereArgWertBool();
     // Closing changes the list; walk over a copy of the names.
     std::vector<String> namen;
     ListenIterator it(wurzel.liefereEpromListe());
@@ -217,29 +263,26 @@ int kdoSchliesseAlle(KdoObjekt& objekt, KdoKommando& kommando)
 // ---------------------------------------------------------------------------
 // Command list of the root
 
+namespace {
+
+const KdoEintrag tabelle[] = {
+    {"oeffne", kdoArg::oeffne::signatur, kdoOeffne, "oeffne(Intel, /, /, /, /, /, YES, NO)", kdoArg::oeffne::positionen},
+    {"neu", kdoArg::neu::signatur, kdoNeu, "neu(/)", kdoArg::neu::positionen},
+    {"schliesse", kdoArg::schliesse::signatur, kdoSchliesse, "schliesse( , NO)", kdoArg::schliesse::positionen},
+    {"schliesseAlle", kdoArg::schliesseAlle::signatur, kdoSchliesseAlle, "schliesseAlle(NO)",
+     kdoArg::schliesseAlle::positionen},
+};
+
+}  // namespace
+
 void bauKivObjektListe()
 {
     delete kivObjektListe;
     kivObjektListe = new KdoListe("KivObjekt");
-    struct Eintrag {
-        const char* name;
-        std::uint16_t anzahl;
-        const char* signatur;
-        KdoHandler handler;
-        const char* vorgabe;
-    };
-    static const Eintrag tabelle[] = {
-        {"oeffne", 8,
-         "Enum{Intel,Motorola,Binaer} dateiTyp\t\t\t DateiName epromDatei\t\t\t BoolIntegerHex\tstartAdresse\t\t\t "
-         "BoolIntegerHex endAdresse\t\t\t BoolIntegerHex externeAdresse\t\t\t BoolIntegerHex\tfuellbyte\t\t\t "
-         "Bool bytesPruefen\t\t\t Bool swap",
-         kdoOeffne, "oeffne(Intel, /, /, /, /, /, YES, NO)"},
-        {"neu", 1, "DateiName dateiName ", kdoNeu, "neu(/)"},
-        {"schliesse", 2, "Wort epromName\t\t\t Bool schliesseImmer", kdoSchliesse, "schliesse( , NO)"},
-        {"schliesseAlle", 1, "Bool schliesseImmer", kdoSchliesseAlle, "schliesseAlle(NO)"},
-    };
-    for (const Eintrag& e : tabelle) {
-        kivObjektListe->fuegeEin(new KdoKommando(e.name, e.anzahl, e.signatur, e.handler));
-        kivObjektListe->definiere(AnwKommando(e.vorgabe));
-    }
+    kivObjektListe->fuegeEin(tabelle);
+}
+
+std::span<const KdoEintrag> kivObjektTabelle()
+{
+    return tabelle;
 }

@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 
 #include "foundation/DateiName.h"
 #include "foundation/Liste.h"
@@ -18,12 +19,15 @@
 class KdoListe;
 class KdoKommando;
 class KivEprom;
+struct KdoEintrag;
 
 extern KdoListe* kivObjektListe;
 extern KdoListe* kivEpromListe;
 
 // Builds `kivObjektListe`.
 void bauKivObjektListe();
+// Its table, for the check of its named positions.
+std::span<const KdoEintrag> kivObjektTabelle();
 
 class KivObjekt : public KdoObjekt {
 public:

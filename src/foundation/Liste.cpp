@@ -26,8 +26,8 @@ private:
 
 String gefaltet(const String& name, std::int32_t modus) {
     String n = name;
-    if (modus == 0) n.gross();
-    else if (modus == 1) n.klein();
+    if (modus == ListenSuche::GROSS) n.gross();
+    else if (modus == ListenSuche::KLEIN) n.klein();
     return n;
 }
 
@@ -347,7 +347,7 @@ void ListeSort::zurueckSetzen() {
 ListenElement* ListeSort::sucheElement(const ListenElement* element, std::uint32_t typ,
                                        std::int32_t melde, std::int32_t modus) {
     if (!element) return nullptr;
-    if (modus != 2 || !komparator_->baumSuche)
+    if (modus != ListenSuche::EXAKT || !komparator_->baumSuche)
         return sucheElementF(element->liefereName(), typ, melde, modus);
     ListenElement* gefunden = baumSuche(element);
     ListenElement* ergebnis =
@@ -360,7 +360,7 @@ ListenElement* ListeSort::sucheElement(const ListenElement* element, std::uint32
 ListenElement* ListeSort::sucheElementF(const String& name, std::uint32_t typ, std::int32_t melde,
                                         std::int32_t modus) {
     ListenElement* gefunden;
-    if (modus == 2 && komparator_->baumSuche) {
+    if (modus == ListenSuche::EXAKT && komparator_->baumSuche) {
         NamensSchluessel schluessel(name);
         gefunden = baumSuche(&schluessel);
     } else {
@@ -378,7 +378,7 @@ ListenElement* ListeSort::sucheElementF(const String& name, std::uint32_t typ, s
 ListenElement* ListeSort::sucheElement(const ListenElement* element, std::uint32_t typ,
                                        std::int32_t melde, std::int32_t modus) const {
     if (!element) return nullptr;
-    if (modus != 2 || !komparator_->baumSuche)
+    if (modus != ListenSuche::EXAKT || !komparator_->baumSuche)
         return sucheElementF(element->liefereName(), typ, melde, modus);
     return pruefeTreffer(baumSuche(element), element->liefereName(), typ, melde,
                          "ListeSort::sucheElementF");
@@ -387,7 +387,7 @@ ListenElement* ListeSort::sucheElement(const ListenElement* element, std::uint32
 ListenElement* ListeSort::sucheElementF(const String& name, std::uint32_t typ, std::int32_t melde,
                                         std::int32_t modus) const {
     ListenElement* gefunden;
-    if (modus == 2 && komparator_->baumSuche) {
+    if (modus == ListenSuche::EXAKT && komparator_->baumSuche) {
         NamensSchluessel schluessel(name);
         gefunden = baumSuche(&schluessel);
     } else {

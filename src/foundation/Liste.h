@@ -21,6 +21,17 @@
 // Number of living Liste objects; main reports a leak if it is not 0 at the end.
 extern std::int32_t anzahlListen;
 
+// The arguments of the searches (`sucheElement`, `sucheElementF`) by name.
+namespace ListenSuche {
+// typ: the `auswahl` marks an element must carry; this one accepts any.
+inline constexpr std::uint32_t JEDE_AUSWAHL = 0;
+// melde: whether a failed search is reported.
+enum Melden : std::int32_t { STILL = 0, MELDEN = 1 };
+// modus: the element's name upper-cased, lower-cased, or as it stands
+// equals the name searched for.
+enum Vergleich : std::int32_t { GROSS = 0, KLEIN = 1, EXAKT = 2 };
+}  // namespace ListenSuche
+
 class ListenElement {
 public:
     virtual ~ListenElement() = default;
@@ -97,7 +108,7 @@ public:
     virtual ListenElement* entferne(const String& name);
     virtual ListenElement* entferne(const char* name);
     virtual void zurueckSetzen();
-    // modus: 0 element name upper-cased equals name, 1 lower-cased, 2 exact.
+    // modus: a ListenSuche::Vergleich; melde: ListenSuche::Melden.
     // typ 0 accepts any `auswahl`. Records the hit as `aktuell`.
     virtual ListenElement* sucheElement(const ListenElement* element, std::uint32_t typ,
                                         std::int32_t melde, std::int32_t modus);

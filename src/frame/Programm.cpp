@@ -3,6 +3,7 @@
 #include <csignal>
 #include <fstream>
 #include <iostream>
+#include <memory>
 #include <string>
 
 #include "commands/KivEprom.h"
@@ -41,13 +42,14 @@ void banner() {
 
 }  // namespace
 
-void kivAufbau(const char* programm) {
+KivProgramm::KivProgramm(const char* programm) {
     anzahlListen = 0;
     dokPosition = new Tabulator;
     dokPosition->setzeStops(10, {10, 25, 45});
     dokPosition->setzeUmbruch(1);
     kivWurzel = new KivObjekt("Kiv", "<Kiv>Kiv");
-    kdoBaum = new KdoBaum(kivWurzel, kdoRelation, kdoVergleich, kdoNamensVergleich, kdoLoesche);
+    laufzeit_.setzeBaum(
+        std::make_unique<KdoBaum>(kivWurzel, kdoRelation, kdoVergleich, kdoNamensVergleich, kdoLoesche));
     kdoAnzeigeStream = &std::cout;
     programmDatei = String(programm ? programm : "");
     bauKivObjektListe();
@@ -55,15 +57,14 @@ void kivAufbau(const char* programm) {
     richteUebersetzungEin();
 }
 
-void kivAbbau() {
+KivProgramm::~KivProgramm() {
     delete kivWurzel;
     kivWurzel = nullptr;
     delete kivObjektListe;
     kivObjektListe = nullptr;
     delete kivEpromListe;
     kivEpromListe = nullptr;
-    delete kdoBaum;
-    kdoBaum = nullptr;
+    laufzeit_.setzeBaum(nullptr);
     delete dokPosition;
     dokPosition = nullptr;
     if (anzahlListen != 0)
@@ -92,11 +93,15 @@ int fuehreAus(int argc, char** argv) {
         Compiler::ausfuehreZeile(String(vorKommando));
     }
 
-    int status = Compiler::ausfuehreBatch(datei, &parameter, anzahl);
-    if (status != 3 && status != 4 && argc >= 2 && x == argv[1])
+    // An `exit` keeps a "-x" run from its dialogue; so does the value of an
+    // aborted line, should the error control ever hand that on.
+    const KdoStatus status = Compiler::ausfuehreBatch(datei, &parameter, anzahl);
+    const bool beendet = status == KdoStatus::Exit ||
+                         static_cast<dataInteger>(status) == static_cast<dataInteger>(LaufStatus::Abgebrochen);
+    if (!beendet && argc >= 2 && x == argv[1])
         Compiler::ausfuehreBatch(String(), &parameter, 0);
 
-    if (Compiler::liefereLaufStatus() == 4) return 1;
+    if (Compiler::liefereLaufStatus() == LaufStatus::Abgebrochen) return 1;
     return kivWurzel->pruefeGeaendert(1) == 1 ? 1 : 0;
 }
 
@@ -115,11 +120,12 @@ int kivMain(int argc, char** argv) {
     Fehler("KIV-STARTED", "main", kivVersion(), 'S');
     Fehler::fehlerPrefix = "%KIV-";
 
-    kivAufbau(argv[0]);
-    banner();
-
-    const int exitStatus = fuehreAus(argc, argv);
-    kivAbbau();
+    int exitStatus;
+    {
+        KivProgramm kiv(argv[0]);
+        banner();
+        exitStatus = fuehreAus(argc, argv);
+    }
 
     Fehler::anzeigeStatistik();
     log->close();

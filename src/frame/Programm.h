@@ -3,6 +3,8 @@
 
 #include <iosfwd>
 
+#include "language/KdoLaufzeit.h"
+
 // The version shown in the banner and in the start message.
 const char* kivVersion();
 
@@ -12,9 +14,21 @@ extern std::ostream* logStrom;
 // The whole program; returns the exit status (0 or 1).
 int kivMain(int argc, char** argv);
 
-// Builds the root object, the object tree and the two command lists, as the
-// program does before its banner; `programm` is the program's own path.
-// Tests and fuzz targets use the pair to run commands on the real objects.
-void kivAufbau(const char* programm);
-// Destroys them again, in the program's order, with the list leak report.
-void kivAbbau();
+// The objects of one run: the language runtime with the object tree, the
+// root object and the two command lists. `main` owns one; tests and fuzz
+// targets make one to run commands on the real objects.
+class KivProgramm {
+public:
+    // Builds them as the program does before its banner; `programm` is the
+    // program's own path.
+    explicit KivProgramm(const char* programm);
+    // Destroys them in the program's order, with the list leak report.
+    ~KivProgramm();
+    KivProgramm(const KivProgramm&) = delete;
+    KivProgramm& operator=(const KivProgramm&) = delete;
+
+    KdoLaufzeit& laufzeit() { return laufzeit_; }
+
+private:
+    KdoLaufzeit laufzeit_;
+};

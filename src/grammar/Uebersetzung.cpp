@@ -109,21 +109,20 @@ const char* kennungVon(dataInteger code) {
 // and the label are those of nested procedure runs.
 class Schachtelung {
 public:
-    Schachtelung() { ++tiefe_; }
+    Schachtelung() : tiefe_(KdoLaufzeit::aktuelle().uebersetzungsTiefe) { ++tiefe_; }
     ~Schachtelung() { --tiefe_; }
     Schachtelung(const Schachtelung&) = delete;
     Schachtelung& operator=(const Schachtelung&) = delete;
     // 1 if this run may go on; otherwise reported.
     static int erlaubt(const String& dateiName, const char* funktion) {
-        if (tiefe_ <= Compiler::MAX_SCHACHTELUNG) return 1;
+        if (KdoLaufzeit::aktuelle().uebersetzungsTiefe <= Compiler::MAX_SCHACHTELUNG) return 1;
         Fehler("CMD-KDOOBJ-BATCH-TOODEEP", funktion, dateiName, 'E');
         return 0;
     }
 
 private:
-    static int tiefe_;
+    int& tiefe_;
 };
-int Schachtelung::tiefe_ = 0;
 
 // ausfuehreTrans: each line of the file to translate goes through the
 // engine on its own; the translation, with the statement's parameters put

@@ -19,17 +19,13 @@
 
 String aktuelleZeile;
 
-dataInteger Compiler::compilerStatus = Compiler::STATUS_KEIN;
-dataInteger Compiler::funktionswertStatus = Compiler::STATUS_KEIN;
-dataInteger Compiler::laufStatus = Compiler::LAUF_NORMAL;
-
 namespace {
 
 // `wort` is a fixed buffer of this size, NUL included, in the procedures'
 // original form; longer words are cut.
 constexpr int WORT_GROESSE = 1024;
 
-KdoObjektBasis* aktuellesObjekt() { return kdoBaum ? kdoBaum->liefereAktuelles() : nullptr; }
+KdoObjektBasis* aktuellesObjekt() { return kdoBaum() ? kdoBaum()->liefereAktuelles() : nullptr; }
 
 String typVon(const KdoObjektBasis* objekt) { return objekt ? objekt->liefereKdoOTyp() : String(); }
 String nameVon(const KdoObjektBasis* objekt) { return objekt ? objekt->liefereName() : String(); }
@@ -108,9 +104,9 @@ Compiler::Compiler(DynArray<String>* p, int anzahl)
     for (int i = anzahl; i <= 9; ++i) parameter[i] = String();
     anzahlParameter = anzahl < 11 ? 10 : anzahl;
 
-    compilerStatus = STATUS_KEIN;
-    funktionswertStatus = STATUS_KEIN;
-    laufStatus = LAUF_NORMAL;
+    lz().compilerStatus = KdoStatus::Kein;
+    lz().funktionswertStatus = KdoStatus::Kein;
+    lz().laufStatus = LaufStatus::Normal;
 
     // The same path as the statement `pN=holeParameter(N)`.
     for (dataInteger i = 0; i < anzahlParameter; ++i) {
@@ -124,7 +120,7 @@ Compiler::~Compiler() = default;
 
 int Compiler::definiere(const String& wert) {
     auto definition = std::make_unique<KdoDefinition>(String("'") + wort + "'", wert);
-    if (!definitionen.anfuegeElement(definition.get(), 0)) {
+    if (!definitionen.anfuegeElement(definition.get(), ListenSuche::STILL)) {
         Fehler("CMD-PARAM-NUM", "Compiler::insertParam", aktuelleZeile, 'W');
         return 0;
     }
@@ -133,7 +129,7 @@ int Compiler::definiere(const String& wert) {
 }
 
 const String* Compiler::liefereDefinition(const String& schluessel) const {
-    const auto* d = static_cast<const KdoDefinition*>(definitionen.sucheElementF(schluessel, 0, 0, 2));
+    const auto* d = static_cast<const KdoDefinition*>(definitionen.sucheElementF(schluessel, ListenSuche::JEDE_AUSWAHL, ListenSuche::STILL, ListenSuche::EXAKT));
     return d ? &d->wert : nullptr;
 }
 
@@ -189,22 +185,23 @@ String Compiler::ersetzeDefinitionen(const String& zeile) const {
 // ---------------------------------------------------------------------------
 // Running lines and procedures
 
-int Compiler::ausfuehreBatch(const String& dateiName, DynArray<String>* p, int anzahl) {
+KdoStatus Compiler::ausfuehreBatch(const String& dateiName, DynArray<String>* p, int anzahl) {
     static const char* const funktion = "Compiler::ausfuehreBatch";
     // Every nested procedure runs on the C++ stack; a procedure that calls
     // itself must end with a message instead of a crash.
-    static int tiefe = 0;
+    int& tiefe = lz().prozedurTiefe;
     if (tiefe >= MAX_SCHACHTELUNG) {
         Fehler("CMD-KDOOBJ-BATCH-TOODEEP", funktion, dateiName, 'E');
-        return compilerStatus;
+        return lz().compilerStatus;
     }
     struct Ebene {
-        Ebene() { ++tiefe; }
+        int& tiefe;
+        explicit Ebene(int& t) : tiefe(t) { ++tiefe; }
         ~Ebene() { --tiefe; }
-    } ebene;
+    } ebene(tiefe);
 
-    compilerStatus = STATUS_KEIN;
-    laufStatus = LAUF_NORMAL;
+    lz().compilerStatus = KdoStatus::Kein;
+    lz().laufStatus = LaufStatus::Normal;
     Compiler c(p, anzahl);
 
     const bool mitDatei = !dateiName.istLeer();
@@ -223,7 +220,7 @@ int Compiler::ausfuehreBatch(const String& dateiName, DynArray<String>* p, int a
 
     dataInteger zaehler = 0;
     std::string physisch;
-    while (strom->good() && compilerStatus == STATUS_KEIN) {
+    while (strom->good() && lz().compilerStatus == KdoStatus::Kein) {
         if (zaehler < INT32_MAX) ++zaehler;
         std::string zeile;
         String echo;
@@ -256,27 +253,27 @@ int Compiler::ausfuehreBatch(const String& dateiName, DynArray<String>* p, int a
         c.compileStream(dateiName, eingabe, zaehler);
 
         // At the prompt there is nothing to return from.
-        if (!mitDatei && (compilerStatus == STATUS_RETURN || compilerStatus == STATUS_RETURN_MAIN))
-            compilerStatus = STATUS_KEIN;
+        if (!mitDatei && (lz().compilerStatus == KdoStatus::Return || lz().compilerStatus == KdoStatus::ReturnMain))
+            lz().compilerStatus = KdoStatus::Kein;
     }
     // `return` ends this procedure only; `returnMain` and `exit` go on up.
-    if (compilerStatus == STATUS_RETURN) compilerStatus = STATUS_KEIN;
+    if (lz().compilerStatus == KdoStatus::Return) lz().compilerStatus = KdoStatus::Kein;
 
     if (geoeffnet) {
         Fehler("CMD-KDOOBJ-BATCH-CLOSED", funktion, dateiName, 'S');
         datei.close();
     }
-    return compilerStatus;
+    return lz().compilerStatus;
 }
 
-int Compiler::ausfuehreZeile(const String& zeile) {
-    compilerStatus = STATUS_KEIN;
-    laufStatus = LAUF_NORMAL;
+KdoStatus Compiler::ausfuehreZeile(const String& zeile) {
+    lz().compilerStatus = KdoStatus::Kein;
+    lz().laufStatus = LaufStatus::Normal;
     Compiler c(nullptr, 0);
     aktuelleZeile = zeile;
     std::istringstream eingabe(zeile.str());
     c.compileStream(String(), eingabe, 0);
-    return compilerStatus;
+    return lz().compilerStatus;
 }
 
 namespace {
@@ -312,7 +309,7 @@ private:
 }  // namespace
 
 int Compiler::compileStream(const String& name, std::istream& strom, dataInteger zeile) {
-    laufStatus = LAUF_NORMAL;
+    lz().laufStatus = LaufStatus::Normal;
     oeffne(name, strom, zeile);
     int syntaxFehler;
     {
@@ -328,10 +325,10 @@ int Compiler::compileStream(const String& name, std::istream& strom, dataInteger
         }
     }
     const int status = Fehler::holeStatus();
-    if (status > compilerStatus) {
+    if (status > static_cast<int>(lz().compilerStatus)) {
         Fehler("CMD-ABORT-PROC", "Compiler::compileStream", String(), 'S');
-        compilerStatus = status;
-        laufStatus = LAUF_ABGEBROCHEN;
+        lz().compilerStatus = static_cast<KdoStatus>(status);
+        lz().laufStatus = LaufStatus::Abgebrochen;
     }
     return syntaxFehler;
 }
@@ -365,7 +362,7 @@ void Compiler::ausfuehreExeKommando(int mitObjekt, int setzeAktuell) {
     if (mitObjekt == 1 && doppelpunkt >= 0) {
         name = aktuelleZeile.links(doppelpunkt);
         name.entferneHinten();
-        objekt = kdoBaum ? kdoBaum->suche(name, setzeAktuell) : nullptr;
+        objekt = kdoBaum() ? kdoBaum()->suche(name, setzeAktuell) : nullptr;
         anw = std::make_unique<AnwKommando>(aktuelleZeile.teil(doppelpunkt + 1, aktuelleZeile.laenge()));
     } else {
         anw = std::make_unique<AnwKommando>(aktuelleZeile);
@@ -375,10 +372,10 @@ void Compiler::ausfuehreExeKommando(int mitObjekt, int setzeAktuell) {
     if (objekt) {
         auto* kdoObjekt = dynamic_cast<KdoObjekt*>(objekt);
         const int ergebnis = kdoObjekt ? kdoObjekt->fuehreAus(*anw) : 0;
-        if (ergebnis == 0 && funktionswertStatus > compilerStatus) {
+        if (ergebnis == 0 && lz().funktionswertStatus > lz().compilerStatus) {
             Fehler("CMD-ABORT-PROC", funktion, String(), 'S');
-            laufStatus = LAUF_ABGEBROCHEN;
-            compilerStatus = funktionswertStatus;
+            lz().laufStatus = LaufStatus::Abgebrochen;
+            lz().compilerStatus = lz().funktionswertStatus;
         }
         // The command may have closed its own object: ask the tree again.
         if (const KdoObjektBasis* o = aktuellesObjekt()) letztesObjekt = o->liefereVollenNamen();
@@ -401,25 +398,25 @@ void Compiler::hilfeMitObjekt() { ausfuehreExeKommando(1, 0); }
 void Compiler::setzeAktKdoObjekt() {
     const int doppelpunkt = aktuelleZeile.suche(":");
     const String name = doppelpunkt >= 0 ? aktuelleZeile.links(doppelpunkt) : aktuelleZeile;
-    if (!kdoBaum || !kdoBaum->suche(name, 1))
+    if (!kdoBaum() || !kdoBaum()->suche(name, 1))
         Fehler("CMD-KDOOBJ-NOTEX", "Compiler::setzeAktKdoObjekt", name, 'E');
 }
 
 // kommandoZeile -> MINUS ZEILENENDE | VATER "(" ")" ZEILENENDE
 void Compiler::kdooVater() {
     // At the root this is silent on purpose.
-    if (!kdoBaum || !kdoBaum->vater()) compilerStatus = STATUS_KEIN;
+    if (!kdoBaum() || !kdoBaum()->vater()) lz().compilerStatus = KdoStatus::Kein;
 }
 
 // kommandoZeile -> ":" ZEILENENDE | SOHN "(" ")" ZEILENENDE
 void Compiler::kdooSohn() {
-    if (!kdoBaum || !kdoBaum->sohn())
+    if (!kdoBaum() || !kdoBaum()->sohn())
         Fehler("CMD-KDOOBJ-NOSUCCESSOR", "Compiler::kdooSohn", nameVon(aktuellesObjekt()), 'W');
 }
 
 // kommandoZeile -> ">" ZEILENENDE | NAECHSTER "(" ")" ZEILENENDE
 void Compiler::kdooGeschwister() {
-    if (!kdoBaum || !kdoBaum->geschwister())
+    if (!kdoBaum() || !kdoBaum()->geschwister())
         Fehler("CMD-KDOOBJ-NOBROTHER", "Compiler::kdooGeschwister", nameVon(aktuellesObjekt()), 'W');
 }
 
@@ -435,46 +432,46 @@ void Compiler::ausfuehre() {
 // anweisung -> KDOOTYPCHECK "(" NAME "," steuerung ")" ZEILENENDE
 void Compiler::ausfuehreKdoOTypCheck() {
     if (liefereQuellName().istLeer() || typVon(aktuellesObjekt()) == wort) {
-        compilerStatus = STATUS_KEIN;
+        lz().compilerStatus = KdoStatus::Kein;
         return;
     }
     // The token in hand stands behind the line end, on the next line.
     const String detail = liefereQuellName() + ":" + String(liefereTokenPosition().zeile - 1);
     Fehler("KDO-WRONG-TYP", "Compiler::ausfuehreKdoOTypCheck", detail, 'E');
-    laufStatus = LAUF_ABGEBROCHEN;
+    lz().laufStatus = LaufStatus::Abgebrochen;
 }
 
 // anweisung -> IMFEHLERFALL "(" TEXT "," steuerung ")" ZEILENENDE
 void Compiler::imFehlerfallSetzen() {
-    Fehler::setzeStatus(wort, compilerStatus);
-    compilerStatus = STATUS_KEIN;
+    Fehler::setzeStatus(wort, static_cast<int>(lz().compilerStatus));
+    lz().compilerStatus = KdoStatus::Kein;
 }
 
 // anweisung -> IMFEHLERFALL "(" TEXT ")" ZEILENENDE | IMFEHLERFALL "(" TEXT "," ")" ZEILENENDE
 void Compiler::imFehlerfallLoeschen() {
-    Fehler::setzeStatus(wort, STATUS_KEIN);
-    compilerStatus = STATUS_KEIN;
+    Fehler::setzeStatus(wort, static_cast<int>(KdoStatus::Kein));
+    lz().compilerStatus = KdoStatus::Kein;
 }
 
 // anweisung -> IMFEHLERFALL "(" "," steuerung ")" ZEILENENDE
 void Compiler::funktionswertSetzen() {
-    funktionswertStatus = compilerStatus;
-    compilerStatus = STATUS_KEIN;
+    lz().funktionswertStatus = lz().compilerStatus;
+    lz().compilerStatus = KdoStatus::Kein;
 }
 
 // anweisung -> IMFEHLERFALL "(" "," ")" ZEILENENDE | IMFEHLERFALL "(" ")" ZEILENENDE
 void Compiler::funktionswertLoeschen() {
-    funktionswertStatus = STATUS_KEIN;
-    compilerStatus = STATUS_KEIN;
+    lz().funktionswertStatus = KdoStatus::Kein;
+    lz().compilerStatus = KdoStatus::Kein;
 }
 
 // steuerung -> EXIT | RETURN | RETURNMAIN. As a statement of its own the
 // status makes the loop leave; as an argument the enclosing statement takes
 // it over and clears it.
-void Compiler::statusExit() { compilerStatus = STATUS_EXIT; }
-void Compiler::statusExitDirekt() { compilerStatus = STATUS_EXIT; }
-void Compiler::statusReturn() { compilerStatus = STATUS_RETURN; }
-void Compiler::statusReturnMain() { compilerStatus = STATUS_RETURN_MAIN; }
+void Compiler::statusExit() { lz().compilerStatus = KdoStatus::Exit; }
+void Compiler::statusExitDirekt() { lz().compilerStatus = KdoStatus::Exit; }
+void Compiler::statusReturn() { lz().compilerStatus = KdoStatus::Return; }
+void Compiler::statusReturnMain() { lz().compilerStatus = KdoStatus::ReturnMain; }
 
 // ---------------------------------------------------------------------------
 // Token memory and scanner modes

@@ -12,12 +12,12 @@
 // (`ausfuehreBatch`) and one line (`ausfuehreZeile`):
 //
 //   DynArray<String> p;  p[0] = "a.hex";
-//   int status = Compiler::ausfuehreBatch("proc.kiv", &p, 1);
-//   if (Compiler::liefereLaufStatus() == Compiler::LAUF_ABGEBROCHEN) ...
+//   KdoStatus status = Compiler::ausfuehreBatch("proc.kiv", &p, 1);
+//   if (Compiler::liefereLaufStatus() == LaufStatus::Abgebrochen) ...
 //
-// The status values below, and `aktuelleZeile`, are process-wide: a nested
-// `ausfuehre` runs a further Compiler inside an action of the outer one, and
-// both must see the same request to leave.
+// The statuses live in the runtime (KdoLaufzeit.h), and `aktuelleZeile` is
+// process-wide: a nested `ausfuehre` runs a further Compiler inside an
+// action of the outer one, and both must see the same request to leave.
 //
 // Covered by tests/unit/language/CompilerTest.cpp.
 #pragma once
@@ -29,6 +29,7 @@
 #include "foundation/Liste.h"
 #include "foundation/String.h"
 #include "foundation/Typen.h"
+#include "language/KdoLaufzeit.h"
 #include "language/KdoParser.h"
 
 // The text of the logical line being run, ending in a newline.
@@ -49,24 +50,15 @@ public:
 
 class Compiler : public KdoParser {
 public:
-    // Values of `compilerStatus` and `funktionswertStatus`; also the values
-    // of `steuerung` in the grammar and of the error control.
-    static constexpr dataInteger STATUS_KEIN = 0;
-    static constexpr dataInteger STATUS_RETURN = 1;
-    static constexpr dataInteger STATUS_RETURN_MAIN = 2;
-    static constexpr dataInteger STATUS_EXIT = 3;
-    // Values of `laufStatus`.
-    static constexpr dataInteger LAUF_NORMAL = 3;
-    static constexpr dataInteger LAUF_ABGEBROCHEN = 4;
     // Longest physical input line; the rest is read as the next line.
     static constexpr int MAX_ZEILENLAENGE = 510;
     // Deepest nesting of procedure runs (the outermost counts as 1); a
     // further `ausfuehre` reports "CMD-KDOOBJ-BATCH-TOODEEP" and runs nothing.
     static constexpr int MAX_SCHACHTELUNG = 100;
 
-    // `parameter` may be null. Copies the parameters, sets the process-wide
-    // statuses to 0, 0, 3, and defines 'p0' to 'p9' (more if more are given;
-    // the unset ones empty). Leaves the scanner in mode 2.
+    // `parameter` may be null. Copies the parameters, sets the runtime's
+    // statuses to none, none, normal, and defines 'p0' to 'p9' (more if more
+    // are given; the unset ones empty). Leaves the scanner in mode Zahl.
     Compiler(DynArray<String>* parameter, int anzahl);
     ~Compiler() override;
 
@@ -81,12 +73,12 @@ public:
     // when the file can not be opened), 2 `returnMain`, 3 `exit` or an abort
     // with that status. Nested too deeply, it reports and returns the status
     // unchanged.
-    static int ausfuehreBatch(const String& dateiName, DynArray<String>* parameter, int anzahl);
+    static KdoStatus ausfuehreBatch(const String& dateiName, DynArray<String>* parameter, int anzahl);
     // Runs one line (which should end in a newline) without parameters.
     // Returns `compilerStatus`.
-    static int ausfuehreZeile(const String& zeile);
-    // LAUF_ABGEBROCHEN when the error control ended the last line compiled.
-    static int liefereLaufStatus() { return laufStatus; }
+    static KdoStatus ausfuehreZeile(const String& zeile);
+    // Abgebrochen when the error control ended the last line compiled.
+    static LaufStatus liefereLaufStatus() { return lz().laufStatus; }
 
     // Replaces every key of the definitions in `zeile` by its value. The
     // three characters "\^'" stand for a plain apostrophe that no key can
@@ -116,11 +108,6 @@ public:
     };
     // Not owned; null removes it.
     static void setzeUebersetzer(Uebersetzer* uebersetzer) { uebersetzer_ = uebersetzer; }
-
-    // Process-wide state of the language, shared by nested compilers.
-    static dataInteger compilerStatus;       // request to leave: STATUS_...
-    static dataInteger funktionswertStatus;  // status taken when a user command fails
-    static dataInteger laufStatus;           // LAUF_NORMAL or LAUF_ABGEBROCHEN
 
     // The parser's hooks and semantic actions; see KdoParser.
     void errorMessage() override;
@@ -181,6 +168,8 @@ protected:
     void statusExitDirekt();
 
     static inline Uebersetzer* uebersetzer_ = nullptr;
+    // The state shared by nested compilers.
+    static KdoLaufzeit& lz() { return KdoLaufzeit::aktuelle(); }
 
 private:
     // Inserts the key 'wort' with `wert`; warns and keeps the old value if

@@ -45,7 +45,7 @@ void Compiler::hilfe(int mitObjekt) {
         "                   Grammatik. Ausgabe wird in Datei geschrieben",
         "",
     });
-    const KdoObjektBasis* o = kdoBaum ? kdoBaum->liefereAktuelles() : nullptr;
+    const KdoObjektBasis* o = kdoBaum() ? kdoBaum()->liefereAktuelles() : nullptr;
     std::cout << (o ? o->liefereVollenNamen() : String()) << std::endl;
     // The line is "?": the object lists its commands.
     ausfuehreExeKommando(mitObjekt, 0);
@@ -89,9 +89,9 @@ void Compiler::hilfeImFehlerfall() {
 void Compiler::anzeigeKdoObjekte() {
     std::ostream& strom = anzeigeStrom();
     strom << "Das aktuelle Kommando-Objekt hat folgende direkte Nachfolger:\n";
-    if (kdoBaum) {
+    if (kdoBaum()) {
         KdoBaumKnoten* iterator = nullptr;
-        while (KdoObjektBasis* sohn = kdoBaum->naechsterSohn(iterator)) strom << sohn->liefereVollenNamen() << '\n';
+        while (KdoObjektBasis* sohn = kdoBaum()->naechsterSohn(iterator)) strom << sohn->liefereVollenNamen() << '\n';
     }
     strom.flush();
 }
@@ -107,8 +107,9 @@ void Compiler::anzeigeImFehlerfall() {
     tab.setzeUmbruch(1);
     tab.setzeMindestensEins(1);
     tab.beginneZeile(text);
-    if (funktionswertStatus != STATUS_KEIN) {
-        const int s = funktionswertStatus >= 0 && funktionswertStatus <= 3 ? funktionswertStatus : 0;
+    if (lz().funktionswertStatus != KdoStatus::Kein) {
+        const int wert = static_cast<int>(lz().funktionswertStatus);
+        const int s = wert >= 0 && wert <= 3 ? wert : 0;
         text << "Funktionswert" << tab << "Status";
         tab.zeilenEnde(text);
         tab.strich(text, 1);

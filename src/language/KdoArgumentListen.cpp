@@ -60,7 +60,7 @@ int KdoArgumentNamenInListe::waehleAus(Liste& liste) {
     int alle = 1;
     for (int i = 0; i < anzahl; ++i) {
         teile[i].trimme();
-        if (ListenElement* e = liste.sucheElementF(teile[i], 0, 1, 2)) {
+        if (ListenElement* e = liste.sucheElementF(teile[i], ListenSuche::JEDE_AUSWAHL, ListenSuche::MELDEN, ListenSuche::EXAKT)) {
             e->auswahl = 2;
         } else {
             alle = 0;
@@ -208,7 +208,7 @@ KdoArgument::Token KdoArgumentKdoObjekt::liesToken(AnwKommando& anw, std::istrea
 
 KdoObjekt* KdoArgumentKdoObjekt::loese() {
     const char* funktion = "KdoArgumentKdoObjekt::liefereArgWertKdoObjekt";
-    KdoObjektBasis* gefunden = kdoBaum ? kdoBaum->suche(pfad, 0) : nullptr;
+    KdoObjektBasis* gefunden = kdoBaum() ? kdoBaum()->suche(pfad, 0) : nullptr;
     auto* objekt = dynamic_cast<KdoObjekt*>(gefunden);
     if (!objekt) {
         Fehler("CMD-KDOOBJ-NOTEX", funktion, falschDetail(kommandoText, rohText), 'E');
@@ -242,8 +242,8 @@ void KdoArgumentKdoObjekt::setzeArgWertKdoObjekt(KdoObjekt* objekt) {
         return;
     }
     String voll = objekt->liefereVollenNamen();
-    if (kdoBaum && kdoBaum->liefereWurzel()) {
-        const String vorn = kdoBaum->liefereWurzel()->liefereVollenNamen() + ".";
+    if (kdoBaum() && kdoBaum()->liefereWurzel()) {
+        const String vorn = kdoBaum()->liefereWurzel()->liefereVollenNamen() + ".";
         if (voll.links(vorn.laenge()) == vorn) voll = voll.teil(vorn.laenge(), voll.laenge());
     }
     pfad = voll;

@@ -142,12 +142,22 @@ std::string liesSignaturWort(std::istream& strom, std::size_t max) {
 }
 }  // namespace
 
-KdoKommando::KdoKommando(const String& name, std::uint16_t anzahl, const char* signatur,
-                         KdoHandler handler)
-    : name_(name), anzahlArgumente_(anzahl), argumente_(anzahl), handler_(handler) {
+std::uint16_t KdoKommando::zaehleArgumente(const char* signatur) {
+    std::istringstream strom(signatur ? signatur : "");
+    std::uint16_t anzahl = 0;
+    while (anzahl < UINT16_MAX && !liesSignaturWort(strom, 254).empty()) {
+        liesSignaturWort(strom, 31);
+        ++anzahl;
+    }
+    return anzahl;
+}
+
+KdoKommando::KdoKommando(const String& name, const char* signatur, KdoHandler handler)
+    : name_(name), anzahlArgumente_(zaehleArgumente(signatur)), argumente_(anzahlArgumente_),
+      handler_(handler) {
     std::istringstream strom(signatur ? signatur : "");
     std::uint16_t gebaut = 0;
-    while (strom.good() && gebaut < anzahl) {
+    while (strom.good() && gebaut < anzahlArgumente_) {
         std::string typ = liesSignaturWort(strom, 254);
         const std::string argName = liesSignaturWort(strom, 31);
         if (argName.empty()) typ = "falsche Anzahl Worte";

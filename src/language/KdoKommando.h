@@ -1,18 +1,19 @@
 // Commands of a command-object class, and the text of one command call.
 //
-// A KdoKommando is declared by one line of data: name, argument count, a
-// signature string of white-space separated pairs "TypeWord argumentName"
-// and a handler. The signature builds the argument objects; a default line
-// passed through `KdoListe::definiere` gives their defaults:
+// A KdoKommando is declared by one line of data: name, a signature string
+// of white-space separated pairs "TypeWord argumentName" (their number is
+// the argument count) and a handler. The signature builds the argument
+// objects; a default line passed through `KdoListe::definiere` gives their
+// defaults:
 //
-//   new KdoKommando("setze", 3,
+//   new KdoKommando("setze",
 //       "IntegerHex startAdresse  BoolIntegerHex endAdresse  IntegerHex hexWert",
-//       kdoSetze, nullptr);
+//       kdoSetze);
 //   liste.definiere(AnwKommando("setze(0, /, 0)"));
 //
 // Commands exist once per class, not per object: the argument objects are
-// overwritten by every call, and the handler reads them through
-// `kommando[i].liefereArgWert...`.
+// overwritten by every call, and the handler reads them through its named
+// positions (language/KdoArgPos.h): `kommando[setze::hexWert].liefereArgWert...`.
 //
 // Covered by tests/unit/language/KdoKommandoTest.cpp.
 #pragma once
@@ -20,11 +21,13 @@
 #include <cstdint>
 #include <iosfwd>
 #include <memory>
+#include <span>
 #include <sstream>
 #include <vector>
 
 #include "foundation/Liste.h"
 #include "foundation/String.h"
+#include "language/KdoArgPos.h"
 #include "language/KdoArgument.h"
 
 class KdoListe;
@@ -57,9 +60,10 @@ private:
 
 class KdoKommando : public ListenElement {
 public:
-    // Builds the arguments from `signatur`; an unknown type word leaves the
-    // command unusable (`ok` 0, "CMD-INTERNAL-WRONGARG").
-    KdoKommando(const String& name, std::uint16_t anzahl, const char* signatur, KdoHandler handler);
+    // Builds the arguments from `signatur`; an unknown type word, or a type
+    // word without a name, leaves the command unusable (`ok` 0,
+    // "CMD-INTERNAL-WRONGARG").
+    KdoKommando(const String& name, const char* signatur, KdoHandler handler);
     ~KdoKommando() override;
 
     // The list display writes the name on a line of its own.
@@ -70,6 +74,11 @@ public:
     // The argument at `index`. An unusable command gives a dummy argument; an
     // index beyond the last warns and gives the last argument.
     KdoArgument& operator[](std::uint16_t index);
+    // The argument at a named position, with the accessors of its type.
+    template <KdoArgTyp T>
+    KdoArgSicht<T> operator[](ArgPos<T> position) {
+        return KdoArgSicht<T>((*this)[position.index]);
+    }
     // The help text: name, then type, name and default of each argument.
     void anzeige(std::ostream& strom) const;
     // Remembers the object in the owning list and runs the handler.
@@ -82,6 +91,10 @@ public:
     // The slot itself, null where the signature went wrong.
     KdoArgument* argument(std::uint16_t index) const;
 
+    // The number of pairs in a signature: the type words read the way the
+    // constructor reads them.
+    static std::uint16_t zaehleArgumente(const char* signatur);
+
 private:
     String name_;
     std::uint16_t anzahlArgumente_;
@@ -89,6 +102,15 @@ private:
     std::int32_t ok_ = 1;
     KdoHandler handler_;
     KdoListe* liste_ = nullptr;
+};
+
+// One line of a command table, with the named positions its handler uses.
+struct KdoEintrag {
+    const char* name;
+    const char* signatur;
+    KdoHandler handler;
+    const char* vorgabe;   // null: the command has no default line
+    std::span<const KdoArgDekl> positionen;
 };
 
 // Makes the argument object of one type word of a signature, or null for an

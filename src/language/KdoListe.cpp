@@ -17,7 +17,14 @@ void KdoListe::fuegeEin(KdoKommando* kommando) {
     kommando->setzeListe(this);
     // A second command of the same name is refused ("LIST-ELEDOUBLE"); the
     // list owns what it is given, so the refused one goes.
-    if (!kommandos_.anfuegeElement(kommando, 1)) delete kommando;
+    if (!kommandos_.anfuegeElement(kommando, ListenSuche::MELDEN)) delete kommando;
+}
+
+void KdoListe::fuegeEin(std::span<const KdoEintrag> tabelle) {
+    for (const KdoEintrag& e : tabelle) {
+        fuegeEin(new KdoKommando(e.name, e.signatur, e.handler));
+        if (e.vorgabe) definiere(AnwKommando(e.vorgabe));
+    }
 }
 
 KdoKommando* KdoListe::definiere(AnwKommando& anwKommando) {
@@ -35,7 +42,7 @@ KdoKommando* KdoListe::interpretiere(AnwKommando& anwKommando, int definition) {
         anzeige(std::cout);
         return nullptr;
     }
-    auto* kommando = static_cast<KdoKommando*>(kommandos_.sucheElementF(name, 0, 0, 2));
+    auto* kommando = static_cast<KdoKommando*>(kommandos_.sucheElementF(name, ListenSuche::JEDE_AUSWAHL, ListenSuche::STILL, ListenSuche::EXAKT));
     if (!kommando) {
         Fehler("CMD-NOSUCHCMD", "KdoListe::interpretiere ", name + " in " + name_, 'E');
         return nullptr;

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <iosfwd>
+#include <span>
 
 #include "foundation/Liste.h"
 #include "foundation/String.h"
@@ -15,6 +16,7 @@
 class AnwKommando;
 class KdoKommando;
 class KdoObjekt;
+struct KdoEintrag;
 
 class KdoListe : public ListenElement {
 public:
@@ -28,6 +30,8 @@ public:
     // Takes the command over and makes this list its owner; a command whose
     // name is taken is reported and deleted.
     void fuegeEin(KdoKommando* kommando);
+    // Makes the commands of a table, each followed by its default line.
+    void fuegeEin(std::span<const KdoEintrag> tabelle);
     // Reads the default values of a command from a default line.
     KdoKommando* definiere(AnwKommando& anwKommando);
     KdoKommando* definiere(AnwKommando&& anwKommando) { return definiere(anwKommando); }

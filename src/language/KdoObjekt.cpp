@@ -6,13 +6,11 @@
 
 #include "reporting/Fehler.h"
 
-KdoBaum* kdoBaum = nullptr;
-
 // ---------------------------------------------------------------------------
 // KdoObjektBasis, KdoObjekt
 
 KdoObjektBasis::~KdoObjektBasis() {
-    if (kdoBaum) kdoBaum->entferne(this);
+    if (kdoBaum()) kdoBaum()->entferne(this);
 }
 
 Liste* KdoObjektBasis::liefereListeFuerKdoArg(const String& listenName) {

@@ -3,8 +3,9 @@
 // Every addressable thing of the command language is a KdoObjekt with a type
 // name, a short name and a full name such as "<Kiv>Kiv.<Eprom>a". The tree
 // derives all its structure from comparing those full names; it owns its
-// nodes only, never the objects. `kdoBaum` is the process-wide instance that
-// the program frame creates; objects remove themselves from it when they die.
+// nodes only, never the objects. The tree in force is that of the runtime
+// (KdoLaufzeit.h), reached through `kdoBaum()`; objects remove themselves
+// from it when they die.
 //
 // Covered by tests/unit/language/KdoObjektTest.cpp.
 #pragma once
@@ -12,6 +13,7 @@
 #include <vector>
 
 #include "foundation/String.h"
+#include "language/KdoLaufzeit.h"
 
 class KdoListe;
 class Liste;
@@ -22,7 +24,7 @@ public:
     KdoObjektBasis() = default;
     KdoObjektBasis(const KdoObjektBasis&) = delete;
     KdoObjektBasis& operator=(const KdoObjektBasis&) = delete;
-    // Takes the object (and the nodes below it) out of `kdoBaum`.
+    // Takes the object (and the nodes below it) out of the tree in force.
     virtual ~KdoObjektBasis();
 
     virtual KdoListe* liefereKdoListe() = 0;
@@ -141,5 +143,3 @@ private:
     KdoLoesche loesche_;
 };
 
-// The process-wide tree; null until the frame creates it.
-extern KdoBaum* kdoBaum;

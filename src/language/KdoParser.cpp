@@ -3,6 +3,7 @@
 #include <array>
 
 #include "language/KdoGrammatik.h"
+#include "language/KdoLaufzeit.h"
 
 namespace {
 
@@ -109,9 +110,9 @@ void KdoParser::oeffne(const String& name, std::istream& strom, dataInteger zeil
     setzeQuellName(name);
 }
 
-void KdoParser::modusNormal() { scannerModus = 1; }
-void KdoParser::modusText() { scannerModus = 0; }
-void KdoParser::modusZahl() { scannerModus = 2; }
+void KdoParser::modusNormal() { KdoLaufzeit::aktuelle().scannerModus = ScannerModus::Normal; }
+void KdoParser::modusText() { KdoLaufzeit::aktuelle().scannerModus = ScannerModus::Text; }
+void KdoParser::modusZahl() { KdoLaufzeit::aktuelle().scannerModus = ScannerModus::Zahl; }
 
 void KdoParser::anzeigeImFehlerfall() {}
 void KdoParser::anzeigeKdoObjekte() {}

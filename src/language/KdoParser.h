@@ -2,7 +2,7 @@
 // and the tables of KdoGrammatik.
 //
 // Every semantic action of the grammar is a virtual operation here. They do
-// nothing, except the three mode switches, which set `scannerModus`: the
+// nothing, except the three mode switches, which set the scanner mode: the
 // scanner and the grammar only work together if those run. The Compiler
 // derives from this class and gives the others their meaning.
 //
@@ -59,12 +59,12 @@ public:
     virtual void kdooSohn();
     virtual void imFehlerfallLoeschen();
     virtual void funktionswertLoeschen();
-    virtual void modusNormal();   // scannerModus = 1
-    virtual void modusText();     // scannerModus = 0
+    virtual void modusNormal();   // ScannerModus::Normal
+    virtual void modusText();     // ScannerModus::Text
     virtual void statusExit();
     virtual void statusReturn();
     virtual void statusReturnMain();
-    virtual void modusZahl();     // scannerModus = 2
+    virtual void modusZahl();     // ScannerModus::Zahl
     virtual void merkeWort();
     virtual void merkeZahl();
     virtual void setzeAktKdoObjekt();

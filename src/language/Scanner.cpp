@@ -8,7 +8,6 @@
 
 #include "foundation/Abbruch.h"
 
-dataInteger scannerModus = 1;
 
 namespace {
 
@@ -226,7 +225,7 @@ void KdoScanner::start() {
 }
 
 void KdoScanner::zustandStart() {
-    if (scannerModus == 0)
+    if (KdoLaufzeit::aktuelle().scannerModus == ScannerModus::Text)
         zustandStartRohtext();
     else
         zustandStartNormal();
@@ -246,13 +245,13 @@ void KdoScanner::zustandStartRohtext() {
     case '\n':
         beginne();
         liefere(ZEILENENDE, 1);
-        scannerModus = 1;
+        KdoLaufzeit::aktuelle().scannerModus = ScannerModus::Normal;
         return;
     case '(':
         lieferZeichen();
         return;
     case ')':
-        scannerModus = 1;
+        KdoLaufzeit::aktuelle().scannerModus = ScannerModus::Normal;
         [[fallthrough]];
     case ',':
         // An empty place between separators still is an argument.
@@ -379,7 +378,7 @@ void KdoScanner::zustandStartNormal() {
     }
     if (istZiffer()) {
         beginneMit();
-        geheZu(scannerModus == 2 ? zahl_ : bezeichner_);
+        geheZu(KdoLaufzeit::aktuelle().scannerModus == ScannerModus::Zahl ? zahl_ : bezeichner_);
     } else if (istBuchstabe() || zeichen == '_') {
         beginneMit();
         geheZu(bezeichner_);

@@ -7,12 +7,9 @@
 // return through the state stack). `naechstesToken` runs states until one
 // delivers.
 //
-// The command scanner reads in one of three modes, kept in the process-wide
-// `scannerModus` because the parser's actions switch it in the middle of a
-// statement and nested compilers share it:
-//   0  raw argument text: everything up to "," or ")" outside quotes is TEXT;
-//   1  normal: names, keywords, strings, single characters, comments;
-//   2  like 1, but digits start numbers.
+// The command scanner reads in one of three modes (`ScannerModus`), kept in
+// the runtime because the parser's actions switch it in the middle of a
+// statement and nested compilers share it.
 //
 // Covered by tests/unit/language/ScannerTest.cpp.
 #pragma once
@@ -22,6 +19,7 @@
 
 #include "foundation/String.h"
 #include "foundation/Typen.h"
+#include "language/KdoLaufzeit.h"
 #include "language/ZeichenQuelle.h"
 
 // Token numbers of the command language; single characters are their own
@@ -59,9 +57,6 @@ enum : dataInteger {
 }
 static_assert(KdoToken::TEXT == 260 && KdoToken::ZEILENENDE == 270 && KdoToken::NAECHSTER == 280,
               "token numbers are the parser table's terminal symbols");
-
-// 0 raw argument text, 1 normal, 2 normal with numbers.
-extern dataInteger scannerModus;
 
 class Scanner;
 

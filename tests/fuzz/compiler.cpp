@@ -9,6 +9,7 @@
 // Long hexadecimal numbers are skipped too (see hatGrosseZahl).
 #include <cctype>
 #include <filesystem>
+#include <memory>
 #include <string>
 
 #include <unistd.h>
@@ -91,7 +92,7 @@ int kivFuzzCompiler(const std::uint8_t* daten, std::size_t groesse) {
 
     std::ostream anzeige(&nullPuffer());
     // The program's own set-up, without log and banner.
-    kivAufbau("kiv");
+    auto programm = std::make_unique<KivProgramm>("kiv");
     kdoAnzeigeStream = &anzeige;
     std::size_t anfang = 0;
     for (std::size_t n = 0; n < maxZeilen && anfang < text.size(); ++n) {
@@ -100,12 +101,11 @@ int kivFuzzCompiler(const std::uint8_t* daten, std::size_t groesse) {
         std::string zeile = text.substr(anfang, ende - anfang);
         if (zeile.back() != '\n') zeile += '\n';
         anfang = ende;
-        const int status = Compiler::ausfuehreZeile(String(zeile));
-        if (status < Compiler::STATUS_KEIN || status > Compiler::STATUS_EXIT)
-            verletzt(ziel, "compiler status out of range");
-        if (status == Compiler::STATUS_EXIT) break;
+        const KdoStatus status = Compiler::ausfuehreZeile(String(zeile));
+        if (status < KdoStatus::Kein || status > KdoStatus::Exit) verletzt(ziel, "compiler status out of range");
+        if (status == KdoStatus::Exit) break;
     }
-    kivAbbau();
+    programm.reset();
     if (anzahlListen != 0) verletzt(ziel, "lists left alive after the tree was taken down");
     Fehler::holeStatus();
     return 0;

@@ -31,7 +31,8 @@ int kivFuzzKdozeile(const std::uint8_t* daten, std::size_t groesse) {
 
     const std::string text(reinterpret_cast<const char*>(daten), groesse);
     for (dataInteger modus = 0; modus <= 2; ++modus) {
-        scannerModus = modus;
+        KdoLaufzeit laufzeit;
+        laufzeit.scannerModus = static_cast<ScannerModus>(modus);
         ZaehlParser parser;
         // One parse per line on a stream of its own, as the compiler runs a
         // procedure; the mode a line leaves behind carries over on purpose.
@@ -45,7 +46,8 @@ int kivFuzzKdozeile(const std::uint8_t* daten, std::size_t groesse) {
             parser.grenze = 4 * static_cast<long>(ende - anfang) + 10;
             const int r = parser.parse();
             if (r != 0 && r != 1) verletzt(ziel, "parse gave neither 0 nor 1");
-            if (scannerModus < 0 || scannerModus > 2) verletzt(ziel, "scanner mode out of range");
+            const dataInteger jetzt = static_cast<dataInteger>(laufzeit.scannerModus);
+            if (jetzt < 0 || jetzt > 2) verletzt(ziel, "scanner mode out of range");
             anfang = ende;
         }
     }

@@ -205,7 +205,7 @@ TEST_F(KivEpromLadenTest, CopiesComeOutTrueWhereSourceAndTargetOverlap) {
     fuehre("setze(1010, /, 99)");
     KivEprom& ziel = neu();
     zurWurzel();
-    kdoBaum->suche("k_hex", 1);
+    kdoBaum()->suche("k_hex", 1);
     kiv.geaendert = 0;
     faenger.leere();
     EXPECT_EQ(fuehre("kopiere(1006, 1009, 10, Neu1)"), 1);

@@ -49,7 +49,7 @@ TEST_F(KivObjektTest, OpenLoadsAnUnchangedImageAndDropsItAgainOnFailure) {
     faenger.leere();
     EXPECT_EQ(fuehre("oeffne(Intel, " + pfad("fehlt.hex") + ")"), 0);
     EXPECT_EQ(labels(), "FILE-NOT-EXIST");
-    EXPECT_EQ(kdoBaum->liefereAktuelles(), kivWurzel);
+    EXPECT_EQ(kdoBaum()->liefereAktuelles(), kivWurzel);
     EXPECT_EQ(kivWurzel->epromListe->elementAnzahl(), 1);
     EXPECT_EQ(kivWurzel->sucheEprom("fehlt_hex"), nullptr);
 
@@ -99,7 +99,7 @@ TEST_F(KivObjektTest, CloseRefusesWhatIsNoImageAndTheEndCheckNamesChangedImages)
     EXPECT_EQ(kivWurzel->epromListe->elementAnzahl(), 2);
     EXPECT_EQ(fuehre("schliesseAlle(YES)"), 1);
     EXPECT_EQ(kivWurzel->epromListe->elementAnzahl(), 0);
-    EXPECT_EQ(kdoBaum->suche("Neu1", 0), nullptr);
+    EXPECT_EQ(kdoBaum()->suche("Neu1", 0), nullptr);
     EXPECT_EQ(kivWurzel->pruefeGeaendert(1), 0);
 }
 
@@ -107,7 +107,7 @@ TEST_F(KivObjektTest, ClosingTheCurrentImageMakesItsFatherCurrent) {
     fuehre("neu(/)");
     ASSERT_NE(aktuell(), nullptr);
     EXPECT_EQ(kivWurzel->schliesse("Neu1", 0), 1);
-    EXPECT_EQ(kdoBaum->liefereAktuelles(), kivWurzel);
+    EXPECT_EQ(kdoBaum()->liefereAktuelles(), kivWurzel);
 }
 
 TEST_F(KivObjektTest, SecondImagesAreFoundInTheTreeOnly) {

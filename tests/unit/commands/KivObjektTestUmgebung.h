@@ -32,28 +32,28 @@ protected:
         std::filesystem::remove_all(verzeichnis_);
         std::filesystem::create_directories(verzeichnis_);
         alterStrom_ = kdoAnzeigeStream;
-        kivAufbau("kiv");
+        programm_ = std::make_unique<KivProgramm>("kiv");
         kdoAnzeigeStream = &ausgabe;
         faenger.leere();
     }
     void TearDown() override {
-        kivAbbau();
+        programm_.reset();
         kdoAnzeigeStream = alterStrom_;
         std::filesystem::remove_all(verzeichnis_);
     }
 
     // Runs one command on the current object; its result.
     int fuehre(const std::string& zeile) {
-        auto* objekt = dynamic_cast<KdoObjekt*>(kdoBaum->liefereAktuelles());
+        auto* objekt = dynamic_cast<KdoObjekt*>(kdoBaum()->liefereAktuelles());
         AnwKommando anw(zeile);
         return objekt ? objekt->fuehreAus(anw) : -1;
     }
     // Makes the root current again, as "-" does at the prompt.
     void zurWurzel() {
-        while (kdoBaum->liefereAktuelles() != kivWurzel && kdoBaum->vater()) {
+        while (kdoBaum()->liefereAktuelles() != kivWurzel && kdoBaum()->vater()) {
         }
     }
-    KivEprom* aktuell() { return dynamic_cast<KivEprom*>(kdoBaum->liefereAktuelles()); }
+    KivEprom* aktuell() { return dynamic_cast<KivEprom*>(kdoBaum()->liefereAktuelles()); }
 
     std::string pfad(const std::string& name) const { return (verzeichnis_ / name).string(); }
     void schreibeDatei(const std::string& name, const std::string& inhalt) const {
@@ -100,4 +100,5 @@ protected:
 private:
     std::filesystem::path verzeichnis_;
     std::ostream* alterStrom_ = nullptr;
+    std::unique_ptr<KivProgramm> programm_;
 };

@@ -58,28 +58,23 @@ protected:
         protokoll.clear();
         {
             MeldungsFaenger still;
-            liste.fuegeEin(new KdoKommando("ok", 0, "", kdoOk));
-            liste.fuegeEin(new KdoKommando("zahl", 1, "Integer n", kdoZahl));
+            liste.fuegeEin(new KdoKommando("ok", "", kdoOk));
+            liste.fuegeEin(new KdoKommando("zahl", "Integer n", kdoZahl));
         }
         wurzel.setzeVollenNamen("<Wurzel>W");
-        baum = std::make_unique<KdoBaum>(&wurzel, kdoRelation, kdoVergleich, kdoNamensVergleich, kdoLoesche);
-        kdoBaum = baum.get();
-        kdoBaum->fuegeEin(&a);
-        kdoBaum->vater();
+        laufzeit.setzeBaum(
+            std::make_unique<KdoBaum>(&wurzel, kdoRelation, kdoVergleich, kdoNamensVergleich, kdoLoesche));
+        kdoBaum()->fuegeEin(&a);
+        kdoBaum()->vater();
         setzeZurueck();
     }
     void TearDown() override {
         setzeZurueck();
-        kdoBaum = nullptr;
         for (const std::string& d : dateien) std::remove(d.c_str());
     }
     static void setzeZurueck() {
         for (const char* l : {"E", "F", "I", "S", "W"}) Fehler::setzeStatus(l, 0);
         Fehler::holeStatus();
-        Compiler::compilerStatus = 0;
-        Compiler::funktionswertStatus = 0;
-        Compiler::laufStatus = 3;
-        scannerModus = 1;
         aktuelleZeile = String();
     }
 
@@ -105,7 +100,7 @@ protected:
     KdoListe liste{"Test"};
     TestObjekt wurzel{"W", "Wurzel", &liste};
     TestObjekt a{"a", "Bild", &liste};
-    std::unique_ptr<KdoBaum> baum;
+    KdoLaufzeit laufzeit;   // after the objects: its tree goes first
     std::vector<std::string> dateien;
 };
 

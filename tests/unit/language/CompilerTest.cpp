@@ -39,8 +39,8 @@ TEST_F(CompilerTest, ParametersReplaceTheirKeysAndUnsetOnesAreEmpty) {
 TEST_F(CompilerTest, HoleParameterAndLiefereNameReportUnderTheirFunctions) {
     MeldungsFaenger faenger;
     StromFaenger fehlerKonsole(std::cerr);
-    kdoBaum->suche("a", 1);
-    kdoBaum->suche("c", 1);
+    kdoBaum()->suche("a", 1);
+    kdoBaum()->suche("c", 1);
     prozedur(datei("ct_xx.kiv", "x=holeParameter(12)\nx=holeParameter(3)\nn=liefereName()\n-\nn=liefereName()\n"
                                 "zahl(1'x')\n'n': ok()\n"),
              {"5"});
@@ -244,7 +244,7 @@ TEST_F(CompilerTest, ReturnEndsTheInnerProcedureReturnMainAndExitEveryOne) {
         // Every file that was opened is closed again.
         EXPECT_EQ(mitLabel(faenger, "CMD-KDOOBJ-BATCH-CLOSED").size(), 3u) << f.wort;
         EXPECT_EQ(fehlerLabels(faenger), "") << f.wort;
-        EXPECT_EQ(Compiler::liefereLaufStatus(), 3) << f.wort;
+        EXPECT_EQ(static_cast<int>(Compiler::liefereLaufStatus()), 3) << f.wort;
     }
 }
 
@@ -256,7 +256,7 @@ TEST_F(CompilerTest, AtThePromptOnlyExitOrTheEndOfInputLeave) {
     EXPECT_EQ(protokollText(), "zahl(1)@W:zahl(1)\nzahl(2)@W:zahl(2)\n");
     EXPECT_EQ(interaktiv("zahl(4)\n"), 0);
     // A missing procedure only warns, whatever the status before.
-    Compiler::compilerStatus = 3;
+    laufzeit.compilerStatus = KdoStatus::Exit;
     EXPECT_EQ(prozedur("cb_gibt_es_nicht.kiv"), 0);
     EXPECT_EQ(faenger.letzte().label, "CMD-KDOOBJ-BATCH-NOTEX");
     EXPECT_EQ(faenger.letzte().level, 'W');
@@ -326,7 +326,7 @@ TEST_F(CompilerTest, ErrorControlMatrix) {
         }
         EXPECT_EQ(abbruch, f.abbruch) << was;
         const bool abgebrochen = *f.abbruch != '\0';
-        EXPECT_EQ(Compiler::liefereLaufStatus(), abgebrochen ? 4 : 3) << was;
+        EXPECT_EQ(static_cast<int>(Compiler::liefereLaufStatus()), abgebrochen ? 4 : 3) << was;
         const bool weiter = !protokoll().empty() && protokoll().back() == "zahl(1)@W:zahl(1)";
         EXPECT_EQ(weiter, !abgebrochen) << was;
     }
@@ -351,10 +351,10 @@ TEST_F(CompilerTest, AbortsAtThePrompt) {
                          "imFehlerfall(\"E\", exit)\nmelde(E)\nzahl(2)\n"),
               3);
     EXPECT_EQ(protokollText(), "fehl@W:fehl()\nzahl(1)@W:zahl(1)\nmelde@W:melde(E)\n");
-    EXPECT_EQ(Compiler::liefereLaufStatus(), 4);
+    EXPECT_EQ(static_cast<int>(Compiler::liefereLaufStatus()), 4);
     // The next line compiled counts afresh.
     Compiler::ausfuehreZeile("imFehlerfall(\"E\")\n");
-    EXPECT_EQ(Compiler::liefereLaufStatus(), 3);
+    EXPECT_EQ(static_cast<int>(Compiler::liefereLaufStatus()), 3);
 }
 
 TEST_F(CompilerTest, TypeCheckInAProcedureEndsItWithTheGivenStatus) {
@@ -371,7 +371,7 @@ TEST_F(CompilerTest, TypeCheckInAProcedureEndsItWithTheGivenStatus) {
     EXPECT_EQ(fehler[0].funktion, "Compiler::ausfuehreKdoOTypCheck");
     // The check sets the run status itself and raises no abort message.
     EXPECT_TRUE(mitLabel(faenger, "CMD-ABORT-PROC").empty());
-    EXPECT_EQ(Compiler::liefereLaufStatus(), 4);
+    EXPECT_EQ(static_cast<int>(Compiler::liefereLaufStatus()), 4);
 }
 
 }  // namespace

@@ -378,8 +378,8 @@ public:
 TEST(KdoArgumentListen, NamesSelectElementsOfTheObjectsList) {
     KdoListe liste("L");
     ListenObjekt objekt;
-    KdoKommando* namen = new KdoKommando("f", 1, "NamenInListe n", nullptr);
-    KdoKommando* boolNamen = new KdoKommando("g", 1, "BoolNamenInListe n", nullptr);
+    KdoKommando* namen = new KdoKommando("f", "NamenInListe n", nullptr);
+    KdoKommando* boolNamen = new KdoKommando("g", "BoolNamenInListe n", nullptr);
     liste.fuegeEin(namen);
     liste.fuegeEin(boolNamen);
     liste.setzeAktuellesObjekt(&objekt);
@@ -430,8 +430,9 @@ TEST(KdoArgumentListen, NamesSelectElementsOfTheObjectsList) {
 TEST(KdoArgumentListen, ObjectPathsResolveWhenDelivered) {
     TypObjekt wurzel{"Kiv", "Kiv"}, a{"Eprom", "a"}, k{"Other", "k"};
     wurzel.setzeVollenNamen("<Kiv>Kiv");
-    KdoBaum baum(&wurzel, kdoRelation, kdoVergleich, kdoNamensVergleich, kdoLoesche);
-    kdoBaum = &baum;
+    KdoLaufzeit laufzeit;
+    laufzeit.setzeBaum(std::make_unique<KdoBaum>(&wurzel, kdoRelation, kdoVergleich, kdoNamensVergleich, kdoLoesche));
+    KdoBaum& baum = *laufzeit.baum();
     baum.fuegeEin(&a);
     baum.vater();
     baum.fuegeEin(&k);
@@ -472,7 +473,6 @@ TEST(KdoArgumentListen, ObjectPathsResolveWhenDelivered) {
         EXPECT_EQ(faenger.letzte().detail, f.detail);
         EXPECT_EQ(faenger.letzte().funktion, "KdoArgumentKdoObjekt::liefereArgWertKdoObjekt");
     }
-    kdoBaum = nullptr;
 }
 
 TEST(KdoArgumentListen, ValuePairs) {

@@ -67,63 +67,61 @@ TEST(KdoObjektPfad, ParsesPathsAndStopsSilently) {
     }
 }
 
-// A tree with the root "<Kiv>Kiv" as the process-wide tree.
+// A tree with the root "<Kiv>Kiv" as the tree in force.
 class KdoBaumTest : public ::testing::Test {
 protected:
     void SetUp() override {
         wurzel = std::make_unique<TypObjekt>("Kiv", "Kiv");
         wurzel->setzeVollenNamen("<Kiv>Kiv");
-        kdoBaum = new KdoBaum(wurzel.get(), kdoRelation, kdoVergleich, kdoNamensVergleich, kdoLoesche);
-    }
-    void TearDown() override {
-        delete kdoBaum;
-        kdoBaum = nullptr;
+        laufzeit.setzeBaum(
+            std::make_unique<KdoBaum>(wurzel.get(), kdoRelation, kdoVergleich, kdoNamensVergleich, kdoLoesche));
     }
     // Inserts below the current object; the new one becomes current.
     TypObjekt* neu(const char* typ, const char* name) {
         objekte.push_back(std::make_unique<TypObjekt>(typ, name));
-        EXPECT_EQ(kdoBaum->fuegeEin(objekte.back().get()), 1);
+        EXPECT_EQ(kdoBaum()->fuegeEin(objekte.back().get()), 1);
         return objekte.back().get();
     }
     // To the root, then down by the full name.
     void gehe(KdoObjektBasis* o) {
-        while (kdoBaum->vater()) {
+        while (kdoBaum()->vater()) {
         }
         if (o != wurzel.get()) {
-            ASSERT_EQ(kdoBaum->suche(o->liefereVollenNamen(), 1), o);
+            ASSERT_EQ(kdoBaum()->suche(o->liefereVollenNamen(), 1), o);
         }
     }
 
     std::unique_ptr<TypObjekt> wurzel;
     std::vector<std::unique_ptr<TypObjekt>> objekte;
+    KdoLaufzeit laufzeit;   // after the objects: its tree goes first
 };
 
 TEST_F(KdoBaumTest, InsertionNamesNestsAndReplaces) {
     TypObjekt* a = neu("Eprom", "a");
     EXPECT_EQ(voll(a), "<Kiv>Kiv.<Eprom>a");
-    EXPECT_EQ(kdoBaum->liefereAktuelles(), a);
+    EXPECT_EQ(kdoBaum()->liefereAktuelles(), a);
     // From an image, a new one goes below it.
     TypObjekt* b = neu("Eprom", "b");
     EXPECT_EQ(voll(b), "<Kiv>Kiv.<Eprom>a.<Eprom>b");
-    EXPECT_EQ(kdoBaum->vater(), 1);
-    EXPECT_EQ(kdoBaum->liefereAktuelles(), a);
-    EXPECT_EQ(kdoBaum->vater(), 1);
+    EXPECT_EQ(kdoBaum()->vater(), 1);
+    EXPECT_EQ(kdoBaum()->liefereAktuelles(), a);
+    EXPECT_EQ(kdoBaum()->vater(), 1);
     TypObjekt* c = neu("Eprom", "c");
     EXPECT_EQ(voll(c), "<Kiv>Kiv.<Eprom>c");
 
-    kdoBaum->vater();
+    kdoBaum()->vater();
     KdoBaumKnoten* it = nullptr;
-    EXPECT_EQ(kdoBaum->naechsterSohn(it), a);
-    EXPECT_EQ(kdoBaum->naechsterSohn(it), c);
-    EXPECT_EQ(kdoBaum->naechsterSohn(it), nullptr);
+    EXPECT_EQ(kdoBaum()->naechsterSohn(it), a);
+    EXPECT_EQ(kdoBaum()->naechsterSohn(it), c);
+    EXPECT_EQ(kdoBaum()->naechsterSohn(it), nullptr);
 
     // The same full name again replaces the brother's object; no node is
     // created, so the current object stays.
     objekte.push_back(std::make_unique<TypObjekt>("Eprom", "a"));
     TypObjekt* zweites = objekte.back().get();
-    EXPECT_EQ(kdoBaum->fuegeEin(zweites), 1);
-    EXPECT_EQ(kdoBaum->liefereAktuelles(), wurzel.get());
-    EXPECT_EQ(kdoBaum->suche("<Eprom>a", 0), zweites);
+    EXPECT_EQ(kdoBaum()->fuegeEin(zweites), 1);
+    EXPECT_EQ(kdoBaum()->liefereAktuelles(), wurzel.get());
+    EXPECT_EQ(kdoBaum()->suche("<Eprom>a", 0), zweites);
 }
 
 TEST_F(KdoBaumTest, RemovalMovesTheCurrentObjectUp) {
@@ -131,105 +129,105 @@ TEST_F(KdoBaumTest, RemovalMovesTheCurrentObjectUp) {
     TypObjekt* x = neu("Eprom", "x");
     TypObjekt* y = neu("Eprom", "y");
     // Removing the father of the current object: current goes to its father.
-    EXPECT_EQ(kdoBaum->entferne(x), 1);
-    EXPECT_EQ(kdoBaum->liefereAktuelles(), a);
+    EXPECT_EQ(kdoBaum()->entferne(x), 1);
+    EXPECT_EQ(kdoBaum()->liefereAktuelles(), a);
     EXPECT_EQ(voll(x), "");
     EXPECT_EQ(voll(y), "");   // the subtree went with it
-    EXPECT_EQ(kdoBaum->entferne(x), 0);
-    EXPECT_EQ(kdoBaum->sohn(), 0);
+    EXPECT_EQ(kdoBaum()->entferne(x), 0);
+    EXPECT_EQ(kdoBaum()->sohn(), 0);
 
-    kdoBaum->vater();
+    kdoBaum()->vater();
     TypObjekt* b = neu("Eprom", "b");
     // Removing an object outside the current path leaves the current one.
-    EXPECT_EQ(kdoBaum->entferne(a), 1);
-    EXPECT_EQ(kdoBaum->liefereAktuelles(), b);
+    EXPECT_EQ(kdoBaum()->entferne(a), 1);
+    EXPECT_EQ(kdoBaum()->liefereAktuelles(), b);
     // Removing the current object itself.
-    EXPECT_EQ(kdoBaum->entferne(b), 1);
-    EXPECT_EQ(kdoBaum->liefereAktuelles(), wurzel.get());
+    EXPECT_EQ(kdoBaum()->entferne(b), 1);
+    EXPECT_EQ(kdoBaum()->liefereAktuelles(), wurzel.get());
     KdoBaumKnoten* it = nullptr;
-    EXPECT_EQ(kdoBaum->naechsterSohn(it), nullptr);
+    EXPECT_EQ(kdoBaum()->naechsterSohn(it), nullptr);
 
     // A destroyed object leaves the tree by itself.
     auto o = std::make_unique<TypObjekt>("Eprom", "weg");
-    kdoBaum->fuegeEin(o.get());
-    EXPECT_EQ(kdoBaum->liefereAktuelles(), o.get());
+    kdoBaum()->fuegeEin(o.get());
+    EXPECT_EQ(kdoBaum()->liefereAktuelles(), o.get());
     o.reset();
-    EXPECT_EQ(kdoBaum->liefereAktuelles(), wurzel.get());
-    EXPECT_EQ(kdoBaum->suche("weg", 0), nullptr);
+    EXPECT_EQ(kdoBaum()->liefereAktuelles(), wurzel.get());
+    EXPECT_EQ(kdoBaum()->suche("weg", 0), nullptr);
 }
 
 TEST_F(KdoBaumTest, RelativeBeforeRootAndSonBeforeBrother) {
     TypObjekt* a = neu("Eprom", "a");
     TypObjekt* ab = neu("Eprom", "b");
-    kdoBaum->vater();
-    kdoBaum->vater();
+    kdoBaum()->vater();
+    kdoBaum()->vater();
     TypObjekt* b = neu("Eprom", "b");
     gehe(a);
     // Rule 2 wins over rule 3 (typed) and over rule 5 (bare).
-    EXPECT_EQ(kdoBaum->suche("<Eprom>b", 0), ab);
-    EXPECT_EQ(kdoBaum->suche("b", 0), ab);
+    EXPECT_EQ(kdoBaum()->suche("<Eprom>b", 0), ab);
+    EXPECT_EQ(kdoBaum()->suche("b", 0), ab);
     gehe(ab);
     // From a.b the typed name goes on from the root; the bare one is a.b
     // itself by the brother rule.
-    EXPECT_EQ(kdoBaum->suche("<Eprom>b", 0), b);
-    EXPECT_EQ(kdoBaum->suche("b", 0), ab);
-    EXPECT_EQ(kdoBaum->suche("a", 0), nullptr);
+    EXPECT_EQ(kdoBaum()->suche("<Eprom>b", 0), b);
+    EXPECT_EQ(kdoBaum()->suche("b", 0), ab);
+    EXPECT_EQ(kdoBaum()->suche("a", 0), nullptr);
 }
 
 TEST_F(KdoBaumTest, SearchRulesEachFindTheirCase) {
     TypObjekt* a = neu("Eprom", "a");
     TypObjekt* x = neu("Eprom", "x");
     TypObjekt* y = neu("Eprom", "y");
-    kdoBaum->vater();
-    kdoBaum->vater();
-    kdoBaum->vater();
+    kdoBaum()->vater();
+    kdoBaum()->vater();
+    kdoBaum()->vater();
     TypObjekt* b = neu("Eprom", "b");
-    kdoBaum->vater();
+    kdoBaum()->vater();
     TypObjekt* c = neu("Eprom", "c");
 
     gehe(wurzel.get());
-    EXPECT_EQ(kdoBaum->suche("a", 0), a);                  // son by short name
-    EXPECT_EQ(kdoBaum->suche("<Eprom>a.<Eprom>x", 0), x);  // relative path
-    EXPECT_EQ(kdoBaum->suche("<Kiv>Kiv.<Eprom>a", 0), a);  // full name
-    EXPECT_EQ(kdoBaum->suche("x", 0), nullptr);            // grandson by bare name
+    EXPECT_EQ(kdoBaum()->suche("a", 0), a);                  // son by short name
+    EXPECT_EQ(kdoBaum()->suche("<Eprom>a.<Eprom>x", 0), x);  // relative path
+    EXPECT_EQ(kdoBaum()->suche("<Kiv>Kiv.<Eprom>a", 0), a);  // full name
+    EXPECT_EQ(kdoBaum()->suche("x", 0), nullptr);            // grandson by bare name
 
     gehe(a);
-    EXPECT_EQ(kdoBaum->suche(".<Eprom>a", 0), a);          // rule 1: itself
-    EXPECT_EQ(kdoBaum->suche("b", 0), b);                  // rule 5: brother
-    EXPECT_EQ(kdoBaum->suche("<Kiv>Kiv.<Eprom>c", 0), c);  // rule 4: later brother by full name
-    EXPECT_EQ(kdoBaum->suche("<Eprom>x.<Eprom>y", 0), y);
+    EXPECT_EQ(kdoBaum()->suche(".<Eprom>a", 0), a);          // rule 1: itself
+    EXPECT_EQ(kdoBaum()->suche("b", 0), b);                  // rule 5: brother
+    EXPECT_EQ(kdoBaum()->suche("<Kiv>Kiv.<Eprom>c", 0), c);  // rule 4: later brother by full name
+    EXPECT_EQ(kdoBaum()->suche("<Eprom>x.<Eprom>y", 0), y);
 
     gehe(y);
-    EXPECT_EQ(kdoBaum->suche("<Eprom>x", 0), x);           // rule 6: ancestor
-    EXPECT_EQ(kdoBaum->suche("<Eprom>c", 0), c);           // rule 3: from the root
-    EXPECT_EQ(kdoBaum->suche("<Kiv>Kiv", 0), nullptr);     // the root is not an ancestor match
-    EXPECT_EQ(kdoBaum->suche("<Other>x", 0), nullptr);
-    EXPECT_EQ(kdoBaum->liefereAktuelles(), y);
+    EXPECT_EQ(kdoBaum()->suche("<Eprom>x", 0), x);           // rule 6: ancestor
+    EXPECT_EQ(kdoBaum()->suche("<Eprom>c", 0), c);           // rule 3: from the root
+    EXPECT_EQ(kdoBaum()->suche("<Kiv>Kiv", 0), nullptr);     // the root is not an ancestor match
+    EXPECT_EQ(kdoBaum()->suche("<Other>x", 0), nullptr);
+    EXPECT_EQ(kdoBaum()->liefereAktuelles(), y);
 
-    EXPECT_EQ(kdoBaum->suche("<Eprom>a", 1), a);
-    EXPECT_EQ(kdoBaum->liefereAktuelles(), a);
+    EXPECT_EQ(kdoBaum()->suche("<Eprom>a", 1), a);
+    EXPECT_EQ(kdoBaum()->liefereAktuelles(), a);
 }
 
 TEST_F(KdoBaumTest, AmbiguousShortNameNeedsTheType) {
     TypObjekt* d1 = neu("Eprom", "d");
-    kdoBaum->vater();
+    kdoBaum()->vater();
     TypObjekt* d2 = neu("Other", "d");
-    kdoBaum->vater();
-    EXPECT_EQ(kdoBaum->suche("d", 0), nullptr);
-    EXPECT_EQ(kdoBaum->suche("<Eprom>d", 0), d1);
-    EXPECT_EQ(kdoBaum->suche("<Other>d", 0), d2);
+    kdoBaum()->vater();
+    EXPECT_EQ(kdoBaum()->suche("d", 0), nullptr);
+    EXPECT_EQ(kdoBaum()->suche("<Eprom>d", 0), d1);
+    EXPECT_EQ(kdoBaum()->suche("<Other>d", 0), d2);
     gehe(d1);
-    EXPECT_EQ(kdoBaum->suche("<Other>d", 0), d2);
+    EXPECT_EQ(kdoBaum()->suche("<Other>d", 0), d2);
     // Two brothers of that short name: the brother rule finds none.
-    EXPECT_EQ(kdoBaum->suche("d", 0), nullptr);
+    EXPECT_EQ(kdoBaum()->suche("d", 0), nullptr);
 }
 
 TEST_F(KdoBaumTest, DeepTreeDoesNotRecurse) {
     for (int i = 0; i < 1000; ++i) neu("Eprom", "n");
     // From the deepest node the root-relative rule comes first.
-    EXPECT_EQ(kdoBaum->suche("<Eprom>n", 0), objekte.front().get());
-    EXPECT_EQ(kdoBaum->entferne(objekte.front().get()), 1);
-    EXPECT_EQ(kdoBaum->liefereAktuelles(), wurzel.get());
+    EXPECT_EQ(kdoBaum()->suche("<Eprom>n", 0), objekte.front().get());
+    EXPECT_EQ(kdoBaum()->entferne(objekte.front().get()), 1);
+    EXPECT_EQ(kdoBaum()->liefereAktuelles(), wurzel.get());
 }
 
 }  // namespace

@@ -81,14 +81,6 @@ inline std::string kdoLabels(const std::vector<Meldung>& meldungen) {
     return t;
 }
 
-inline int kdoAnzahlPaare(const char* signatur) {
-    std::istringstream s(signatur);
-    std::string w;
-    int n = 0;
-    while (s >> w) ++n;
-    return n / 2;
-}
-
 inline KdoLauf kdoLauf(KdoKommando& k, const std::string& text, int definition = 0) {
     MeldungsFaenger faenger;
     KdoLauf l;
@@ -104,8 +96,7 @@ inline KdoLauf kdoLauf(KdoKommando& k, const std::string& text, int definition =
 
 inline std::unique_ptr<KdoKommando> kdoKommando(const char* signatur, const char* name = "f") {
     MeldungsFaenger faenger;
-    return std::make_unique<KdoKommando>(name, static_cast<std::uint16_t>(kdoAnzahlPaare(signatur)),
-                                         signatur, nullptr);
+    return std::make_unique<KdoKommando>(name, signatur, nullptr);
 }
 
 // A command object of a given type, with the command list of its class.
@@ -173,22 +164,22 @@ protected:
         protokoll().clear();
         {
             MeldungsFaenger still;
-            liste.fuegeEin(new KdoKommando("ok", 0, "", kdoOk));
-            liste.fuegeEin(new KdoKommando("fehl", 0, "", kdoFehl));
-            liste.fuegeEin(new KdoKommando("melde", 1, "Enum{E,W,I,S} level", kdoMelde));
-            liste.fuegeEin(new KdoKommando("zahl", 1, "Integer n", kdoZahl));
+            liste.fuegeEin(new KdoKommando("ok", "", kdoOk));
+            liste.fuegeEin(new KdoKommando("fehl", "", kdoFehl));
+            liste.fuegeEin(new KdoKommando("melde", "Enum{E,W,I,S} level", kdoMelde));
+            liste.fuegeEin(new KdoKommando("zahl", "Integer n", kdoZahl));
             liste.definiere(AnwKommando("melde(E)"));
             liste.definiere(AnwKommando("zahl(7)"));
         }
         wurzel.setzeVollenNamen("<Wurzel>W");
-        baum = std::make_unique<KdoBaum>(&wurzel, kdoRelation, kdoVergleich, kdoNamensVergleich, kdoLoesche);
-        kdoBaum = baum.get();
-        kdoBaum->fuegeEin(&a);
-        kdoBaum->fuegeEin(&c);
-        kdoBaum->vater();
-        kdoBaum->vater();
-        kdoBaum->fuegeEin(&b);
-        kdoBaum->vater();
+        laufzeit.setzeBaum(
+            std::make_unique<KdoBaum>(&wurzel, kdoRelation, kdoVergleich, kdoNamensVergleich, kdoLoesche));
+        kdoBaum()->fuegeEin(&a);
+        kdoBaum()->fuegeEin(&c);
+        kdoBaum()->vater();
+        kdoBaum()->vater();
+        kdoBaum()->fuegeEin(&b);
+        kdoBaum()->vater();
         tab.setzeStops(10, {10, 25, 45});
         tab.setzeUmbruch(1);
         dokPosition = &tab;
@@ -198,7 +189,6 @@ protected:
 
     void TearDown() override {
         setzeZurueck();
-        kdoBaum = nullptr;
         dokPosition = nullptr;
         kdoAnzeigeStream = nullptr;
         for (const std::string& d : dateien) std::remove(d.c_str());
@@ -209,15 +199,11 @@ protected:
         Fehler::setzeStatus("TEST-MELDUNG", 0);
         Fehler::setzeStatus("CMD-NOSUCHCMD", 0);
         Fehler::holeStatus();
-        Compiler::compilerStatus = 0;
-        Compiler::funktionswertStatus = 0;
-        Compiler::laufStatus = 3;
-        scannerModus = 1;
         aktuelleZeile = String();
     }
 
     // The short name of the current object.
-    static std::string aktuell() { return kdoBaum->liefereAktuelles()->liefereName().str(); }
+    static std::string aktuell() { return kdoBaum()->liefereAktuelles()->liefereName().str(); }
 
     // Writes a procedure file that the test removes afterwards.
     std::string datei(const std::string& name, const std::string& inhalt) {
@@ -232,7 +218,7 @@ protected:
         std::istringstream strom(eingabe);
         std::streambuf* alt = std::cin.rdbuf(strom.rdbuf());
         std::cin.clear();
-        const int status = Compiler::ausfuehreBatch(String(), nullptr, 0);
+        const int status = static_cast<int>(Compiler::ausfuehreBatch(String(), nullptr, 0));
         std::cin.rdbuf(alt);
         std::cin.clear();
         return status;
@@ -241,7 +227,7 @@ protected:
     static int prozedur(const std::string& name, std::vector<std::string> parameter = {}) {
         DynArray<String> p;
         for (std::size_t i = 0; i < parameter.size(); ++i) p[static_cast<int>(i)] = String(parameter[i]);
-        return Compiler::ausfuehreBatch(String(name), &p, static_cast<int>(parameter.size()));
+        return static_cast<int>(Compiler::ausfuehreBatch(String(name), &p, static_cast<int>(parameter.size())));
     }
 
     static std::string labels(const MeldungsFaenger& f) { return kdoLabels(f.meldungen()); }
@@ -273,7 +259,7 @@ protected:
     TypObjekt a{"Bild", "a", &liste};
     TypObjekt b{"Bild", "b", &liste};
     TypObjekt c{"Teil", "c", &liste};
-    std::unique_ptr<KdoBaum> baum;
+    KdoLaufzeit laufzeit;   // after the objects: its tree goes first
     Tabulator tab;
     std::vector<std::string> dateien;
 };

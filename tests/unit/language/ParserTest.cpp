@@ -23,7 +23,7 @@ namespace {
 class Protokollant : public KdoParser {
 public:
     std::string lauf(const std::string& zeilen, int modus = 1) {
-        scannerModus = modus;
+        laufzeit_.scannerModus = static_cast<ScannerModus>(modus);
         modus_ = modus;
         log_.clear();
         std::istringstream strom(zeilen);
@@ -46,8 +46,8 @@ protected:
 private:
     void schreibe(const std::string& was) {
         log_ += " " + was;
-        if (scannerModus != modus_) {
-            modus_ = scannerModus;
+        if (static_cast<int>(laufzeit_.scannerModus) != modus_) {
+            modus_ = static_cast<int>(laufzeit_.scannerModus);
             log_ += "#" + std::to_string(modus_);
         }
     }
@@ -79,6 +79,7 @@ private:
 
     std::string log_;
     int modus_ = 1;
+    KdoLaufzeit laufzeit_;
 };
 
 struct Fall {
@@ -289,7 +290,7 @@ TEST(ParserTest, GenericErrorMessageShowsLineAndMarker) {
     KdoParser p;
     std::istringstream strom("exit\n\tlies)\n");
     p.oeffne("proc.kiv", strom, 7);
-    scannerModus = 1;
+    KdoLaufzeit laufzeit;
     testing::internal::CaptureStderr();
     EXPECT_EQ(p.parse(), 1);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "proc.kiv:8:6: syntax error:\n lies)\n-----^\n");
@@ -321,13 +322,14 @@ public:
     int lauf(const char* text) {
         strom.str(text);
         scanner.oeffne(strom, 1);
-        scannerModus = 1;
+        laufzeit.scannerModus = ScannerModus::Normal;
         return parse();
     }
     void errorMessage() override { ++meldungen; }
     int meldungen = 0;
 
 private:
+    KdoLaufzeit laufzeit;
     KdoScanner scanner;
     std::istringstream strom;
 };
@@ -409,11 +411,13 @@ TEST(ParserTest, RandomLinesNeverHangOrCrash) {
         p.grenze = 4 * static_cast<long>(zeile.size()) + 10;
         std::istringstream strom(zeile);
         p.oeffne("f", strom, 1);
-        scannerModus = static_cast<int>(n % 3);
+        KdoLaufzeit laufzeit;
+        laufzeit.scannerModus = static_cast<ScannerModus>(n % 3);
         int ergebnis = -1;
         EXPECT_NO_THROW(ergebnis = p.parse()) << "line " << n;
         EXPECT_TRUE(ergebnis == 0 || ergebnis == 1);
-        EXPECT_TRUE(scannerModus >= 0 && scannerModus <= 2);
+        const int modus = static_cast<int>(laufzeit.scannerModus);
+        EXPECT_TRUE(modus >= 0 && modus <= 2);
     }
     std::cerr.rdbuf(alt);
 }

@@ -18,18 +18,19 @@ std::string tokens(const std::string& eingabe, int modus = 1, bool rohNachKlamme
     KdoScanner scanner;
     std::istringstream strom(eingabe);
     scanner.oeffne(strom, 1);
-    scannerModus = modus;
+    KdoLaufzeit laufzeit;
+    laufzeit.scannerModus = static_cast<ScannerModus>(modus);
     std::string aus;
     for (int n = 0; n < 200; ++n) {
         String wert;
         QuellPosition pos;
-        int vorher = scannerModus;
+        const ScannerModus vorher = laufzeit.scannerModus;
         dataInteger t = scanner.naechstesToken(wert, pos);
         aus += (aus.empty() ? "" : " ") + kdoTokenBild(t, wert);
-        if (scannerModus != vorher) aus += "#" + std::to_string(scannerModus);
+        if (laufzeit.scannerModus != vorher) aus += "#" + std::to_string(static_cast<int>(laufzeit.scannerModus));
         if (mitPosition) aus += "@" + std::to_string(pos.zeile) + ":" + std::to_string(pos.spalte);
         if (t == KdoToken::ENDE) break;
-        if (rohNachKlammer && t == '(') scannerModus = 0;
+        if (rohNachKlammer && t == '(') laufzeit.scannerModus = ScannerModus::Text;
     }
     return aus;
 }
@@ -85,7 +86,7 @@ TEST(ScannerTest, Strings) {
     KdoScanner scanner;
     std::istringstream strom("x \"ab\ny");
     scanner.oeffne(strom, 1);
-    scannerModus = 1;
+    KdoLaufzeit laufzeit;
     String wert;
     QuellPosition pos;
     EXPECT_EQ(scanner.naechstesToken(wert, pos), KdoToken::NAME);
