@@ -1,5 +1,7 @@
 #include "frame/Programm.h"
 
+#include <unistd.h>
+
 #include <fstream>
 #include <iostream>
 #include <string>
@@ -10,6 +12,7 @@
 #include "foundation/DynArray.h"
 #include "foundation/Liste.h"
 #include "foundation/Tabulator.h"
+#include "frame/TerminalSitzung.h"
 #include "language/Compiler.h"
 #include "language/KdoGlobal.h"
 #include "language/KdoListe.h"
@@ -28,6 +31,15 @@ void ausgabeRoutine(Fehler& fehler, int art) {
     if (art == 1) return;
     if (art != 2) fehler.ausgabe(std::cerr);
     if (logStrom) fehler.ausgabe(*logStrom);
+}
+
+// The program's own file: the kernel knows it even when the program was
+// found through PATH, where the first command-line word is a bare name.
+std::string eigeneDatei(const char* argv0) {
+    char pfad[4096];
+    const ssize_t n = readlink("/proc/self/exe", pfad, sizeof pfad - 1);
+    if (n > 0) return std::string(pfad, static_cast<std::size_t>(n));
+    return argv0 ? argv0 : "";
 }
 
 void banner() {
@@ -100,6 +112,7 @@ int fuehreAus(int argc, char** argv) {
 }  // namespace
 
 int kivMain(int argc, char** argv) {
+    const TerminalSitzung terminal;
     // A log that fails to open loses its output silently.
     auto* log = new std::ofstream("kiv.log", std::ios::out | std::ios::trunc);
     logStrom = log;
@@ -109,7 +122,7 @@ int kivMain(int argc, char** argv) {
     Fehler("KIV-STARTED", "main", kivVersion(), 'S');
     Fehler::fehlerPrefix = "%KIV-";
 
-    kivAufbau(argv[0]);
+    kivAufbau(eigeneDatei(argv[0]).c_str());
     banner();
 
     const int exitStatus = fuehreAus(argc, argv);

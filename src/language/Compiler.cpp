@@ -21,6 +21,7 @@ String aktuelleZeile;
 dataInteger Compiler::compilerStatus = Compiler::STATUS_KEIN;
 dataInteger Compiler::funktionswertStatus = Compiler::STATUS_KEIN;
 dataInteger Compiler::laufStatus = Compiler::LAUF_NORMAL;
+PromptEingabe* Compiler::promptEingabe = nullptr;
 
 namespace {
 
@@ -208,7 +209,7 @@ int Compiler::ausfuehreBatch(const String& dateiName, DynArray<String>* p, int a
 
     const bool mitDatei = !dateiName.istLeer();
     std::ifstream datei;
-    std::istream* strom = &std::cin;
+    std::istream* strom = promptEingabe ? &promptEingabe->strom() : &std::cin;
     bool geoeffnet = false;
     if (mitDatei) {
         datei.open(dateiName.c_str(), std::ios::in | std::ios::binary);
@@ -235,7 +236,10 @@ int Compiler::ausfuehreBatch(const String& dateiName, DynArray<String>* p, int a
         do {
             if (!mitDatei) {
                 const KdoObjektBasis* o = aktuellesObjekt();
-                std::cout << praefix << '<' << typVon(o) << '>' << nameVon(o) << "> " << std::flush;
+                if (promptEingabe)
+                    promptEingabe->zeigePrompt((String(praefix) + "<" + typVon(o) + ">" + nameVon(o) + "> ").str());
+                else
+                    std::cout << praefix << '<' << typVon(o) << '>' << nameVon(o) << "> " << std::flush;
             }
             praefix = "_";
             const bool zeilenEnde = liesPhysischeZeile(*strom, physisch);

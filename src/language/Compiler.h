@@ -24,6 +24,7 @@
 
 #include <iosfwd>
 #include <memory>
+#include <string>
 
 #include "foundation/DynArray.h"
 #include "foundation/Liste.h"
@@ -45,6 +46,18 @@ private:
 
 public:
     String wert;
+};
+
+// Where the prompt reads from when a person types at a terminal (the frame
+// sets `Compiler::promptEingabe`); without it the prompt is printed on
+// standard output and the lines come from standard input.
+class PromptEingabe {
+public:
+    virtual ~PromptEingabe() = default;
+    // The prompt of the next physical line, in the program's own bytes.
+    virtual void zeigePrompt(const std::string& prompt) = 0;
+    // The typed lines, each ending in a line feed; end of input as usual.
+    virtual std::istream& strom() = 0;
 };
 
 class Compiler : public KdoParser {
@@ -111,6 +124,9 @@ public:
     // level E. `text` is the subject line or null; `reserviert` is unused.
     static void mmparseError(dataInteger code, dataInteger reserviert, const char* text, dataInteger position,
                              dataInteger zeile);
+
+    // Null unless standard input and output are a terminal with an editor.
+    static PromptEingabe* promptEingabe;
 
     // Process-wide state of the language, shared by nested compilers.
     static dataInteger compilerStatus;       // request to leave: STATUS_...
