@@ -172,6 +172,8 @@ void Zeileneditor::merke(const std::string& zeile) {
     const auto schnitt = datei_.rfind('/');
     const bool ok = legeVerzeichnisAn(datei_.substr(0, schnitt)) &&
                     history(el_->historie, &el_->ereignis, H_SAVE, datei_.c_str()) >= 0;
+    // Typed lines may name private files: for the owner's eyes only.
+    if (ok) chmod(datei_.c_str(), 0600);
     if (!ok) {
         gewarnt_ = true;
         Fehler("KIV-HISTORY-NOTSAVED", "Zeileneditor::merke", String(datei_.c_str()), 'W');

@@ -105,7 +105,14 @@ def editieren_und_vervollstaendigen(kiv, tmp):
     # a C1 control byte as a point.
     s.tippe(b"setze(1, /, C4)\r")
     s.erwarte(b"<Eprom>firmware_hex> ", "prompt")
-    s.tippe(b"setze(2, /, 85)\r")
+    # A continuation line gets the prescribed prefix.
+    s.tippe(b"setze(2, /, \\\r")
+    s.erwarte(b"_<Eprom>firmware_hex> ", "continuation prompt")
+    s.tippe(b"85)\r")
+    s.erwarte(b"<Eprom>firmware_hex> ", "prompt")
+    # A typed umlaut reaches the program as its Latin-1 byte C4.
+    s.tippe('suche("\u00c4", ascii)\r'.encode("utf-8"))
+    s.erwarte(b"[00001]", "the typed umlaut found at 1")
     s.erwarte(b"<Eprom>firmware_hex> ", "prompt")
     s.tippe(b"anz\t")
     s.erwarte(b"eige", "anz<Tab> completes to anzeige")
