@@ -97,9 +97,11 @@ Zeileneditor::Zeileneditor(bool utf8) : utf8_(utf8), el_(std::make_unique<Biblio
     // Ctrl-C and Ctrl-Z reach the editor as keys instead of signals, so a
     // half-typed line can be dropped without losing the program.
     el_set(el, EL_SETTY, "-d", "-isig", nullptr);
-    el_set(el, EL_ADDFN, "kiv-complete", "complete a name", &Bibliothek::tab);
-    el_set(el, EL_ADDFN, "kiv-interrupt", "drop the line", &Bibliothek::abbruch);
-    el_set(el, EL_ADDFN, "kiv-suspend", "stop the program", &Bibliothek::halt);
+    // The wide form keeps the names as given; the narrow one copies them
+    // and never frees the copies.
+    el_wset(el, EL_ADDFN, L"kiv-complete", L"complete a name", &Bibliothek::tab);
+    el_wset(el, EL_ADDFN, L"kiv-interrupt", L"drop the line", &Bibliothek::abbruch);
+    el_wset(el, EL_ADDFN, L"kiv-suspend", L"stop the program", &Bibliothek::halt);
     el_set(el, EL_BIND, "^I", "kiv-complete", nullptr);
     el_set(el, EL_BIND, "^C", "kiv-interrupt", nullptr);
     el_set(el, EL_BIND, "^Z", "kiv-suspend", nullptr);

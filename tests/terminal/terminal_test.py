@@ -133,7 +133,7 @@ def editieren_und_vervollstaendigen(kiv, tmp):
     s.erwarte(b"<Kiv>Kiv> ", "prompt after schliesse")
     s.tippe(b"\x04")   # Ctrl-D on an empty line: end of input
     status = s.ende()
-    assert status == 0, "exit status %d after Ctrl-D" % status
+    assert status == 0, "exit status %d after Ctrl-D; the terminal got:\n%r" % (status, s.puffer[-1500:])
     with open(os.path.join(zustand, "kiv", "history"), encoding="latin-1") as f:
         historie = f.read()
     for zeile in ("setze(0,\\040/,\\04042)", "oeffne(,firmware.hex)"):
@@ -157,7 +157,7 @@ def latin1_und_historie_ohne_ort(kiv, tmp):
     s.erwarte(b"<Kiv>Kiv> ", "prompt")
     s.tippe(b"exit\r")
     status = s.ende()
-    assert status == 0, "exit status %d" % status
+    assert status == 0, "exit status %d; the terminal got:\n%r" % (status, s.puffer[-1500:])
     assert s.puffer.count(b"KIV-HISTORY-NOTSAVED") == 1, "the history warning came more than once"
 
 
