@@ -112,6 +112,7 @@ int fuehreAus(int argc, char** argv) {
 }  // namespace
 
 int kivMain(int argc, char** argv) {
+    // First: the banner and every message already see the terminal as it is.
     const TerminalSitzung terminal;
     // A log that fails to open loses its output silently.
     auto* log = new std::ofstream("kiv.log", std::ios::out | std::ios::trunc);

@@ -15,6 +15,7 @@ import select
 import shutil
 import sys
 import tempfile
+import termios
 import time
 
 WARTEN = 20.0   # seconds for any expected text; a slow shared machine
@@ -58,6 +59,17 @@ class Sitzung:
                                      % (was, text, self.puffer[self.pos:][-600:]))
 
     def tippe(self, text):
+        """Types once the editor reads: the library shows its prompt before
+        it takes the terminal out of echo mode, and keys typed in between
+        would be echoed twice."""
+        ende = time.monotonic() + WARTEN
+        while termios.tcgetattr(self.fd)[3] & termios.ECHO:
+            if time.monotonic() >= ende:
+                raise AssertionError("the editor never took the terminal; it got:\n%r" % self.puffer[-600:])
+            try:
+                self.lies(0.01)
+            except EOFError:
+                raise AssertionError("kiv ended early; the terminal got:\n%r" % self.puffer[-600:])
         os.write(self.fd, text)
 
     def ende(self):
