@@ -56,7 +56,9 @@ for f in usr/bin/kiv usr/share/kiv/datei.gram usr/share/kiv/zeile.gram usr/share
 done
 ls "$wurzel"/usr/bin/*.gram >/dev/null 2>&1 && fail "grammar files in /usr/bin"
 gzip -dc "$wurzel/usr/share/man/man1/kiv.1.gz" | cmp -s - "$quelle/doc/kiv.1" || fail "kiv.1.gz is not the manual page"
-bash -n "$wurzel/usr/share/bash-completion/completions/kiv" 2>/dev/null || fail "the bash completion does not parse"
+vorschlag=$(bash -c '. "$1"; COMP_WORDS=(kiv -); COMP_CWORD=1; _kiv; echo "${COMPREPLY[*]}"' - \
+  "$wurzel/usr/share/bash-completion/completions/kiv" 2>&1)
+[ "$vorschlag" = "-x -b" ] || fail "the bash completion offers '$vorschlag' for 'kiv -'"
 [ $fehler = 0 ] || exit 1
 
 # Started through PATH from a folder without grammars, with a bare name.
