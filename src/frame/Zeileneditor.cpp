@@ -45,13 +45,6 @@ Zeileneditor* editorVon(EditLine* el) {
     return static_cast<Zeileneditor*>(daten);
 }
 
-// Number of characters (not bytes) the terminal sees in `text`.
-int zeichenZahl(const std::string& text, bool utf8) {
-    if (!utf8) return static_cast<int>(text.size());
-    return static_cast<int>(
-        std::count_if(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
-}
-
 bool legeVerzeichnisAn(const std::string& pfad) {
     for (std::size_t p = 1; p <= pfad.size(); ++p) {
         if (p < pfad.size() && pfad[p] != '/') continue;
@@ -198,8 +191,8 @@ unsigned char Zeileneditor::vervollstaendigeAmCursor() {
     const std::string wort = zeile.substr(v.anfang);
     const std::string neu = gemeinsamerAnfang(v.kandidaten);
     if (neu.size() > wort.size() || (neu.size() == wort.size() && neu != wort)) {
-        const std::string alt = bisher.substr(bisher.size() - (utf8_ ? latin1ZuUtf8(wort) : wort).size());
-        el_deletestr(el_->el, zeichenZahl(alt, utf8_));
+        // One program byte per character the editor holds, both ways.
+        el_deletestr(el_->el, static_cast<int>(wort.size()));
         el_insertstr(el_->el, (utf8_ ? latin1ZuUtf8(neu) : neu).c_str());
         if (v.kandidaten.size() == 1) return CC_REFRESH;
         // Still open: as in the shell, the next Tab lists the choices.
