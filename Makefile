@@ -15,13 +15,20 @@ SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 
 all: build
 
-# Install what a fresh Debian machine lacks: a compiler, CMake, GoogleTest, Python.
+# Install what a fresh Debian machine lacks: a compiler, CMake, GoogleTest,
+# Python, the line-editing library (found through pkg-config), and what the
+# package test needs (dpkg-dev and file for the dependencies, lintian).
 deps:
 	@missing=""; \
 	command -v g++ >/dev/null || missing="$$missing g++"; \
 	command -v cmake >/dev/null || missing="$$missing cmake"; \
 	command -v python3 >/dev/null || missing="$$missing python3"; \
 	[ -f /usr/include/gtest/gtest.h ] || missing="$$missing libgtest-dev"; \
+	command -v pkg-config >/dev/null || missing="$$missing pkg-config"; \
+	[ -f /usr/include/histedit.h ] || missing="$$missing libedit-dev"; \
+	command -v dpkg-shlibdeps >/dev/null || missing="$$missing dpkg-dev"; \
+	command -v file >/dev/null || missing="$$missing file"; \
+	command -v lintian >/dev/null || missing="$$missing lintian"; \
 	if [ -n "$$missing" ]; then \
 	  echo "installing:$$missing"; \
 	  $(SUDO) apt-get update -q && $(SUDO) apt-get install -y -q $$missing; \

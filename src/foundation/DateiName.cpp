@@ -2,6 +2,7 @@
 // Covered by tests/unit/foundation/DateiTest.cpp.
 #include "foundation/DateiName.h"
 
+#include <fstream>
 #include <ostream>
 
 DateiName programmDatei;
@@ -54,10 +55,16 @@ void DateiName::setzeExtension(const String& extension) {
 
 DateiName DateiName::vervollstaendigt() const {
     if (!pfad_.istLeer()) return *this;
-    DateiName ergebnis = programmDatei;
-    ergebnis.setzeName(name_);
-    ergebnis.setzeExtension(extension_);
-    return ergebnis;
+    DateiName daneben = programmDatei;
+    daneben.setzeName(name_);
+    daneben.setzeExtension(extension_);
+    if (std::ifstream(daneben.liefereGanz().c_str()).is_open()) return daneben;
+    // An installed program keeps its data apart: bin/../share/kiv/.
+    DateiName geteilt(programmDatei.lieferePfad() + "../share/kiv/x");
+    geteilt.setzeName(name_);
+    geteilt.setzeExtension(extension_);
+    if (std::ifstream(geteilt.liefereGanz().c_str()).is_open()) return geteilt;
+    return daneben;
 }
 
 std::ostream& operator<<(std::ostream& strom, const DateiName& dateiName) {

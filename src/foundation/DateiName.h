@@ -31,8 +31,9 @@ public:
     void setzeExtension(const String& extension);
 
     // A name without path, for a file that belongs to the system, is looked
-    // for beside the program: `programmDatei`'s path with this name and
-    // extension. A name with a path is returned as it is.
+    // for beside the program (`programmDatei`'s path with this name and
+    // extension), then in ../share/kiv/ from there; when neither exists, the
+    // one beside the program is named. A name with a path is returned as it is.
     DateiName vervollstaendigt() const;
 
 private:
@@ -47,5 +48,6 @@ private:
 
 std::ostream& operator<<(std::ostream& strom, const DateiName& dateiName);
 
-// The program's own path, set at start-up from the first command-line word.
+// The program's own path, set at start-up (from /proc/self/exe where the
+// system has it, else from the first command-line word).
 extern DateiName programmDatei;

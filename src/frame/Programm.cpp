@@ -1,6 +1,8 @@
 #include "frame/Programm.h"
 
 #include <csignal>
+#include <unistd.h>
+
 #include <fstream>
 #include <iostream>
 #include <memory>
@@ -12,6 +14,7 @@
 #include "foundation/DynArray.h"
 #include "foundation/Liste.h"
 #include "foundation/Tabulator.h"
+#include "frame/TerminalSitzung.h"
 #include "grammar/Uebersetzung.h"
 #include "language/Compiler.h"
 #include "language/KdoGlobal.h"
@@ -31,6 +34,15 @@ void ausgabeRoutine(Fehler& fehler, int art) {
     if (art == 1) return;
     if (art != 2) fehler.ausgabe(std::cerr);
     if (logStrom) fehler.ausgabe(*logStrom);
+}
+
+// The program's own file: the kernel knows it even when the program was
+// found through PATH, where the first command-line word is a bare name.
+std::string eigeneDatei(const char* argv0) {
+    char pfad[4096];
+    const ssize_t n = readlink("/proc/self/exe", pfad, sizeof pfad - 1);
+    if (n > 0) return std::string(pfad, static_cast<std::size_t>(n));
+    return argv0 ? argv0 : "";
 }
 
 void banner() {
@@ -111,6 +123,9 @@ int kivMain(int argc, char** argv) {
     // A reader that goes away (`kiv ... | head`) must not end the program in
     // the middle of a save; the console output is simply lost.
     std::signal(SIGPIPE, SIG_IGN);
+
+    // First: the banner and every message already see the terminal as it is.
+    const TerminalSitzung terminal;
     // A log that fails to open loses its output silently.
     auto* log = new std::ofstream("kiv.log", std::ios::out | std::ios::trunc);
     logStrom = log;
@@ -122,7 +137,7 @@ int kivMain(int argc, char** argv) {
 
     int exitStatus;
     {
-        KivProgramm kiv(argv[0]);
+        KivProgramm kiv(eigeneDatei(argv[0]).c_str());
         banner();
         exitStatus = fuehreAus(argc, argv);
     }

@@ -19,6 +19,8 @@
 
 String aktuelleZeile;
 
+PromptEingabe* Compiler::promptEingabe = nullptr;
+
 namespace {
 
 // `wort` is a fixed buffer of this size, NUL included, in the procedures'
@@ -206,7 +208,7 @@ KdoStatus Compiler::ausfuehreBatch(const String& dateiName, DynArray<String>* p,
 
     const bool mitDatei = !dateiName.istLeer();
     std::ifstream datei;
-    std::istream* strom = &std::cin;
+    std::istream* strom = promptEingabe ? &promptEingabe->strom() : &std::cin;
     bool geoeffnet = false;
     if (mitDatei) {
         datei.open(dateiName.c_str(), std::ios::in | std::ios::binary);
@@ -233,7 +235,10 @@ KdoStatus Compiler::ausfuehreBatch(const String& dateiName, DynArray<String>* p,
         do {
             if (!mitDatei) {
                 const KdoObjektBasis* o = aktuellesObjekt();
-                std::cout << praefix << '<' << typVon(o) << '>' << nameVon(o) << "> " << std::flush;
+                if (promptEingabe)
+                    promptEingabe->zeigePrompt((String(praefix) + "<" + typVon(o) + ">" + nameVon(o) + "> ").str());
+                else
+                    std::cout << praefix << '<' << typVon(o) << '>' << nameVon(o) << "> " << std::flush;
             }
             praefix = "_";
             const bool zeilenEnde = liesPhysischeZeile(*strom, physisch);

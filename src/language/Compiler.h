@@ -24,6 +24,7 @@
 
 #include <iosfwd>
 #include <memory>
+#include <string>
 
 #include "foundation/DynArray.h"
 #include "foundation/Liste.h"
@@ -46,6 +47,18 @@ private:
 
 public:
     String wert;
+};
+
+// Where the prompt reads from when a person types at a terminal (the frame
+// sets `Compiler::promptEingabe`); without it the prompt is printed on
+// standard output and the lines come from standard input.
+class PromptEingabe {
+public:
+    virtual ~PromptEingabe() = default;
+    // The prompt of the next physical line, in the program's own bytes.
+    virtual void zeigePrompt(const std::string& prompt) = 0;
+    // The typed lines, each ending in a line feed; end of input as usual.
+    virtual std::istream& strom() = 0;
 };
 
 class Compiler : public KdoParser {
@@ -108,6 +121,10 @@ public:
     };
     // Not owned; null removes it.
     static void setzeUebersetzer(Uebersetzer* uebersetzer) { uebersetzer_ = uebersetzer; }
+
+    // Null unless standard input and output are a terminal with an editor.
+    static PromptEingabe* promptEingabe;
+
 
     // The parser's hooks and semantic actions; see KdoParser.
     void errorMessage() override;

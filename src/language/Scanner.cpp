@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
+#include <string>
 
 #include "foundation/Abbruch.h"
 
@@ -162,29 +163,41 @@ struct Schluesselwort {
     dataInteger token;
 };
 
+// The keywords as users write them; the scanner compares upper case.
+constexpr std::array<KdoScanner::Schreibweise, 17> schreibweisen{{
+    {"anzeigeKdoObjekte", KdoToken::ANZEIGEKDOOBJEKTE},
+    {"ausfuehre", KdoToken::AUSFUEHRE},
+    {"ausfuehreTrans", KdoToken::AUSFUEHRETRANS},
+    {"DAT", KdoToken::DAT},
+    {"SYSOSP", KdoToken::SYSOSP},
+    {"return", KdoToken::RETURN},
+    {"returnMain", KdoToken::RETURNMAIN},
+    {"holeParameter", KdoToken::HOLEPARAMETER},
+    {"liefereName", KdoToken::LIEFERENAME},
+    {"exit", KdoToken::EXIT},
+    {"kdoOTypCheck", KdoToken::KDOOTYPCHECK},
+    {"imFehlerfall", KdoToken::IMFEHLERFALL},
+    {"anzeigeImFehlerfall", KdoToken::ANZEIGEIMFEHLERFALL},
+    {"umsetze", KdoToken::UMSETZE},
+    {"vater", KdoToken::VATER},
+    {"sohn", KdoToken::SOHN},
+    {"naechster", KdoToken::NAECHSTER},
+}};
+
 // Sorted by byte value once, then searched by halving.
 const std::array<Schluesselwort, 17>& schluesselwoerter() {
+    static const std::array<std::string, 17> gross = [] {
+        std::array<std::string, 17> g;
+        for (std::size_t i = 0; i < g.size(); ++i) {
+            g[i] = schreibweisen[i].wort;
+            for (char& c : g[i])
+                if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+        }
+        return g;
+    }();
     static const std::array<Schluesselwort, 17> tabelle = [] {
-        using namespace KdoToken;
-        std::array<Schluesselwort, 17> t{{
-            {"ANZEIGEKDOOBJEKTE", ANZEIGEKDOOBJEKTE},
-            {"AUSFUEHRE", AUSFUEHRE},
-            {"AUSFUEHRETRANS", AUSFUEHRETRANS},
-            {"DAT", DAT},
-            {"SYSOSP", SYSOSP},
-            {"RETURN", RETURN},
-            {"RETURNMAIN", RETURNMAIN},
-            {"HOLEPARAMETER", HOLEPARAMETER},
-            {"LIEFERENAME", LIEFERENAME},
-            {"EXIT", EXIT},
-            {"KDOOTYPCHECK", KDOOTYPCHECK},
-            {"IMFEHLERFALL", IMFEHLERFALL},
-            {"ANZEIGEIMFEHLERFALL", ANZEIGEIMFEHLERFALL},
-            {"UMSETZE", UMSETZE},
-            {"VATER", VATER},
-            {"SOHN", SOHN},
-            {"NAECHSTER", NAECHSTER},
-        }};
+        std::array<Schluesselwort, 17> t;
+        for (std::size_t i = 0; i < t.size(); ++i) t[i] = {gross[i].c_str(), schreibweisen[i].token};
         std::sort(t.begin(), t.end(),
                   [](const Schluesselwort& a, const Schluesselwort& b) { return std::strcmp(a.wort, b.wort) < 0; });
         return t;
@@ -210,6 +223,11 @@ dataInteger KdoScanner::sucheSchluesselwort(const char* wort) {
             unten = mitte + 1;
     }
     return KdoToken::NAME;
+}
+
+const KdoScanner::Schreibweise* KdoScanner::schluesselwortSchreibweisen(std::size_t& anzahl) {
+    anzahl = schreibweisen.size();
+    return schreibweisen.data();
 }
 
 void KdoScanner::fehlerStringEnde() { setzeFehler("Das Ende des Doppelt-Hochkomma-Strings wurde nicht gefunden."); }

@@ -14,6 +14,7 @@
 // Covered by tests/unit/language/ScannerTest.cpp.
 #pragma once
 
+#include <cstddef>
 #include <iosfwd>
 #include <vector>
 
@@ -137,6 +138,12 @@ public:
 
     // The keyword's token for an identifier in any case, else NAME.
     static dataInteger sucheSchluesselwort(const char* wort);
+    // The keywords as users write them, for the prompt's completion.
+    struct Schreibweise {
+        const char* wort;
+        dataInteger token;
+    };
+    static const Schreibweise* schluesselwortSchreibweisen(std::size_t& anzahl);
     // Stores the message of a string without its closing quote.
     void fehlerStringEnde();
 

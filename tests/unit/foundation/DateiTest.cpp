@@ -220,3 +220,19 @@ TEST_F(DateiTest, DevicesInPlaceAppendingAndFailures) {
     EXPECT_FALSE(ohneVerzeichnis.offen());
     EXPECT_EQ(ohneVerzeichnis.beende(), ENOENT);
 }
+
+// Installed, the program sits in bin/ and its data in share/kiv/; a file
+// beside the program still comes first.
+TEST_F(DateiTest, SystemFilesFallBackToTheSharedDataDirectory) {
+    const DateiName alt = programmDatei;
+    fs::create_directories(verzeichnis / "bin");
+    fs::create_directories(verzeichnis / "share" / "kiv");
+    schreibe("share/kiv/a.gram", "x");
+    schreibe("share/kiv/b.gram", "x");
+    schreibe("bin/b.gram", "x");
+    programmDatei = String(pfad("bin/kiv").c_str());
+    EXPECT_EQ(DateiName("a.gram").vervollstaendigt().liefereGanz(), pfad("bin/../share/kiv/a.gram"));
+    EXPECT_EQ(DateiName("b.gram").vervollstaendigt().liefereGanz(), pfad("bin/b.gram"));
+    EXPECT_EQ(DateiName("c.gram").vervollstaendigt().liefereGanz(), pfad("bin/c.gram"));
+    programmDatei = alt;
+}
