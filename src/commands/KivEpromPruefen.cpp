@@ -3,6 +3,7 @@
 // Covered by tests/unit/commands/KivEpromPruefenTest.cpp.
 #include <algorithm>
 #include <bit>
+#include <cstring>
 #include <cstdio>
 #include <fstream>
 #include <iomanip>
@@ -48,7 +49,7 @@ std::uint32_t zeigeDifferenzen(std::ostream& os, const String& name1, const Stri
     if (!name1.istLeer()) os << "Zeile 1: " << name1 << "\n" << "Zeile 2: " << name2 << "\n";
     if (end1 < anf1) return 0;
 
-    constexpr std::uint32_t block = 4096;   // whole lines of 16 addresses
+    constexpr std::uint32_t block = 65536;   // whole lines of 16 addresses
     std::vector<std::uint8_t> w1(block), w2(block), z1(block), z2(block);
     std::uint32_t unterschiede = 0;
     const std::uint64_t gesamt = std::uint64_t(end1) - anf1 + 1;
@@ -64,8 +65,12 @@ std::uint32_t zeigeDifferenzen(std::ostream& os, const String& name1, const Stri
         if (vorWrap < anzahl) anderes.liefereBytes(0, anzahl - vorWrap, w2.data() + vorWrap, z2.data() + vorWrap);
         eins.liefereBytes(a, anzahl, w1.data(), z1.data());
 
+        // Most of two images agree: let memcmp pass over the equal lines.
+        if (std::memcmp(w1.data(), w2.data(), anzahl) == 0 && std::memcmp(z1.data(), z2.data(), anzahl) == 0)
+            continue;
         for (std::uint32_t i = 0; i < anzahl; i += 16) {
             const std::uint32_t laenge = std::min<std::uint32_t>(16, anzahl - i);
+            if (std::memcmp(&w1[i], &w2[i], laenge) == 0 && std::memcmp(&z1[i], &z2[i], laenge) == 0) continue;
             std::uint32_t maske = 0;
             for (std::uint32_t k = 0; k < laenge; ++k) {
                 const std::uint32_t j = i + k;

@@ -37,9 +37,9 @@ void schreibeAdresse(std::ostream& os, adrInteger adr)
 }
 
 // Reads the bytes of an image at rising addresses as liefereByte without a
-// report would, a block at a time. In a free image a read in a 16 MiB window
-// that has no region yet creates one; such a byte is read alone and only
-// when asked for, never ahead.
+// report would, a stretch at a time. In a free image a read in a 16 MiB
+// window that has no region yet creates one; such a window is read only when
+// asked for, never ahead.
 class BildLeser {
 public:
     explicit BildLeser(Eprom& e) : eprom(e), frei(e.istFrei() != 0) {}
@@ -53,8 +53,7 @@ public:
 private:
     Eprom& eprom;
     bool frei;
-    std::vector<std::uint8_t> puffer;
-    std::uint8_t einzeln = 0;
+    std::vector<std::uint8_t> nullen = std::vector<std::uint8_t>(blockGroesse, 0);   // what storage-less stretches read
 };
 
 // The walk over the regions from `von` to `bis`, one match per call of
@@ -110,27 +109,15 @@ bool BildLeser::veraendert(adrInteger adr) const
 
 const std::uint8_t* BildLeser::zeige(adrInteger adr, adrInteger grenze, std::uint64_t& letzte)
 {
-    letzte = adr;
-    if (veraendert(adr)) {
-        // Read alone: this read makes the window's region, so that the next
-        // one can take whole blocks again.
-        einzeln = 0;
-        eprom.liefereByte(adr, einzeln, 0);
-        return &einzeln;
-    }
-    std::uint64_t ende = std::min<std::uint64_t>(grenze, std::uint64_t(adr) + blockGroesse - 1);
-    if (frei) {
-        int code;
-        adrInteger fensterEnde = adr;
-        eprom.liefereSegment(0).findeBereich(adr, code, fensterEnde);
-        ende = std::min<std::uint64_t>(ende, fensterEnde);
-    }
-    ende = std::max<std::uint64_t>(ende, adr);
-    const auto anzahl = static_cast<std::uint32_t>(ende - adr + 1);
-    puffer.resize(anzahl);
-    eprom.liefereBytes(adr, anzahl, puffer.data());
-    letzte = ende;
-    return puffer.data();
+    // A stretch never crosses a window of a free image, so the read leaves
+    // behind at most the region of the window it starts in.
+    EpromStrecke strecke;
+    eprom.liefereStrecke(adr, std::max(adr, grenze), strecke);
+    eprom.vermerkeLesen(adr, strecke.bis);
+    letzte = strecke.bis;
+    if (strecke.imEprom && strecke.daten) return strecke.daten;
+    letzte = std::min<std::uint64_t>(letzte, std::uint64_t(adr) + nullen.size() - 1);
+    return nullen.data();
 }
 
 // ---------------------------------------------------------------------------

@@ -7,9 +7,14 @@
 // After that it is *fixed* and accepts only addresses inside its regions.
 // Deleting the last region makes it free again.
 //
-// Reads are not free of side effects: reading an unknown address of a free
-// image grows the storage of the low region or inserts an empty region for a
-// higher window. Nothing may rely on reads leaving the image alone.
+// Reads never create storage. They keep one visible effect: reading an
+// address of a free image in a 16 MiB window above the low one that has no
+// region yet inserts an empty region for that window (vermerkeLesen), which
+// the region count and table show once they are rebuilt.
+//
+// Whole-image walks go by stretches (liefereStrecke, laufe): maximal runs of
+// addresses that read alike, either bytes side by side in storage or a range
+// without storage that reads as 0 with write count 0.
 //
 // Every walk over addresses stops at 0xFFFFFFFF instead of wrapping.
 // Ownership: an Eprom owns its segments, they own their regions, a region
@@ -28,6 +33,21 @@
 #include "foundation/Typen.h"
 
 class BearbeitungsFortschritt;
+
+// One stretch of a walk: von..bis read alike. `daten` and `anzSchr` point at
+// the bytes and write counts of von (bis - von + 1 of them follow), or are
+// null where that range has no storage: it reads as 0 with count 0.
+// `imEprom` is false where a read would fail (outside the regions of a fixed
+// image, or a region whose storage overran its limit). The pointers stay
+// valid until the image is next written.
+struct EpromStrecke {
+    adrInteger von = 0;
+    adrInteger bis = 0;
+    const std::uint8_t* daten = nullptr;
+    const std::uint8_t* anzSchr = nullptr;
+    bool imEprom = true;
+    std::uint64_t laenge() const { return std::uint64_t(bis) - von + 1; }
+};
 
 // One contiguous stretch of storage. The arrays are indexed by the absolute
 // address. An empty region has anfAdr 0xFFFFFFFF and endAdr 0.
@@ -124,6 +144,29 @@ public:
     int liefereBytes(adrInteger adr, std::uint32_t anzahl, std::uint8_t* ziel,
                      std::uint8_t* zaehler = nullptr);
 
+    // ---- Stretch walk ----
+    // The stretch that begins at `adr` and ends at `bis` at the latest
+    // (adr <= bis). Changes nothing.
+    void liefereStrecke(adrInteger adr, adrInteger bis, EpromStrecke& s) const;
+    // What reading von..bis leaves behind: the empty regions of untouched
+    // windows of a free image. Every walk calls it for what it reads.
+    void vermerkeLesen(adrInteger von, adrInteger bis);
+    // Walks von..bis (von <= bis) in address order, after vermerkeLesen;
+    // `f(const EpromStrecke&)` returns false to stop early.
+    template <typename F>
+    void laufe(adrInteger von, adrInteger bis, F f) {
+        vermerkeLesen(von, bis);
+        EpromStrecke s;
+        for (adrInteger a = von;; a = s.bis + 1) {
+            liefereStrecke(a, bis, s);
+            if (!f(static_cast<const EpromStrecke&>(s)) || s.bis >= bis) return;
+        }
+    }
+    // In a free image, widens the regions so that they span von..bis, as
+    // writes at every address would, without writing; `fuelle` then reaches
+    // every address of the range.
+    void umfasse(adrInteger von, adrInteger bis);
+
     // ---- Extent and regions ----
     adrInteger liefereAnfAdr() const;   // 0xFFFFFFFF when empty
     adrInteger liefereEndAdr() const;   // 0 when empty
@@ -160,9 +203,6 @@ public:
 private:
     int schreibe(adrInteger adr, std::uint8_t wert, int meldung);
     std::uint32_t schreibeSpanne(adrInteger adr, const std::uint8_t* quelle, std::uint32_t anzahl);
-    std::uint32_t leseSpanne(adrInteger adr, std::uint32_t max, const std::uint8_t*& daten,
-                             const std::uint8_t*& zaehler);
-    int sucheAnzSchr(adrInteger adr, std::uint8_t& anz);
     void nachSchreiben(int code, adrInteger von, adrInteger bis);
     void baueTabelle();
     void meldeNichtImEprom(const char* funktion, adrInteger adr);
