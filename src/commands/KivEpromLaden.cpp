@@ -251,6 +251,9 @@ std::uint32_t KivEprom::fuelleVonBis(adrInteger anf, adrInteger end, std::int64_
     std::uint32_t anzahl = 0;
     if (eprom->liefereAnfAdr() > lo && eprom->setzeByteMit(lo, byte)) ++anzahl;
     if (eprom->liefereEndAdr() < hi && eprom->setzeByteMit(hi, byte)) ++anzahl;
+    // A free image spans only what was written, window by window: without
+    // this a range over two windows would get its two end bytes only.
+    eprom->umfasse(lo, hi);
     anzahl += eprom->fuelle(byte, &lo, &hi);
     if (anzahl != 0) {
         Fehler("EPR-BYTES-FILLED-WITH", "KivEprom::fuelleVonBis", dezimal(anzahl) + " bytes -> " + hexGross(wert),
