@@ -1,6 +1,7 @@
 // The text displays of an Eprom: region listing, byte dump, occupancy runs
 // and the comparison of two images.
 // Covered by tests/unit/image/EpromAnzeigeTest.cpp.
+#include <cstring>
 #include <iomanip>
 #include <ostream>
 #include <sstream>
@@ -22,6 +23,19 @@ std::ostream& operator<<(std::ostream& os, Breit b) {
     os << std::setw(b.breite) << b.wert;
     os.fill(alt);
     return os;
+}
+
+// The index of the first of p[0] .. p[n - 1] that is not `w`, or n; eight
+// bytes a step, as the counts of a loaded image are long runs of one value.
+std::uint64_t gleichBis(const std::uint8_t* p, std::uint64_t n, std::uint8_t w) {
+    const std::uint64_t muster = 0x0101010101010101ull * w;
+    std::uint64_t i = 0;
+    for (std::uint64_t x; i + 8 <= n; i += 8) {
+        std::memcpy(&x, p + i, 8);
+        if (x != muster) break;
+    }
+    while (i < n && p[i] == w) ++i;
+    return i;
 }
 
 }  // namespace
@@ -128,11 +142,7 @@ std::uint32_t Eprom::anzeigeBelegung(std::ostream& os, adrInteger anf, adrIntege
                 const std::uint64_t n = s.laenge();
                 for (std::uint64_t j = 0; j < n;) {
                     const std::uint8_t w = s.anzSchr ? s.anzSchr[j] : 0;
-                    std::uint64_t k = j + 1;
-                    if (!s.anzSchr)
-                        k = n;
-                    else
-                        while (k < n && s.anzSchr[k] == w) ++k;
+                    const std::uint64_t k = s.anzSchr ? j + 1 + gleichBis(s.anzSchr + j + 1, n - j - 1, w) : n;
                     if (offen && w != c) zeile(start, static_cast<adrInteger>(s.von + j - 1), c);
                     if (!offen || w != c) start = static_cast<adrInteger>(s.von + j), c = w, offen = true;
                     j = k;

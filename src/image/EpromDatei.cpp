@@ -508,32 +508,30 @@ int EpromDateiBinaer::schreibe(Eprom& eprom, const adrInteger* startAdresse, con
     } else {
         BearbeitungsFortschritt fortschritt(10240, String("Schreibe Bytes"));
         std::ostream& os = *ausgabe.liefereStrom();
-        std::unique_ptr<std::uint8_t[]> bytes(new std::uint8_t[blockGroesse]);
-        std::unique_ptr<std::uint8_t[]> zaehler(new std::uint8_t[blockGroesse]);
-        for (adrInteger a = von;;) {
-            std::uint32_t n = static_cast<std::uint32_t>(std::min<std::uint64_t>(blockGroesse, std::uint64_t(bis) - a + 1));
-            if (!eprom.liefereBytes(a, n, bytes.get(), zaehler.get())) {
-                // Some byte was refused: go byte by byte so that its report
-                // comes where it belongs.
-                for (std::uint32_t i = 0; i < n; ++i) {
-                    zaehler[i] = eprom.liefereAnzSchr(a + i);
-                    if (zaehler[i] == 0) break;
-                    eprom.liefereByte(a + i, bytes[i], 1);
+        eprom.laufe(von, bis, [&](const EpromStrecke& s) {
+            const auto n = static_cast<std::uint32_t>(s.laenge());
+            // The written bytes up to the first gap.
+            const void* luecke = s.anzSchr ? std::memchr(s.anzSchr, 0, n) : s.anzSchr;
+            std::uint32_t gut = !s.anzSchr ? 0 : luecke ? static_cast<std::uint32_t>(static_cast<const std::uint8_t*>(luecke) - s.anzSchr) : n;
+            if (s.imEprom && s.daten) {
+                os.write(reinterpret_cast<const char*>(s.daten), gut);
+            } else {
+                // Refused bytes are reported one by one, where they belong.
+                for (std::uint32_t i = 0; i < gut; ++i) {
+                    std::uint8_t byte = 0;
+                    eprom.liefereByte(s.von + i, byte, 1);
+                    os.put(static_cast<char>(byte));
                 }
             }
-            std::uint32_t gut = 0;
-            while (gut < n && zaehler[gut] != 0) ++gut;
-            os.write(reinterpret_cast<const char*>(bytes.get()), gut);
             fortschritt += static_cast<dataInteger>(gut);
             if (gut < n) {
                 Fehler("GAP-IN-EPROM", "EpromDateiBinaer::schreibe",
                        String(klein(von) + " - " + klein(bis)), 'E');
                 ergebnis = 0;
-                break;
+                return false;
             }
-            if (std::uint64_t(a) + n > bis) break;
-            a += n;
-        }
+            return true;
+        });
     }
     ausgabe.schliesseStill();
     if (!ergebnis) {
