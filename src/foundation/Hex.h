@@ -49,9 +49,9 @@ inline char* zahl(char* p, std::uint64_t wert, int breite, bool grossBuchstaben 
 // a HexAusgabe on it holds text.
 class HexAusgabe {
 public:
-    explicit HexAusgabe(std::ostream& os)
-        : os_(os), gross_((os.flags() & std::ios::uppercase) != 0),
-          paare_(gross_ ? hex::paareGross : hex::paareKlein) {}
+    explicit HexAusgabe(std::ostream& os) : HexAusgabe(os, (os.flags() & std::ios::uppercase) != 0) {}
+    HexAusgabe(std::ostream& os, bool grossBuchstaben)
+        : os_(os), gross_(grossBuchstaben), paare_(gross_ ? hex::paareGross : hex::paareKlein) {}
     ~HexAusgabe() { leere(); }
     HexAusgabe(const HexAusgabe&) = delete;
     HexAusgabe& operator=(const HexAusgabe&) = delete;
@@ -79,6 +79,20 @@ public:
         p[0] = paare_[b][0];
         p[1] = paare_[b][1];
         n_ += 2;
+    }
+    // Two hex digits for each of n bytes.
+    void bytes(const std::uint8_t* b, std::size_t n) {
+        while (n) {
+            std::size_t k = n < sizeof puffer_ / 2 ? n : sizeof puffer_ / 2;
+            char* p = platz(2 * k);
+            for (std::size_t i = 0; i < k; ++i) {
+                p[2 * i] = paare_[b[i]][0];
+                p[2 * i + 1] = paare_[b[i]][1];
+            }
+            n_ += 2 * k;
+            b += k;
+            n -= k;
+        }
     }
     // Hex, at least `breite` digits filled with '0'.
     void zahl(std::uint64_t v, int breite) { fertig(hex::zahl(platz(16), v, breite, gross_)); }

@@ -479,6 +479,26 @@ int Eprom::liefereBytes(adrInteger adr, std::uint32_t anzahl, std::uint8_t* ziel
 // Stretch walk
 // ===================================================================
 
+const std::uint8_t* EpromLeser::lies(adrInteger adr, std::uint32_t anzahl, bool& ok) {
+    ok = true;
+    if (anzahl == 0) return nullptr;
+    const std::uint64_t ende = std::uint64_t(adr) + anzahl - 1;
+    if (ende <= 0xFFFFFFFF) {
+        if (!hat_ || adr < strecke_.von || ende > strecke_.bis) {
+            eprom_.liefereStrecke(adr, 0xFFFFFFFF, strecke_);
+            hat_ = true;
+        }
+        // Stored bytes belong to a region: reading them leaves nothing behind.
+        if (ende <= strecke_.bis && strecke_.imEprom && strecke_.daten)
+            return strecke_.daten + (adr - strecke_.von);
+    }
+    puffer_.resize(anzahl);
+    const auto vorUmbruch = static_cast<std::uint32_t>(std::min<std::uint64_t>(anzahl, 0x100000000ull - adr));
+    ok = eprom_.liefereBytes(adr, vorUmbruch, puffer_.data()) != 0;
+    if (vorUmbruch < anzahl && !eprom_.liefereBytes(0, anzahl - vorUmbruch, puffer_.data() + vorUmbruch)) ok = false;
+    return puffer_.data();
+}
+
 namespace {
 
 // Narrows `n` (at least 1) to the addresses from `adr` on that one array

@@ -214,3 +214,21 @@ private:
     std::int32_t besitztSegmente = 1;
     std::int32_t fuehreBereiche = 1;
 };
+
+// Hands out the bytes of rising addresses to the file writers: straight from
+// storage where a request lies in one stretch, else gathered as liefereBytes
+// gathers them. The image must not be written while one is in use.
+class EpromLeser {
+public:
+    explicit EpromLeser(Eprom& eprom) : eprom_(eprom) {}
+    // `anzahl` bytes from `adr` (wrapping past 0xFFFFFFFF as addresses do);
+    // `ok` is false if one was not in the image (it reads as 0). The
+    // pointer stays valid up to the next call.
+    const std::uint8_t* lies(adrInteger adr, std::uint32_t anzahl, bool& ok);
+
+private:
+    Eprom& eprom_;
+    EpromStrecke strecke_;
+    bool hat_ = false;
+    std::vector<std::uint8_t> puffer_;
+};

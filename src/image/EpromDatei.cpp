@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "foundation/Datei.h"
+#include "foundation/Hex.h"
 #include "image/Eprom.h"
 #include "image/HexText.h"
 #include "image/HexZeile.h"
@@ -229,7 +230,12 @@ int EpromDateiIntel::schreibe(Eprom& eprom, std::ostream& os, adrInteger von, ad
     int ergebnis = 1;
     bool lang = false;
     auto dateiAdr = [&](adrInteger a) { return externeAdresse ? a + (*externeAdresse - von) : a; };
+    // Data lines collect in one buffer; the other records go straight to the
+    // stream, after what is collected.
+    HexAusgabe aus(os, true);
+    EpromLeser leser(eprom);
     auto erweiterung = [&](adrInteger f) {
+        aus.leere();
         if (lang)
             schreibeLinearZeile(os, f, extAdr);
         else
@@ -258,7 +264,7 @@ int EpromDateiIntel::schreibe(Eprom& eprom, std::ostream& os, adrInteger von, ad
                     }
                     std::uint32_t n = nutzBytes - f % nutzBytes;
                     if (std::uint64_t(a) + nutzBytes - 1 > rb) n = rb - a + 1;
-                    ergebnis = IntelHexZeileDaten().schreibe(os, eprom, a, n, extAdr, &von, externeAdresse);
+                    ergebnis = IntelHexZeileDaten().schreibe(aus, leser, a, n, extAdr, &von, externeAdresse);
                     zaehle();
                     if (std::uint64_t(a) + n > rb) break;
                     a += n;
@@ -267,6 +273,7 @@ int EpromDateiIntel::schreibe(Eprom& eprom, std::ostream& os, adrInteger von, ad
             if (rb == 0xFFFFFFFF || !eprom.liefereBereich(rb + 1, rv, rb)) break;
         }
     }
+    aus.leere();
     os << ":00000001FF\n";
     return os.good() ? ergebnis : 0;
 }
@@ -370,11 +377,14 @@ int EpromDateiMotorola::schreibe(Eprom& eprom, std::ostream& os, adrInteger von,
             }
             kopfZeile->schreibe(os);
             zaehle();
+            HexAusgabe aus(os, true);
+            EpromLeser leser(eprom);
             while (rv <= limit) {
                 rb = std::min(rb, limit);
                 if (rv <= rb) {
                     for (adrInteger a = rv;;) {
                         adrInteger f = a + delta;
+                        if ((modus == S1S9 && f >= 0x10000) || (modus == S2S8 && f >= 0x1000000)) aus.leere();
                         if (modus == S1S9 && f >= 0x10000) {
                             MotorolaHexZeileS9().schreibe(os);
                             zaehle();
@@ -388,11 +398,11 @@ int EpromDateiMotorola::schreibe(Eprom& eprom, std::ostream& os, adrInteger von,
                         std::uint32_t n = nutzBytes - f % nutzBytes;
                         if (std::uint64_t(a) + nutzBytes - 1 > rb) n = rb - a + 1;
                         if (modus == S2S8)
-                            ergebnis = MotorolaHexZeileS2().schreibe(os, eprom, a, f, n);
+                            ergebnis = MotorolaHexZeileS2().schreibe(aus, leser, a, f, n);
                         else if (modus == S3S7)
-                            ergebnis = MotorolaHexZeileS3().schreibe(os, eprom, a, f, n);
+                            ergebnis = MotorolaHexZeileS3().schreibe(aus, leser, a, f, n);
                         else
-                            ergebnis = MotorolaHexZeileS1().schreibe(os, eprom, a, f, n);
+                            ergebnis = MotorolaHexZeileS1().schreibe(aus, leser, a, f, n);
                         zaehle();
                         if (std::uint64_t(a) + n > rb) break;
                         a += n;

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <ostream>
 
+#include "foundation/Hex.h"
 #include "image/Eprom.h"
 #include "image/HexText.h"
 #include "reporting/Fehler.h"
@@ -36,22 +37,13 @@ int speichereAlle(Eprom& eprom, adrInteger adr, const std::uint8_t* p, std::uint
     return ok;
 }
 
-// Fetches n bytes from the image onto the line, adding them to `summe`.
-int schreibeBytes(SchreibPuffer& p, Eprom& eprom, adrInteger adr, std::uint32_t n, std::uint32_t& summe) {
-    int ok = 1;
-    std::uint8_t puffer[1024];
-    for (std::uint32_t i = 0; i < n;) {
-        adrInteger a = adr + i;
-        std::uint32_t k = static_cast<std::uint32_t>(
-            std::min<std::uint64_t>({n - i, sizeof puffer, (std::uint64_t(1) << 32) - a}));
-        if (!eprom.liefereBytes(a, k, puffer)) ok = 0;
-        for (std::uint32_t j = 0; j < k; ++j) {
-            p.byte(puffer[j]);
-            summe += puffer[j];
-        }
-        i += k;
-    }
-    return ok;
+// Puts n bytes of the image onto the line, adding them to `summe`.
+int schreibeBytes(HexAusgabe& aus, EpromLeser& leser, adrInteger adr, std::uint32_t n, std::uint32_t& summe) {
+    bool ok = true;
+    const std::uint8_t* bytes = leser.lies(adr, n, ok);
+    aus.bytes(bytes, n);
+    for (std::uint32_t j = 0; j < n; ++j) summe += bytes[j];
+    return ok ? 1 : 0;
 }
 
 // The first two data bytes are read whatever the count says; a byte the
@@ -166,18 +158,24 @@ int IntelHexZeileDaten::speichere(Eprom& eprom, adrInteger basis, const adrInteg
 
 int IntelHexZeileDaten::schreibe(std::ostream& os, Eprom& eprom, adrInteger adr, std::uint32_t anz,
                                  adrInteger basis, const adrInteger* anfAdr, const adrInteger* externeAdr) {
+    HexAusgabe aus(os, true);
+    EpromLeser leser(eprom);
+    return schreibe(aus, leser, adr, anz, basis, anfAdr, externeAdr);
+}
+
+int IntelHexZeileDaten::schreibe(HexAusgabe& aus, EpromLeser& leser, adrInteger adr, std::uint32_t anz,
+                                 adrInteger basis, const adrInteger* anfAdr, const adrInteger* externeAdr) {
     adrInteger dateiAdr = adr;
     if (externeAdr) dateiAdr = adr + *externeAdr - (anfAdr ? *anfAdr : 0);
     dateiAdr -= basis;
-    SchreibPuffer p(os);
-    p.zeichen(':');
-    p.zahl(anz, 2);
-    p.zahl(dateiAdr & 0xFFFF, 4);
-    p.text("00");
+    aus.zeichen(':');
+    aus.zahl(anz, 2);
+    aus.zahl(dateiAdr & 0xFFFF, 4);
+    aus.text("00");
     std::uint32_t summe = anz + ((dateiAdr >> 8) & 0xFF) + (dateiAdr & 0xFF);
-    int ok = schreibeBytes(p, eprom, adr, anz, summe);
-    p.zahl((0u - summe) & 0xFF, 2);
-    p.zeichen('\n');
+    int ok = schreibeBytes(aus, leser, adr, anz, summe);
+    aus.zahl((0u - summe) & 0xFF, 2);
+    aus.zeichen('\n');
     return ok;
 }
 
@@ -390,21 +388,27 @@ int MotorolaHexZeileDaten::speichere(Eprom& eprom, const adrInteger* anfAdr, con
 
 int MotorolaHexZeileDaten::schreibe(std::ostream& os, Eprom& eprom, adrInteger adr, adrInteger fileAdr,
                                     std::uint32_t anz) {
+    HexAusgabe aus(os, true);
+    EpromLeser leser(eprom);
+    return schreibe(aus, leser, adr, fileAdr, anz);
+}
+
+int MotorolaHexZeileDaten::schreibe(HexAusgabe& aus, EpromLeser& leser, adrInteger adr, adrInteger fileAdr,
+                                    std::uint32_t anz) {
     adresse = fileAdr;
     anzahl = static_cast<std::int16_t>(std::min<std::uint32_t>(anz, 0x7FFF));
-    SchreibPuffer p(os);
     std::uint32_t zaehl = anz + static_cast<std::uint32_t>(adrBytes_) + 1;
-    p.zeichen('S');
-    p.zeichen(typZiffer_);
-    p.zahl(zaehl, 2);
+    aus.zeichen('S');
+    aus.zeichen(typZiffer_);
+    aus.zahl(zaehl, 2);
     summe = zaehl;
     for (int k = adrBytes_ - 1; k >= 0; --k) {
         std::uint32_t b = (fileAdr >> (8 * k)) & 0xFF;
-        p.zahl(b, 2);
+        aus.zahl(b, 2);
         summe += b;
     }
-    int ok = schreibeBytes(p, eprom, adr, anz, summe);
-    p.zahl(~summe & 0xFF, 2);
-    p.zeichen('\n');
+    int ok = schreibeBytes(aus, leser, adr, anz, summe);
+    aus.zahl(~summe & 0xFF, 2);
+    aus.zeichen('\n');
     return ok;
 }
