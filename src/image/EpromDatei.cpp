@@ -45,6 +45,14 @@ public:
             }
             std::size_t nimm = std::min(ende_ - pos_, maxZeile - n);
             const char* nl = static_cast<const char*>(std::memchr(puffer_.get() + pos_, '\n', nimm));
+            if (nl && n == 0) {
+                // The whole line lies in the block: hand it out from there.
+                const char* anfang = puffer_.get() + pos_;
+                std::size_t k = static_cast<std::size_t>(nl - anfang);
+                pos_ += k + 1;
+                zeile = std::string_view(anfang, strnlen(anfang, k));
+                return true;
+            }
             if (nl) {
                 std::size_t k = static_cast<std::size_t>(nl - (puffer_.get() + pos_));
                 std::memcpy(zeile_ + n, puffer_.get() + pos_, k);

@@ -41,8 +41,21 @@ int speichereAlle(Eprom& eprom, adrInteger adr, const std::uint8_t* p, std::uint
 int schreibeBytes(HexAusgabe& aus, EpromLeser& leser, adrInteger adr, std::uint32_t n, std::uint32_t& summe) {
     bool ok = true;
     const std::uint8_t* bytes = leser.lies(adr, n, ok);
-    aus.bytes(bytes, n);
-    for (std::uint32_t j = 0; j < n; ++j) summe += bytes[j];
+    if (n > 16384) {
+        aus.bytes(bytes, n);
+        for (std::uint32_t j = 0; j < n; ++j) summe += bytes[j];
+        return ok ? 1 : 0;
+    }
+    char* p = aus.platz(2 * n);
+    std::uint32_t s = 0;
+    for (std::uint32_t j = 0; j < n; ++j) {
+        const auto& paar = hex::paareGross[bytes[j]];
+        p[2 * j] = paar[0];
+        p[2 * j + 1] = paar[1];
+        s += bytes[j];
+    }
+    aus.fertig(p + 2 * n);
+    summe += s;
     return ok ? 1 : 0;
 }
 
@@ -69,16 +82,20 @@ int IntelHexZeile::zerlege() {
     std::uint8_t by[maxDaten + 6];
     const char* p = text_.data();
     const std::size_t n = text_.size();
+    // Blanks at the end (a CR before the newline) only shorten the line.
+    std::size_t m = n;
+    while (m > 1 && istLeer(p[m - 1])) --m;
     bool fertig = false;
-    if (n % 2 == 1 && n <= 2 * sizeof by + 1) {
+    if (m >= 11 && m % 2 == 1 && m <= 2 * sizeof by + 1) {
         // The usual line: nothing but digits behind the first character.
-        int alle = 0;
-        for (std::size_t k = 0; 2 * k + 2 < n; ++k) {
-            int h = wert(p[2 * k + 1]), l = wert(p[2 * k + 2]);
-            alle |= h | l;
-            by[k] = static_cast<std::uint8_t>(h * 16 + l);
+        unsigned alle = 0;
+        for (std::size_t k = 0; 2 * k + 2 < m; ++k) {
+            const std::uint16_t w = hextext::paarWert(p + 2 * k + 1);
+            alle |= w;
+            by[k] = static_cast<std::uint8_t>(w);
         }
-        fertig = alle >= 0;
+        fertig = alle < 0x100;
+        if (fertig) laenge -= static_cast<std::int32_t>(n - m);
     }
     if (!fertig) {
         std::size_t gesammelt = 0;
@@ -267,7 +284,24 @@ int MotorolaHexZeile::zerlege() {
     lesePos_ = 0;
     // Local counters: the byte stores below could alias the members.
     int gesammelt = 0, leer = 0;
-    for (std::size_t i = 1; i < text_.size(); ++i) {
+    // The usual line, nothing but digits, without a branch per character.
+    // Locals again: stores to ziffern_ could alias text_ itself.
+    const char* const t = text_.data();
+    const std::size_t n = text_.size();
+    std::uint8_t* const z = ziffern_;
+    std::size_t m = n;
+    while (m > 1 && istLeer(t[m - 1])) --m;
+    int alleZiffern = n <= sizeof ziffern_ ? 0 : -1;
+    for (std::size_t i = 1; alleZiffern >= 0 && i < m; ++i) {
+        int v = wert(t[i]);
+        alleZiffern |= v;
+        z[i - 1] = static_cast<std::uint8_t>(v);
+    }
+    if (alleZiffern >= 0) {
+        gesammelt = static_cast<int>(m) - 1;
+        leer = static_cast<int>(n - m);
+    }
+    for (std::size_t i = 1; alleZiffern < 0 && i < text_.size(); ++i) {
         char c = text_[i];
         int v = wert(c);
         if (v >= 0) {
@@ -301,11 +335,25 @@ int MotorolaHexZeile::zerlege() {
         Fehler("HEXFILE-BYTECOUNT", "MotorolaHexZeile::zerlege", String(t), 'W');
         return 0;
     }
-    for (int i = 0; i < anzahl; ++i) {
-        std::uint32_t w = 0;
-        liesHexPaar(w);
-        daten[i] = static_cast<std::uint8_t>(w);
-        summe += w;
+    if (anzahl > 0 && lesePos_ + 2 * anzahl <= anzZiffern_) {
+        const std::uint8_t* q = ziffern_ + lesePos_;
+        std::uint8_t* d = daten;
+        std::uint32_t s = summe;
+        for (int i = 0; i < anzahl; ++i) {
+            const std::uint32_t w = q[2 * i] * 16u + q[2 * i + 1];
+            d[i] = static_cast<std::uint8_t>(w);
+            s += w;
+        }
+        summe = s;
+        lesePos_ += 2 * anzahl;
+        laenge = static_cast<std::int16_t>(laenge - 2 * anzahl);
+    } else {
+        for (int i = 0; i < anzahl; ++i) {
+            std::uint32_t w = 0;
+            liesHexPaar(w);
+            daten[i] = static_cast<std::uint8_t>(w);
+            summe += w;
+        }
     }
     std::uint32_t gelesen = 0;
     liesHexPaar(gelesen);
