@@ -11,6 +11,7 @@
 //
 // Covered by tests/unit/commands/KivEpromPruefenSucheTest.cpp.
 #include <algorithm>
+#include <cstring>
 #include <iomanip>
 #include <ostream>
 #include <sstream>
@@ -76,6 +77,8 @@ private:
     bool laufeZeile(adrInteger& treffer);
     void weiter();
     bool liestX();
+    bool springe(std::uint64_t& sl, std::uint64_t& xl, const std::uint8_t* block, std::uint64_t blockAnf,
+                 std::uint64_t bisLesbar, std::uint64_t letzterStart);
 
     Eprom& eprom;
     BildLeser leser;
@@ -192,6 +195,32 @@ int MusterSuche::naechster(adrInteger& treffer)
     return 0;
 }
 
+bool MusterSuche::springe(std::uint64_t& sl, std::uint64_t& xl, const std::uint8_t* block, std::uint64_t blockAnf,
+                          std::uint64_t bisLesbar, std::uint64_t letzterStart)
+{
+    // With the automaton empty, a start can only match at a byte equal to
+    // the pattern's first. Where the starts still open and the bytes ahead
+    // hold none, each of those starts fails and steps by one: memchr finds
+    // the next candidate, and the walk resumes lang - 1 bytes before it,
+    // with the ring holding what it would have read.
+    const std::uint8_t erstes = muster[0];
+    for (std::uint64_t t = sl; t < xl; ++t)
+        if (ring[t & ringMaske] == erstes) return false;
+    // The starts jumped to stay within this region's.
+    if (letzterStart + laenge < 2) return false;
+    std::uint64_t bis = std::min(bisLesbar, letzterStart + laenge - 2);
+    if (bis < xl + 64) return false;
+    const std::uint8_t* q = block + (xl - blockAnf);
+    const void* f = std::memchr(q, erstes, bis - xl + 1);
+    const std::uint64_t p = f ? xl + static_cast<std::uint64_t>(static_cast<const std::uint8_t*>(f) - q) : bis + 1;
+    if (p < xl + 64) return false;
+    for (std::uint64_t t = std::max(xl, p - std::min<std::uint64_t>(p, laenge)); t < p; ++t)
+        ring[t & ringMaske] = block[t - blockAnf];
+    if (p + 1 > laenge) sl = std::max(sl, p + 1 - laenge);
+    xl = p;
+    return true;
+}
+
 bool MusterSuche::laufeZeile(adrInteger& treffer)
 {
     // The state in locals: the ring's byte stores could otherwise alias
@@ -234,6 +263,7 @@ bool MusterSuche::laufeZeile(adrInteger& treffer)
                 block = leser.zeige(static_cast<adrInteger>(xl), static_cast<adrInteger>(ende), blockEnde);
                 blockAnf = xl;
             }
+            if (ql == 0 && springe(sl, xl, block, blockAnf, std::min(blockEnde, ende), letzterStart)) continue;
             const std::uint8_t c = block[xl - blockAnf];
             ri[xl & maske] = c;
             while (ql > 0 && (ql == lang || m[ql] != c)) ql = r[ql];
