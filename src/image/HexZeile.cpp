@@ -291,11 +291,23 @@ int MotorolaHexZeile::zerlege() {
     std::uint8_t* const z = ziffern_;
     std::size_t m = n;
     while (m > 1 && istLeer(t[m - 1])) --m;
-    int alleZiffern = n <= sizeof ziffern_ ? 0 : -1;
-    for (std::size_t i = 1; alleZiffern >= 0 && i < m; ++i) {
-        int v = wert(t[i]);
-        alleZiffern |= v;
-        z[i - 1] = static_cast<std::uint8_t>(v);
+    int alleZiffern = -1;
+    if (n <= sizeof ziffern_ && m >= 2) {
+        // The type digit, then two digits per lookup.
+        unsigned alle = wert(t[1]) < 0 ? 0x100u : 0u;
+        z[0] = static_cast<std::uint8_t>(wert(t[1]));
+        std::size_t i = 2;
+        for (; i + 1 < m; i += 2) {
+            const std::uint16_t w = hextext::paarWert(t + i);
+            alle |= w;
+            z[i - 1] = static_cast<std::uint8_t>(w >> 4);
+            z[i] = static_cast<std::uint8_t>(w & 15);
+        }
+        if (i < m) {
+            alle |= wert(t[i]) < 0 ? 0x100u : 0u;
+            z[i - 1] = static_cast<std::uint8_t>(wert(t[i]));
+        }
+        if (alle < 0x100) alleZiffern = 0;
     }
     if (alleZiffern >= 0) {
         gesammelt = static_cast<int>(m) - 1;
