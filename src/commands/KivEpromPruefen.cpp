@@ -40,8 +40,8 @@ std::uint64_t schreibeLauf(std::ostream& os, adrInteger von, adrInteger bis, int
 // The comparison display of two images, as Eprom::anzeigeDifferenzen gives
 // it, read in blocks: the byte-by-byte lookups of the image's own display
 // make a comparison of 16 MiB take seconds. Each address is read once in
-// both images, as the display reads it, so reads that change an image (free
-// images grow) do the same. Gives the number of differing addresses.
+// both images, as the display reads it, so the regions that reads leave in
+// free images are the same. Gives the number of differing addresses.
 std::uint32_t zeigeDifferenzen(std::ostream& os, const String& name1, const String& name2, Eprom& eins,
                                Eprom& anderes, adrInteger anf1, adrInteger anf2, adrInteger end1)
 {

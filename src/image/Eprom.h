@@ -91,7 +91,9 @@ public:
     // gives the same region with the same code.
     EpromBereich* findeBereich(adrInteger adr, int& code, adrInteger& grenze) const;
 
-    // Reads of one element; -1 when not in the image or the array is frozen.
+    // Reads of one element through sucheBereich, creating storage as they
+    // go; -1 when not in the image or the array is frozen. Writes use them;
+    // image reads go by stretches instead.
     int liesDaten(adrInteger adr, std::uint8_t& byte);
     int liesAnzSchr(adrInteger adr, std::uint8_t& anz);
 
@@ -128,7 +130,9 @@ public:
     int liefereByte(adrInteger adr, std::uint8_t& byte, int meldung);
     std::uint8_t liefereAnzSchrMit(adrInteger adr);
     std::uint8_t liefereAnzSchr(adrInteger adr);
-    // The common lookup: -1, 0, 1, 2 and the segment that answered.
+    // The lookup of a write: -1, 0, 1, 2 and the segment that answered.
+    // Unlike the reads above it may create storage (and a region) for
+    // `adr`, which the write then fills.
     int sucheByte(adrInteger adr, std::uint8_t& byte, int& segNr);
 
     // Bulk forms for the file readers and writers; they leave the image
