@@ -242,6 +242,7 @@ int EpromDateiIntel::schreibe(Eprom& eprom, std::ostream& os, adrInteger von, ad
     // stream, after what is collected.
     HexAusgabe aus(os, true);
     EpromLeser leser(eprom);
+    IntelHexZeileDaten datenZeile;   // one for all lines: a fresh one costs clearing its bytes
     auto erweiterung = [&](adrInteger f) {
         aus.leere();
         if (lang)
@@ -272,7 +273,7 @@ int EpromDateiIntel::schreibe(Eprom& eprom, std::ostream& os, adrInteger von, ad
                     }
                     std::uint32_t n = nutzBytes - f % nutzBytes;
                     if (std::uint64_t(a) + nutzBytes - 1 > rb) n = rb - a + 1;
-                    ergebnis = IntelHexZeileDaten().schreibe(aus, leser, a, n, extAdr, &von, externeAdresse);
+                    ergebnis = datenZeile.schreibe(aus, leser, a, n, extAdr, &von, externeAdresse);
                     zaehle();
                     if (std::uint64_t(a) + n > rb) break;
                     a += n;
@@ -387,6 +388,9 @@ int EpromDateiMotorola::schreibe(Eprom& eprom, std::ostream& os, adrInteger von,
             zaehle();
             HexAusgabe aus(os, true);
             EpromLeser leser(eprom);
+            MotorolaHexZeileS1 s1;
+            MotorolaHexZeileS2 s2;
+            MotorolaHexZeileS3 s3;
             while (rv <= limit) {
                 rb = std::min(rb, limit);
                 if (rv <= rb) {
@@ -406,11 +410,11 @@ int EpromDateiMotorola::schreibe(Eprom& eprom, std::ostream& os, adrInteger von,
                         std::uint32_t n = nutzBytes - f % nutzBytes;
                         if (std::uint64_t(a) + nutzBytes - 1 > rb) n = rb - a + 1;
                         if (modus == S2S8)
-                            ergebnis = MotorolaHexZeileS2().schreibe(aus, leser, a, f, n);
+                            ergebnis = s2.schreibe(aus, leser, a, f, n);
                         else if (modus == S3S7)
-                            ergebnis = MotorolaHexZeileS3().schreibe(aus, leser, a, f, n);
+                            ergebnis = s3.schreibe(aus, leser, a, f, n);
                         else
-                            ergebnis = MotorolaHexZeileS1().schreibe(aus, leser, a, f, n);
+                            ergebnis = s1.schreibe(aus, leser, a, f, n);
                         zaehle();
                         if (std::uint64_t(a) + n > rb) break;
                         a += n;

@@ -185,14 +185,21 @@ int IntelHexZeileDaten::schreibe(HexAusgabe& aus, EpromLeser& leser, adrInteger 
     adrInteger dateiAdr = adr;
     if (externeAdr) dateiAdr = adr + *externeAdr - (anfAdr ? *anfAdr : 0);
     dateiAdr -= basis;
-    aus.zeichen(':');
-    aus.zahl(anz, 2);
-    aus.zahl(dateiAdr & 0xFFFF, 4);
-    aus.text("00");
     std::uint32_t summe = anz + ((dateiAdr >> 8) & 0xFF) + (dateiAdr & 0xFF);
+    // The whole line at once into the buffer; the room asked for covers a
+    // count of more than two digits.
+    char* p = aus.platz(32);
+    *p++ = ':';
+    p = hex::zahl(p, anz, 2);
+    p = hex::zahl(p, dateiAdr & 0xFFFF, 4);
+    *p++ = '0';
+    *p++ = '0';
+    aus.fertig(p);
     int ok = schreibeBytes(aus, leser, adr, anz, summe);
-    aus.zahl((0u - summe) & 0xFF, 2);
-    aus.zeichen('\n');
+    p = aus.platz(3);
+    p = hex::zahl(p, (0u - summe) & 0xFF, 2);
+    *p++ = '\n';
+    aus.fertig(p);
     return ok;
 }
 
