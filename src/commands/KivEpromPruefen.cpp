@@ -14,6 +14,7 @@
 
 #include "commands/KivEprom.h"
 #include "foundation/Datei.h"
+#include "foundation/Hex.h"
 #include "image/Eprom.h"
 #include "language/KdoGlobal.h"
 #include "language/KdoKommando.h"
@@ -53,8 +54,7 @@ std::uint32_t zeigeDifferenzen(std::ostream& os, const String& name1, const Stri
     std::vector<std::uint8_t> w1(block), w2(block), z1(block), z2(block);
     std::uint32_t unterschiede = 0;
     const std::uint64_t gesamt = std::uint64_t(end1) - anf1 + 1;
-    std::string text;
-    char feld[16];
+    HexAusgabe aus(os);
     for (std::uint64_t fertig = 0; fertig < gesamt; fertig += block) {
         const auto anzahl = static_cast<std::uint32_t>(std::min<std::uint64_t>(gesamt - fertig, block));
         const auto a = static_cast<adrInteger>(anf1 + fertig);
@@ -78,36 +78,36 @@ std::uint32_t zeigeDifferenzen(std::ostream& os, const String& name1, const Stri
             }
             if (!maske) continue;
             unterschiede += static_cast<std::uint32_t>(std::popcount(maske));
-            text.clear();
-            std::snprintf(feld, sizeof feld, "%06X", static_cast<unsigned>(a + i));
-            text.append("Daten [").append(feld).append("]\t = ");
+            aus.text("Daten [");
+            aus.zahl(a + i, 6);
+            aus.text("]\t = ");
             for (std::uint32_t k = 0; k < laenge; ++k) {
                 if (z1[i + k]) {
-                    std::snprintf(feld, sizeof feld, "%02X ", w1[i + k]);
-                    text += feld;
+                    aus.byte(w1[i + k]);
+                    aus.zeichen(' ');
                 } else {
-                    text += "-- ";
+                    aus.text("-- ");
                 }
             }
-            text += "\n";
+            aus.zeichen('\n');
             if (anf1 != anf2) {
-                std::snprintf(feld, sizeof feld, "%06X", static_cast<unsigned>(b + i));
-                text.append("Daten [").append(feld).append("]\t = ");
+                aus.text("Daten [");
+                aus.zahl(static_cast<adrInteger>(b + i), 6);
+                aus.text("]\t = ");
             } else {
-                text += "\t\t   ";
+                aus.text("\t\t   ");
             }
             for (std::uint32_t k = 0; k < laenge; ++k) {
                 if (!(maske & (1u << k))) {
-                    text += ".. ";
+                    aus.text(".. ");
                 } else if (z2[i + k]) {
-                    std::snprintf(feld, sizeof feld, "%02X ", w2[i + k]);
-                    text += feld;
+                    aus.byte(w2[i + k]);
+                    aus.zeichen(' ');
                 } else {
-                    text += "-- ";
+                    aus.text("-- ");
                 }
             }
-            text += "\n";
-            os << text;
+            aus.zeichen('\n');
         }
     }
     return unterschiede;
