@@ -50,8 +50,21 @@ std::uint32_t zeigeDifferenzen(std::ostream& os, const String& name1, const Stri
     if (!name1.istLeer()) os << "Zeile 1: " << name1 << "\n" << "Zeile 2: " << name2 << "\n";
     if (end1 < anf1) return 0;
 
-    constexpr std::uint32_t block = 65536;   // whole lines of 16 addresses
-    std::vector<std::uint8_t> w1(block), w2(block), z1(block), z2(block);
+    // Whole lines of 16 addresses; as long as a storage chunk, so that a
+    // block of images loaded alike lies in one stretch on both sides and is
+    // compared where it is stored.
+    constexpr std::uint32_t block = 32768;
+    std::vector<std::uint8_t> puffer1(block), puffer2(block), zpuffer1(block), zpuffer2(block);
+    const std::uint8_t *w1, *w2, *z1, *z2;
+    auto direkt = [](Eprom& e, adrInteger von, std::uint32_t n, const std::uint8_t*& w, const std::uint8_t*& z) {
+        EpromStrecke st;
+        e.liefereStrecke(von, 0xFFFFFFFF, st);
+        if (std::uint64_t(st.bis) < std::uint64_t(von) + n - 1 || !st.imEprom || !st.daten || !st.anzSchr)
+            return false;
+        w = st.daten;
+        z = st.anzSchr;
+        return true;
+    };
     std::uint32_t unterschiede = 0;
     const std::uint64_t gesamt = std::uint64_t(end1) - anf1 + 1;
     HexAusgabe aus(os);
@@ -61,13 +74,21 @@ std::uint32_t zeigeDifferenzen(std::ostream& os, const String& name1, const Stri
         const auto b = static_cast<adrInteger>(anf2 + fertig);
         // The other image's addresses wrap to 0 and go on.
         const auto vorWrap = static_cast<std::uint32_t>(std::min<std::uint64_t>(anzahl, 0x100000000ull - b));
-        anderes.liefereBytes(b, vorWrap, w2.data(), z2.data());
-        if (vorWrap < anzahl) anderes.liefereBytes(0, anzahl - vorWrap, w2.data() + vorWrap, z2.data() + vorWrap);
-        eins.liefereBytes(a, anzahl, w1.data(), z1.data());
+        if (vorWrap < anzahl || !direkt(anderes, b, anzahl, w2, z2)) {
+            anderes.liefereBytes(b, vorWrap, puffer2.data(), zpuffer2.data());
+            if (vorWrap < anzahl)
+                anderes.liefereBytes(0, anzahl - vorWrap, puffer2.data() + vorWrap, zpuffer2.data() + vorWrap);
+            w2 = puffer2.data();
+            z2 = zpuffer2.data();
+        }
+        if (!direkt(eins, a, anzahl, w1, z1)) {
+            eins.liefereBytes(a, anzahl, puffer1.data(), zpuffer1.data());
+            w1 = puffer1.data();
+            z1 = zpuffer1.data();
+        }
 
         // Most of two images agree: let memcmp pass over the equal lines.
-        if (std::memcmp(w1.data(), w2.data(), anzahl) == 0 && std::memcmp(z1.data(), z2.data(), anzahl) == 0)
-            continue;
+        if (std::memcmp(w1, w2, anzahl) == 0 && std::memcmp(z1, z2, anzahl) == 0) continue;
         for (std::uint32_t i = 0; i < anzahl; i += 16) {
             const std::uint32_t laenge = std::min<std::uint32_t>(16, anzahl - i);
             if (std::memcmp(&w1[i], &w2[i], laenge) == 0 && std::memcmp(&z1[i], &z2[i], laenge) == 0) continue;
