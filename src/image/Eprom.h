@@ -12,9 +12,11 @@
 // region yet inserts an empty region for that window (vermerkeLesen), which
 // the region count and table show once they are rebuilt.
 //
-// Whole-image walks go by stretches (liefereStrecke, laufe): maximal runs of
-// addresses that read alike, either bytes side by side in storage or a range
-// without storage that reads as 0 with write count 0.
+// Whole-image walks go by stretches (liefereStrecke, laufe): the longest
+// runs of addresses that read alike within one region and one storage
+// chunk, either bytes side by side in storage or a range without storage
+// that reads as 0 with write count 0. A stretch never crosses a 16 MiB
+// window of a free image.
 //
 // Every walk over addresses stops at 0xFFFFFFFF instead of wrapping.
 // Ownership: an Eprom owns its segments, they own their regions, a region
@@ -155,14 +157,15 @@ public:
     // What reading von..bis leaves behind: the empty regions of untouched
     // windows of a free image. Every walk calls it for what it reads.
     void vermerkeLesen(adrInteger von, adrInteger bis);
-    // Walks von..bis (von <= bis) in address order, after vermerkeLesen;
-    // `f(const EpromStrecke&)` returns false to stop early.
+    // Walks von..bis (von <= bis) in address order, each stretch marked
+    // read (vermerkeLesen) as it is handed to `f(const EpromStrecke&)`,
+    // which returns false to stop early: what it did not get is not read.
     template <typename F>
     void laufe(adrInteger von, adrInteger bis, F f) {
-        vermerkeLesen(von, bis);
         EpromStrecke s;
         for (adrInteger a = von;; a = s.bis + 1) {
             liefereStrecke(a, bis, s);
+            vermerkeLesen(s.von, s.bis);
             if (!f(static_cast<const EpromStrecke&>(s)) || s.bis >= bis) return;
         }
     }
