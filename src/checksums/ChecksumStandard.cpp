@@ -81,26 +81,20 @@ int ChecksumStandard::summiere(Eprom& eprom, adrInteger von, adrInteger bis, adr
 {
     StandardSummierer summierer(anzahlBytes, swap != 0);
     int ok = 1;
-    adrInteger a = von;
-    EpromAbschnitt abschnitt;
-    for (;;) {
-        liefereAbschnitt(eprom, a, bis, abschnitt);
-        if (!abschnitt.imEprom) {
+    eprom.laufe(von, bis, [&](const EpromStrecke& s) {
+        if (!s.imEprom) {
             // Once more with the report, for the first byte that is missing.
             std::uint8_t byte = 0;
-            eprom.liefereByte(a, byte, 1);
+            eprom.liefereByte(s.von, byte, 1);
             ok = 0;
-            break;
+            return false;
         }
-        if (abschnitt.daten)
-            summierer.nimm(abschnitt.daten, abschnitt.anzahl);
+        if (s.daten)
+            summierer.nimm(s.daten, s.laenge());
         else
-            summierer.nimmNullen(abschnitt.anzahl);
-        auto letzte = static_cast<adrInteger>(abschnitt.adr + abschnitt.anzahl - 1);
-        if (letzte >= bis)
-            break;
-        a = letzte + 1;
-    }
+            summierer.nimmNullen(s.laenge());
+        return true;
+    });
     // The last addend is not cut at `bis`: it takes its bytes beyond it,
     // and at the end of the address space it ends short.
     adrInteger x = bis;

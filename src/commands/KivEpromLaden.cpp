@@ -257,6 +257,9 @@ std::uint32_t KivEprom::fuelleVonBis(adrInteger anf, adrInteger end, std::int64_
     std::uint32_t anzahl = 0;
     if (eprom->liefereAnfAdr() > lo && eprom->setzeByteMit(lo, byte)) ++anzahl;
     if (eprom->liefereEndAdr() < hi && eprom->setzeByteMit(hi, byte)) ++anzahl;
+    // A free image spans only what was written, window by window: without
+    // this a range over two windows would get its two end bytes only.
+    eprom->umfasse(lo, hi);
     anzahl += eprom->fuelle(byte, &lo, &hi);
     if (anzahl != 0) {
         Fehler("EPR-BYTES-FILLED-WITH", "KivEprom::fuelleVonBis", dezimal(anzahl) + " bytes -> " + hexGross(wert),
@@ -336,15 +339,44 @@ int KivEprom::kopiere(adrInteger anf, adrInteger end, adrInteger ziel, KivEprom&
     const bool abwaerts = ziel > anf;
     int ergebnis = 1;
     bool geschrieben = false;
-    for (std::uint64_t i = 0; i <= laenge; ++i) {
-        const std::uint64_t k = abwaerts ? laenge - i : i;
-        std::uint8_t byte = 0;
-        ergebnis = eprom->liefereByte(static_cast<adrInteger>(anf + k), byte, 1);
-        if (!ergebnis) break;
-        geschrieben = true;
-        ergebnis = zielEprom.eprom->setzeByteMit(static_cast<adrInteger>(ziel + k), byte);
-        if (!ergebnis) break;
-        if (lang) fortschritt += 1;
+    // Block by block in the same direction: each block is read whole before
+    // it is written, which within one image gives what the byte-wise copy
+    // in that direction gives. A block where a byte is refused on either
+    // side goes byte by byte, so that the report names the byte it always
+    // named and the bytes before it are copied.
+    constexpr std::uint64_t block = 65536;
+    std::vector<std::uint8_t> puffer(static_cast<std::size_t>(std::min(block, laenge + 1)));
+    auto nimmtAn = [&](adrInteger von, adrInteger bis) {
+        EpromStrecke st;
+        for (adrInteger a = von;; a = st.bis + 1) {
+            zielEprom.eprom->liefereStrecke(a, bis, st);
+            if (!st.imEprom) return false;
+            if (st.bis == bis) return true;
+        }
+    };
+    for (std::uint64_t fertig = 0; fertig <= laenge && ergebnis;) {
+        const std::uint64_t n = std::min(block, laenge + 1 - fertig);
+        const std::uint64_t lo = abwaerts ? laenge + 1 - fertig - n : fertig;
+        const auto von = static_cast<adrInteger>(anf + lo);
+        const auto nach = static_cast<adrInteger>(ziel + lo);
+        if (eprom->liefereBytes(von, static_cast<std::uint32_t>(n), puffer.data()) &&
+            nimmtAn(nach, static_cast<adrInteger>(nach + (n - 1)))) {
+            geschrieben = true;
+            if (zielEprom.eprom->setzeBytes(nach, puffer.data(), static_cast<std::uint32_t>(n), 1) != n) ergebnis = 0;
+            if (lang) fortschritt += static_cast<dataInteger>(n);
+        } else {
+            for (std::uint64_t i = 0; i < n; ++i) {
+                const std::uint64_t k = abwaerts ? lo + n - 1 - i : lo + i;
+                std::uint8_t byte = 0;
+                ergebnis = eprom->liefereByte(static_cast<adrInteger>(anf + k), byte, 1);
+                if (!ergebnis) break;
+                geschrieben = true;
+                ergebnis = zielEprom.eprom->setzeByteMit(static_cast<adrInteger>(ziel + k), byte);
+                if (!ergebnis) break;
+                if (lang) fortschritt += 1;
+            }
+        }
+        fertig += n;
     }
     if (geschrieben) zielEprom.geaendert = 1;
     return ergebnis;

@@ -3,6 +3,7 @@
 // Covered by tests/unit/commands/KivEpromPruefenTest.cpp.
 #include <algorithm>
 #include <bit>
+#include <cstring>
 #include <cstdio>
 #include <fstream>
 #include <iomanip>
@@ -14,6 +15,7 @@
 #include "commands/KivEprom.h"
 #include "commands/KivEpromArgumente.h"
 #include "foundation/Datei.h"
+#include "foundation/Hex.h"
 #include "image/Eprom.h"
 #include "language/KdoGlobal.h"
 #include "language/KdoKommando.h"
@@ -40,8 +42,8 @@ std::uint64_t schreibeLauf(std::ostream& os, adrInteger von, adrInteger bis, int
 // The comparison display of two images, as Eprom::anzeigeDifferenzen gives
 // it, read in blocks: the byte-by-byte lookups of the image's own display
 // make a comparison of 16 MiB take seconds. Each address is read once in
-// both images, as the display reads it, so reads that change an image (free
-// images grow) do the same. Gives the number of differing addresses.
+// both images, as the display reads it, so the regions that reads leave in
+// free images are the same. Gives the number of differing addresses.
 std::uint32_t zeigeDifferenzen(std::ostream& os, const String& name1, const String& name2, Eprom& eins,
                                Eprom& anderes, adrInteger anf1, adrInteger anf2, adrInteger end1)
 {
@@ -49,24 +51,48 @@ std::uint32_t zeigeDifferenzen(std::ostream& os, const String& name1, const Stri
     if (!name1.istLeer()) os << "Zeile 1: " << name1 << "\n" << "Zeile 2: " << name2 << "\n";
     if (end1 < anf1) return 0;
 
-    constexpr std::uint32_t block = 4096;   // whole lines of 16 addresses
-    std::vector<std::uint8_t> w1(block), w2(block), z1(block), z2(block);
+    // Whole lines of 16 addresses; as long as a storage chunk, so that a
+    // block of images loaded alike lies in one stretch on both sides and is
+    // compared where it is stored.
+    constexpr std::uint32_t block = 32768;
+    std::vector<std::uint8_t> puffer1(block), puffer2(block), zpuffer1(block), zpuffer2(block);
+    const std::uint8_t *w1, *w2, *z1, *z2;
+    auto direkt = [](Eprom& e, adrInteger von, std::uint32_t n, const std::uint8_t*& w, const std::uint8_t*& z) {
+        EpromStrecke st;
+        e.liefereStrecke(von, 0xFFFFFFFF, st);
+        if (std::uint64_t(st.bis) < std::uint64_t(von) + n - 1 || !st.imEprom || !st.daten || !st.anzSchr)
+            return false;
+        w = st.daten;
+        z = st.anzSchr;
+        return true;
+    };
     std::uint32_t unterschiede = 0;
     const std::uint64_t gesamt = std::uint64_t(end1) - anf1 + 1;
-    std::string text;
-    char feld[16];
+    HexAusgabe aus(os);
     for (std::uint64_t fertig = 0; fertig < gesamt; fertig += block) {
         const auto anzahl = static_cast<std::uint32_t>(std::min<std::uint64_t>(gesamt - fertig, block));
         const auto a = static_cast<adrInteger>(anf1 + fertig);
         const auto b = static_cast<adrInteger>(anf2 + fertig);
         // The other image's addresses wrap to 0 and go on.
         const auto vorWrap = static_cast<std::uint32_t>(std::min<std::uint64_t>(anzahl, 0x100000000ull - b));
-        anderes.liefereBytes(b, vorWrap, w2.data(), z2.data());
-        if (vorWrap < anzahl) anderes.liefereBytes(0, anzahl - vorWrap, w2.data() + vorWrap, z2.data() + vorWrap);
-        eins.liefereBytes(a, anzahl, w1.data(), z1.data());
+        if (vorWrap < anzahl || !direkt(anderes, b, anzahl, w2, z2)) {
+            anderes.liefereBytes(b, vorWrap, puffer2.data(), zpuffer2.data());
+            if (vorWrap < anzahl)
+                anderes.liefereBytes(0, anzahl - vorWrap, puffer2.data() + vorWrap, zpuffer2.data() + vorWrap);
+            w2 = puffer2.data();
+            z2 = zpuffer2.data();
+        }
+        if (!direkt(eins, a, anzahl, w1, z1)) {
+            eins.liefereBytes(a, anzahl, puffer1.data(), zpuffer1.data());
+            w1 = puffer1.data();
+            z1 = zpuffer1.data();
+        }
 
+        // Most of two images agree: let memcmp pass over the equal lines.
+        if (std::memcmp(w1, w2, anzahl) == 0 && std::memcmp(z1, z2, anzahl) == 0) continue;
         for (std::uint32_t i = 0; i < anzahl; i += 16) {
             const std::uint32_t laenge = std::min<std::uint32_t>(16, anzahl - i);
+            if (std::memcmp(&w1[i], &w2[i], laenge) == 0 && std::memcmp(&z1[i], &z2[i], laenge) == 0) continue;
             std::uint32_t maske = 0;
             for (std::uint32_t k = 0; k < laenge; ++k) {
                 const std::uint32_t j = i + k;
@@ -74,36 +100,36 @@ std::uint32_t zeigeDifferenzen(std::ostream& os, const String& name1, const Stri
             }
             if (!maske) continue;
             unterschiede += static_cast<std::uint32_t>(std::popcount(maske));
-            text.clear();
-            std::snprintf(feld, sizeof feld, "%06X", static_cast<unsigned>(a + i));
-            text.append("Daten [").append(feld).append("]\t = ");
+            aus.text("Daten [");
+            aus.zahl(a + i, 6);
+            aus.text("]\t = ");
             for (std::uint32_t k = 0; k < laenge; ++k) {
                 if (z1[i + k]) {
-                    std::snprintf(feld, sizeof feld, "%02X ", w1[i + k]);
-                    text += feld;
+                    aus.byte(w1[i + k]);
+                    aus.zeichen(' ');
                 } else {
-                    text += "-- ";
+                    aus.text("-- ");
                 }
             }
-            text += "\n";
+            aus.zeichen('\n');
             if (anf1 != anf2) {
-                std::snprintf(feld, sizeof feld, "%06X", static_cast<unsigned>(b + i));
-                text.append("Daten [").append(feld).append("]\t = ");
+                aus.text("Daten [");
+                aus.zahl(static_cast<adrInteger>(b + i), 6);
+                aus.text("]\t = ");
             } else {
-                text += "\t\t   ";
+                aus.text("\t\t   ");
             }
             for (std::uint32_t k = 0; k < laenge; ++k) {
                 if (!(maske & (1u << k))) {
-                    text += ".. ";
+                    aus.text(".. ");
                 } else if (z2[i + k]) {
-                    std::snprintf(feld, sizeof feld, "%02X ", w2[i + k]);
-                    text += feld;
+                    aus.byte(w2[i + k]);
+                    aus.zeichen(' ');
                 } else {
-                    text += "-- ";
+                    aus.text("-- ");
                 }
             }
-            text += "\n";
-            os << text;
+            aus.zeichen('\n');
         }
     }
     return unterschiede;

@@ -11,6 +11,7 @@
 //
 // Covered by tests/unit/commands/KivEpromPruefenSucheTest.cpp.
 #include <algorithm>
+#include <cstring>
 #include <iomanip>
 #include <ostream>
 #include <sstream>
@@ -38,9 +39,9 @@ void schreibeAdresse(std::ostream& os, adrInteger adr)
 }
 
 // Reads the bytes of an image at rising addresses as liefereByte without a
-// report would, a block at a time. In a free image a read in a 16 MiB window
-// that has no region yet creates one; such a byte is read alone and only
-// when asked for, never ahead.
+// report would, a stretch at a time. In a free image a read in a 16 MiB
+// window that has no region yet creates one; such a window is read only when
+// asked for, never ahead.
 class BildLeser {
 public:
     explicit BildLeser(Eprom& e) : eprom(e), frei(e.istFrei() != 0) {}
@@ -54,8 +55,7 @@ public:
 private:
     Eprom& eprom;
     bool frei;
-    std::vector<std::uint8_t> puffer;
-    std::uint8_t einzeln = 0;
+    std::vector<std::uint8_t> nullen = std::vector<std::uint8_t>(blockGroesse, 0);   // what storage-less stretches read
 };
 
 // The walk over the regions from `von` to `bis`, one match per call of
@@ -78,6 +78,8 @@ private:
     bool laufeZeile(adrInteger& treffer);
     void weiter();
     bool liestX();
+    bool springe(std::uint64_t& sl, std::uint64_t& xl, const std::uint8_t* block, std::uint64_t blockAnf,
+                 std::uint64_t bisLesbar, std::uint64_t letzterStart);
 
     Eprom& eprom;
     BildLeser leser;
@@ -111,27 +113,15 @@ bool BildLeser::veraendert(adrInteger adr) const
 
 const std::uint8_t* BildLeser::zeige(adrInteger adr, adrInteger grenze, std::uint64_t& letzte)
 {
-    letzte = adr;
-    if (veraendert(adr)) {
-        // Read alone: this read makes the window's region, so that the next
-        // one can take whole blocks again.
-        einzeln = 0;
-        eprom.liefereByte(adr, einzeln, 0);
-        return &einzeln;
-    }
-    std::uint64_t ende = std::min<std::uint64_t>(grenze, std::uint64_t(adr) + blockGroesse - 1);
-    if (frei) {
-        int code;
-        adrInteger fensterEnde = adr;
-        eprom.liefereSegment(0).findeBereich(adr, code, fensterEnde);
-        ende = std::min<std::uint64_t>(ende, fensterEnde);
-    }
-    ende = std::max<std::uint64_t>(ende, adr);
-    const auto anzahl = static_cast<std::uint32_t>(ende - adr + 1);
-    puffer.resize(anzahl);
-    eprom.liefereBytes(adr, anzahl, puffer.data());
-    letzte = ende;
-    return puffer.data();
+    // A stretch never crosses a window of a free image, so the read leaves
+    // behind at most the region of the window it starts in.
+    EpromStrecke strecke;
+    eprom.liefereStrecke(adr, std::max(adr, grenze), strecke);
+    eprom.vermerkeLesen(adr, strecke.bis);
+    letzte = strecke.bis;
+    if (strecke.imEprom && strecke.daten) return strecke.daten;
+    letzte = std::min<std::uint64_t>(letzte, std::uint64_t(adr) + nullen.size() - 1);
+    return nullen.data();
 }
 
 // ---------------------------------------------------------------------------
@@ -206,6 +196,32 @@ int MusterSuche::naechster(adrInteger& treffer)
     return 0;
 }
 
+bool MusterSuche::springe(std::uint64_t& sl, std::uint64_t& xl, const std::uint8_t* block, std::uint64_t blockAnf,
+                          std::uint64_t bisLesbar, std::uint64_t letzterStart)
+{
+    // With the automaton empty, a start can only match at a byte equal to
+    // the pattern's first. Where the starts still open and the bytes ahead
+    // hold none, each of those starts fails and steps by one: memchr finds
+    // the next candidate, and the walk resumes lang - 1 bytes before it,
+    // with the ring holding what it would have read.
+    const std::uint8_t erstes = muster[0];
+    for (std::uint64_t t = sl; t < xl; ++t)
+        if (ring[t & ringMaske] == erstes) return false;
+    // The starts jumped to stay within this region's.
+    if (letzterStart + laenge < 2) return false;
+    std::uint64_t bis = std::min(bisLesbar, letzterStart + laenge - 2);
+    if (bis < xl + 64) return false;
+    const std::uint8_t* q = block + (xl - blockAnf);
+    const void* f = std::memchr(q, erstes, bis - xl + 1);
+    const std::uint64_t p = f ? xl + static_cast<std::uint64_t>(static_cast<const std::uint8_t*>(f) - q) : bis + 1;
+    if (p < xl + 64) return false;
+    for (std::uint64_t t = std::max(xl, p - std::min<std::uint64_t>(p, laenge)); t < p; ++t)
+        ring[t & ringMaske] = block[t - blockAnf];
+    if (p + 1 > laenge) sl = std::max(sl, p + 1 - laenge);
+    xl = p;
+    return true;
+}
+
 bool MusterSuche::laufeZeile(adrInteger& treffer)
 {
     // The state in locals: the ring's byte stores could otherwise alias
@@ -248,6 +264,7 @@ bool MusterSuche::laufeZeile(adrInteger& treffer)
                 block = leser.zeige(static_cast<adrInteger>(xl), static_cast<adrInteger>(ende), blockEnde);
                 blockAnf = xl;
             }
+            if (ql == 0 && springe(sl, xl, block, blockAnf, std::min(blockEnde, ende), letzterStart)) continue;
             const std::uint8_t c = block[xl - blockAnf];
             ri[xl & maske] = c;
             while (ql > 0 && (ql == lang || m[ql] != c)) ql = r[ql];

@@ -61,11 +61,20 @@ public:
         rest = static_cast<std::int32_t>(groesse - innen);
         return bloecke_[block].get() + innen;
     }
+    const std::uint8_t* zeiger(std::int32_t index, std::int32_t& rest) const {
+        return const_cast<LongDynArray*>(this)->zeiger(index, rest);
+    }
 
     // Whether touching `von` and then `bis` (with every index between
     // touched in ascending order) stays within the limit, so that an access
     // at the two ends alone leaves the array as the walk would.
     bool kannUmfassen(std::int32_t von, std::int32_t bis) const;
+    // Grows the storage so that it spans `von` and then `bis`, with the
+    // warning and freezing of an access to each.
+    void umfasse(std::int32_t von, std::int32_t bis) {
+        (*this)[von];
+        (*this)[bis];
+    }
 
 private:
     std::uint8_t& zugriff(std::int32_t index);   // growth, first access, frozen

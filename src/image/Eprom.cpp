@@ -93,10 +93,8 @@ void tauschePaare(LongDynArray& f, adrInteger lo, adrInteger hi) {
 
 // Makes both arrays of a fixed region span it at once.
 void beruehre(EpromBereich& b) {
-    b.daten[idx(b.anfAdr)];
-    b.daten[idx(b.endAdr)];
-    b.anzSchr[idx(b.anfAdr)];
-    b.anzSchr[idx(b.endAdr)];
+    b.daten.umfasse(idx(b.anfAdr), idx(b.endAdr));
+    b.anzSchr.umfasse(idx(b.anfAdr), idx(b.endAdr));
 }
 
 }  // namespace
@@ -353,15 +351,6 @@ int Eprom::sucheByte(adrInteger adr, std::uint8_t& byte, int& segNr) {
     return ergebnis;
 }
 
-int Eprom::sucheAnzSchr(adrInteger adr, std::uint8_t& anz) {
-    int ergebnis = EpromSegment::nichtImEprom;
-    for (const auto& s : segmente) {
-        ergebnis = s->liesAnzSchr(adr, anz);
-        if (ergebnis == EpromSegment::fest) break;
-    }
-    return ergebnis;
-}
-
 int Eprom::schreibe(adrInteger adr, std::uint8_t wert, int meldung) {
     std::uint8_t alt = 0;
     int segNr;
@@ -390,28 +379,27 @@ int Eprom::setzeByteMit(adrInteger adr, std::uint8_t wert) { return schreibe(adr
 int Eprom::setzeByte(adrInteger adr, std::uint8_t wert) { return schreibe(adr, wert, 0); }
 
 int Eprom::liefereByte(adrInteger adr, std::uint8_t& byte, int meldung) {
-    int segNr;
-    if (sucheByte(adr, byte, segNr) == EpromSegment::nichtImEprom) {
-        byte = 0;
-        if (meldung) meldeNichtImEprom("Eprom::liefereByte", adr);
-        return 0;
-    }
-    return 1;
+    vermerkeLesen(adr, adr);
+    EpromStrecke s;
+    liefereStrecke(adr, adr, s);
+    byte = s.imEprom && s.daten ? *s.daten : 0;
+    if (!s.imEprom && meldung) meldeNichtImEprom("Eprom::liefereByte", adr);
+    return s.imEprom ? 1 : 0;
 }
 
 std::uint8_t Eprom::liefereAnzSchr(adrInteger adr) {
-    std::uint8_t anz = 0;
-    if (sucheAnzSchr(adr, anz) == EpromSegment::nichtImEprom) return 0;
-    return anz;
+    vermerkeLesen(adr, adr);
+    EpromStrecke s;
+    liefereStrecke(adr, adr, s);
+    return s.anzSchr ? *s.anzSchr : 0;
 }
 
 std::uint8_t Eprom::liefereAnzSchrMit(adrInteger adr) {
-    std::uint8_t anz = 0;
-    if (sucheAnzSchr(adr, anz) == EpromSegment::nichtImEprom) {
-        meldeNichtImEprom("Eprom::liefereAnzSchrMit", adr);
-        return 0;
-    }
-    return anz;
+    vermerkeLesen(adr, adr);
+    EpromStrecke s;
+    liefereStrecke(adr, adr, s);
+    if (!s.imEprom) meldeNichtImEprom("Eprom::liefereAnzSchrMit", adr);
+    return s.anzSchr ? *s.anzSchr : 0;
 }
 
 // A stretch of one region written at once. Applies only where the byte-wise
@@ -428,10 +416,8 @@ std::uint32_t Eprom::schreibeSpanne(adrInteger adr, const std::uint8_t* quelle, 
         static_cast<adrInteger>(std::min<std::uint64_t>(std::uint64_t(adr) + anzahl - 1, grenze));
     if (!b->daten.kannUmfassen(idx(adr), idx(letzte)) || !b->anzSchr.kannUmfassen(idx(adr), idx(letzte)))
         return 0;
-    b->daten[idx(adr)];
-    b->daten[idx(letzte)];
-    b->anzSchr[idx(adr)];
-    b->anzSchr[idx(letzte)];
+    b->daten.umfasse(idx(adr), idx(letzte));
+    b->anzSchr.umfasse(idx(adr), idx(letzte));
     std::uint32_t n = letzte - adr + 1;
     for (std::uint32_t i = 0; i < n;) {
         std::int32_t rd, rz;
@@ -468,39 +454,140 @@ std::uint32_t Eprom::setzeBytes(adrInteger adr, const std::uint8_t* quelle, std:
     return fertig;
 }
 
-std::uint32_t Eprom::leseSpanne(adrInteger adr, std::uint32_t max, const std::uint8_t*& daten,
-                                const std::uint8_t*& zaehler) {
-    if (segmente.size() != 1) return 0;
-    int code;
-    adrInteger grenze;
-    EpromBereich* b = segmente[0]->findeBereich(adr, code, grenze);
-    if (!b || !b->daten.enthaelt(idx(adr)) || !b->anzSchr.enthaelt(idx(adr))) return 0;
-    std::int32_t rd, rz;
-    daten = b->daten.zeiger(idx(adr), rd);
-    zaehler = b->anzSchr.zeiger(idx(adr), rz);
-    std::uint64_t n = std::min<std::uint64_t>(max, std::uint64_t(grenze) - adr + 1);
-    n = std::min<std::uint64_t>(n, static_cast<std::uint32_t>(std::min(rd, rz)));
-    return static_cast<std::uint32_t>(n);
+int Eprom::liefereBytes(adrInteger adr, std::uint32_t anzahl, std::uint8_t* ziel, std::uint8_t* zaehler) {
+    if (anzahl == 0) return 1;
+    int ok = 1;
+    laufe(adr, adr + (anzahl - 1), [&](const EpromStrecke& s) {
+        std::size_t i = s.von - adr, n = static_cast<std::size_t>(s.laenge());
+        if (!s.imEprom) ok = 0;
+        if (s.imEprom && s.daten)
+            std::memcpy(ziel + i, s.daten, n);
+        else
+            std::memset(ziel + i, 0, n);
+        if (zaehler) {
+            if (s.anzSchr)
+                std::memcpy(zaehler + i, s.anzSchr, n);
+            else
+                std::memset(zaehler + i, 0, n);
+        }
+        return true;
+    });
+    return ok;
 }
 
-int Eprom::liefereBytes(adrInteger adr, std::uint32_t anzahl, std::uint8_t* ziel, std::uint8_t* zaehler) {
-    int ok = 1;
-    std::uint32_t i = 0;
-    while (i < anzahl) {
-        adrInteger a = adr + i;
-        const std::uint8_t *d, *z;
-        std::uint32_t k = leseSpanne(a, anzahl - i, d, z);
-        if (k) {
-            std::memcpy(ziel + i, d, k);
-            if (zaehler) std::memcpy(zaehler + i, z, k);
-            i += k;
-            continue;
+// ===================================================================
+// Stretch walk
+// ===================================================================
+
+const std::uint8_t* EpromLeser::lies(adrInteger adr, std::uint32_t anzahl, bool& ok) {
+    ok = true;
+    if (anzahl == 0) return nullptr;
+    const std::uint64_t ende = std::uint64_t(adr) + anzahl - 1;
+    if (ende <= 0xFFFFFFFF) {
+        if (!hat_ || adr < strecke_.von || ende > strecke_.bis) {
+            eprom_.liefereStrecke(adr, 0xFFFFFFFF, strecke_);
+            hat_ = true;
         }
-        if (zaehler) zaehler[i] = liefereAnzSchr(a);
-        if (!liefereByte(a, ziel[i], 0)) ok = 0;
-        ++i;
+        // Stored bytes belong to a region: reading them leaves nothing behind.
+        if (ende <= strecke_.bis && strecke_.imEprom && strecke_.daten)
+            return strecke_.daten + (adr - strecke_.von);
     }
-    return ok;
+    puffer_.resize(anzahl);
+    const auto vorUmbruch = static_cast<std::uint32_t>(std::min<std::uint64_t>(anzahl, 0x100000000ull - adr));
+    ok = eprom_.liefereBytes(adr, vorUmbruch, puffer_.data()) != 0;
+    if (vorUmbruch < anzahl && !eprom_.liefereBytes(0, anzahl - vorUmbruch, puffer_.data() + vorUmbruch)) ok = false;
+    return puffer_.data();
+}
+
+namespace {
+
+// Narrows `n` (at least 1) to the addresses from `adr` on that one array
+// answers alike: side by side in one chunk, or all without storage. Gives
+// the element of `adr` or null.
+const std::uint8_t* feldStrecke(const LongDynArray& f, adrInteger adr, std::uint64_t& n) {
+    if (f.enthaelt(idx(adr))) {
+        std::int32_t rest;
+        const std::uint8_t* p = f.zeiger(idx(adr), rest);
+        n = std::min<std::uint64_t>(n, static_cast<std::uint32_t>(rest));
+        return p;
+    }
+    // The next stored element upward is the array's first one.
+    if (f.liefereAnzahl() > 0)
+        n = std::min<std::uint64_t>(n, static_cast<std::uint32_t>(f.liefereBasis()) - adr);
+    return nullptr;
+}
+
+}  // namespace
+
+void Eprom::liefereStrecke(adrInteger adr, adrInteger bis, EpromStrecke& s) const {
+    s.von = adr;
+    s.daten = s.anzSchr = nullptr;
+    s.imEprom = true;
+    std::uint64_t n = std::uint64_t(bis) - adr + 1;
+    const EpromSegment& seg = *segmente.front();
+    int code;
+    adrInteger grenze;
+    const EpromBereich* b = seg.findeBereich(adr, code, grenze);
+    if (!b) {
+        if (seg.istFrei()) {
+            // A window without a region: a read gives it an empty one.
+            n = std::min<std::uint64_t>(n, (adr | fensterMaske) - adr + 1);
+        } else {
+            // A gap of a fixed image, up to the next region above.
+            std::uint64_t naechste = std::uint64_t(0xFFFFFFFF) + 1;
+            for (const auto& r : seg.bereiche)
+                if (r->anfAdr > adr) naechste = std::min<std::uint64_t>(naechste, r->anfAdr);
+            n = std::min<std::uint64_t>(n, naechste - adr);
+            s.imEprom = false;
+        }
+    } else {
+        n = std::min<std::uint64_t>(n, std::uint64_t(grenze) - adr + 1);
+        // After one access beyond its limit an array counts as not there.
+        if (b->daten.istGewarnt())
+            s.imEprom = false;
+        else
+            s.daten = feldStrecke(b->daten, adr, n);
+        if (!b->anzSchr.istGewarnt()) s.anzSchr = feldStrecke(b->anzSchr, adr, n);
+    }
+    s.bis = static_cast<adrInteger>(adr + (n - 1));
+}
+
+void Eprom::vermerkeLesen(adrInteger von, adrInteger bis) {
+    if (bis <= fensterMaske) return;
+    for (auto& seg : segmente) {
+        if (!seg->istFrei()) continue;
+        std::uint64_t a = std::max<adrInteger>(von, fensterMaske + 1);
+        for (; a <= bis; a = (a | fensterMaske) + 1) {
+            int code;
+            adrInteger grenze;
+            auto adr = static_cast<adrInteger>(a);
+            if (!seg->findeBereich(adr, code, grenze)) seg->sucheBereich(adr, code);
+        }
+    }
+}
+
+void Eprom::umfasse(adrInteger von, adrInteger bis) {
+    if (segmente.size() != 1 || !istFrei()) return;
+    EpromSegment& seg = *segmente.front();
+    for (std::uint64_t a = von; a <= bis;) {
+        auto lo = static_cast<adrInteger>(a);
+        adrInteger hi = std::min<adrInteger>(bis, lo | fensterMaske);
+        int code;
+        EpromBereich* b = seg.sucheBereich(lo, code);
+        if (b && b->erweiterbar) {
+            bool verschoben = false;
+            if (lo < b->anfAdr) b->anfAdr = lo, verschoben = true;
+            if (hi > b->endAdr) b->endAdr = hi, verschoben = true;
+            if (verschoben && code != EpromSegment::freiOben) code = EpromSegment::freiUnten;
+            // Storage for the whole stretch at once, where it fits.
+            if (b->daten.kannUmfassen(idx(lo), idx(hi)) && b->anzSchr.kannUmfassen(idx(lo), idx(hi))) {
+                b->daten.umfasse(idx(lo), idx(hi));
+                b->anzSchr.umfasse(idx(lo), idx(hi));
+            }
+            nachSchreiben(code, lo, hi);
+        }
+        a = std::uint64_t(hi) + 1;
+    }
 }
 
 // ===================================================================
@@ -680,38 +767,33 @@ int Eprom::teileEvenOdd(Eprom& gerade, Eprom& ungerade) {
     // Where no target write can fail, the order of the writes is free.
     bool gesammelt = direkt && gerade.nimmtAllesAn() && ungerade.nimmtAllesAn();
     Lauf laufGerade(gerade), laufUngerade(ungerade);
+    auto nimm = [&](adrInteger y, std::uint8_t byte) {
+        if (gesammelt) {
+            ((y & 1) ? laufUngerade : laufGerade).nimm(y / 2, byte);
+            return true;
+        }
+        return ((y & 1) ? ungerade : gerade).setzeByte(y / 2, byte) != 0;
+    };
     adrInteger a = 0, von, bis;
     while (liefereBereich(a, von, bis)) {
-        if (von <= bis) {
-            adrInteger x = von;
-            for (;;) {
-                const std::uint8_t *d, *z;
-                std::uint32_t k = direkt ? leseSpanne(x, static_cast<std::uint32_t>(std::min<std::uint64_t>(
-                                                              std::uint64_t(bis) - x + 1, 0xFFFFFFFF)),
-                                                      d, z)
-                                         : 0;
-                if (k == 0) {
-                    std::uint8_t byte = 0;
-                    if (liefereAnzSchr(x) > 0) {
-                        liefereByte(x, byte, 0);
-                        if (gesammelt)
-                            ((x & 1) ? laufUngerade : laufGerade).nimm(x / 2, byte);
-                        else if (!((x & 1) ? ungerade : gerade).setzeByte(x / 2, byte))
-                            return 0;
-                    }
-                    k = 1;
-                } else {
-                    for (std::uint32_t j = 0; j < k; ++j) {
-                        if (z[j] == 0) continue;
-                        adrInteger y = x + j;
-                        if (gesammelt)
-                            ((y & 1) ? laufUngerade : laufGerade).nimm(y / 2, d[j]);
-                        else if (!((y & 1) ? ungerade : gerade).setzeByte(y / 2, d[j]))
-                            return 0;
-                    }
+        if (von <= bis && direkt) {
+            bool gut = true;
+            laufe(von, bis, [&](const EpromStrecke& s) {
+                if (!s.anzSchr) return true;
+                for (std::uint64_t j = 0; j < s.laenge(); ++j)
+                    if (s.anzSchr[j] && !nimm(static_cast<adrInteger>(s.von + j), s.imEprom && s.daten ? s.daten[j] : 0))
+                        return gut = false;
+                return true;
+            });
+            if (!gut) return 0;
+        } else if (von <= bis) {
+            for (adrInteger x = von;; ++x) {
+                std::uint8_t byte = 0;
+                if (liefereAnzSchr(x) > 0) {
+                    liefereByte(x, byte, 0);
+                    if (!nimm(x, byte)) return 0;
                 }
-                if (std::uint64_t(x) + k > bis) break;
-                x += k;
+                if (x == bis) break;
             }
         }
         if (bis == 0xFFFFFFFF) break;

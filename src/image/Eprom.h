@@ -7,9 +7,16 @@
 // After that it is *fixed* and accepts only addresses inside its regions.
 // Deleting the last region makes it free again.
 //
-// Reads are not free of side effects: reading an unknown address of a free
-// image grows the storage of the low region or inserts an empty region for a
-// higher window. Nothing may rely on reads leaving the image alone.
+// Reads never create storage. They keep one visible effect: reading an
+// address of a free image in a 16 MiB window above the low one that has no
+// region yet inserts an empty region for that window (vermerkeLesen), which
+// the region count and table show once they are rebuilt.
+//
+// Whole-image walks go by stretches (liefereStrecke, laufe): the longest
+// runs of addresses that read alike within one region and one storage
+// chunk, either bytes side by side in storage or a range without storage
+// that reads as 0 with write count 0. A stretch never crosses a 16 MiB
+// window of a free image.
 //
 // Every walk over addresses stops at 0xFFFFFFFF instead of wrapping.
 // Ownership: an Eprom owns its segments, they own their regions, a region
@@ -28,6 +35,21 @@
 #include "foundation/Typen.h"
 
 class BearbeitungsFortschritt;
+
+// One stretch of a walk: von..bis read alike. `daten` and `anzSchr` point at
+// the bytes and write counts of von (bis - von + 1 of them follow), or are
+// null where that range has no storage: it reads as 0 with count 0.
+// `imEprom` is false where a read would fail (outside the regions of a fixed
+// image, or a region whose storage overran its limit). The pointers stay
+// valid until the image is next written.
+struct EpromStrecke {
+    adrInteger von = 0;
+    adrInteger bis = 0;
+    const std::uint8_t* daten = nullptr;
+    const std::uint8_t* anzSchr = nullptr;
+    bool imEprom = true;
+    std::uint64_t laenge() const { return std::uint64_t(bis) - von + 1; }
+};
 
 // One contiguous stretch of storage. The arrays are indexed by the absolute
 // address. An empty region has anfAdr 0xFFFFFFFF and endAdr 0.
@@ -71,7 +93,9 @@ public:
     // gives the same region with the same code.
     EpromBereich* findeBereich(adrInteger adr, int& code, adrInteger& grenze) const;
 
-    // Reads of one element; -1 when not in the image or the array is frozen.
+    // Reads of one element through sucheBereich, creating storage as they
+    // go; -1 when not in the image or the array is frozen. Writes use them;
+    // image reads go by stretches instead.
     int liesDaten(adrInteger adr, std::uint8_t& byte);
     int liesAnzSchr(adrInteger adr, std::uint8_t& anz);
 
@@ -108,7 +132,9 @@ public:
     int liefereByte(adrInteger adr, std::uint8_t& byte, int meldung);
     std::uint8_t liefereAnzSchrMit(adrInteger adr);
     std::uint8_t liefereAnzSchr(adrInteger adr);
-    // The common lookup: -1, 0, 1, 2 and the segment that answered.
+    // The lookup of a write: -1, 0, 1, 2 and the segment that answered.
+    // Unlike the reads above it may create storage (and a region) for
+    // `adr`, which the write then fills.
     int sucheByte(adrInteger adr, std::uint8_t& byte, int& segNr);
 
     // Bulk forms for the file readers and writers; they leave the image
@@ -123,6 +149,30 @@ public:
     // liefereAnzSchr). Gives 1 if every byte was in the image.
     int liefereBytes(adrInteger adr, std::uint32_t anzahl, std::uint8_t* ziel,
                      std::uint8_t* zaehler = nullptr);
+
+    // ---- Stretch walk ----
+    // The stretch that begins at `adr` and ends at `bis` at the latest
+    // (adr <= bis). Changes nothing.
+    void liefereStrecke(adrInteger adr, adrInteger bis, EpromStrecke& s) const;
+    // What reading von..bis leaves behind: the empty regions of untouched
+    // windows of a free image. Every walk calls it for what it reads.
+    void vermerkeLesen(adrInteger von, adrInteger bis);
+    // Walks von..bis (von <= bis) in address order, each stretch marked
+    // read (vermerkeLesen) as it is handed to `f(const EpromStrecke&)`,
+    // which returns false to stop early: what it did not get is not read.
+    template <typename F>
+    void laufe(adrInteger von, adrInteger bis, F f) {
+        EpromStrecke s;
+        for (adrInteger a = von;; a = s.bis + 1) {
+            liefereStrecke(a, bis, s);
+            vermerkeLesen(s.von, s.bis);
+            if (!f(static_cast<const EpromStrecke&>(s)) || s.bis >= bis) return;
+        }
+    }
+    // In a free image, widens the regions so that they span von..bis, as
+    // writes at every address would, without writing; `fuelle` then reaches
+    // every address of the range.
+    void umfasse(adrInteger von, adrInteger bis);
 
     // ---- Extent and regions ----
     adrInteger liefereAnfAdr() const;   // 0xFFFFFFFF when empty
@@ -160,9 +210,6 @@ public:
 private:
     int schreibe(adrInteger adr, std::uint8_t wert, int meldung);
     std::uint32_t schreibeSpanne(adrInteger adr, const std::uint8_t* quelle, std::uint32_t anzahl);
-    std::uint32_t leseSpanne(adrInteger adr, std::uint32_t max, const std::uint8_t*& daten,
-                             const std::uint8_t*& zaehler);
-    int sucheAnzSchr(adrInteger adr, std::uint8_t& anz);
     void nachSchreiben(int code, adrInteger von, adrInteger bis);
     void baueTabelle();
     void meldeNichtImEprom(const char* funktion, adrInteger adr);
@@ -173,4 +220,22 @@ private:
     std::vector<std::unique_ptr<EpromSegment>> segmente;    // always one
     std::int32_t besitztSegmente = 1;
     std::int32_t fuehreBereiche = 1;
+};
+
+// Hands out the bytes of rising addresses to the file writers: straight from
+// storage where a request lies in one stretch, else gathered as liefereBytes
+// gathers them. The image must not be written while one is in use.
+class EpromLeser {
+public:
+    explicit EpromLeser(Eprom& eprom) : eprom_(eprom) {}
+    // `anzahl` bytes from `adr` (wrapping past 0xFFFFFFFF as addresses do);
+    // `ok` is false if one was not in the image (it reads as 0). The
+    // pointer stays valid up to the next call.
+    const std::uint8_t* lies(adrInteger adr, std::uint32_t anzahl, bool& ok);
+
+private:
+    Eprom& eprom_;
+    EpromStrecke strecke_;
+    bool hat_ = false;
+    std::vector<std::uint8_t> puffer_;
 };

@@ -1,10 +1,12 @@
 // The text displays of an Eprom: region listing, byte dump, occupancy runs
 // and the comparison of two images.
 // Covered by tests/unit/image/EpromAnzeigeTest.cpp.
+#include <cstring>
 #include <iomanip>
 #include <ostream>
 #include <sstream>
 
+#include "foundation/Hex.h"
 #include "image/Eprom.h"
 #include "reporting/Fehler.h"
 
@@ -21,6 +23,19 @@ std::ostream& operator<<(std::ostream& os, Breit b) {
     os << std::setw(b.breite) << b.wert;
     os.fill(alt);
     return os;
+}
+
+// The index of the first of p[0] .. p[n - 1] that is not `w`, or n; eight
+// bytes a step, as the counts of a loaded image are long runs of one value.
+std::uint64_t gleichBis(const std::uint8_t* p, std::uint64_t n, std::uint8_t w) {
+    const std::uint64_t muster = 0x0101010101010101ull * w;
+    std::uint64_t i = 0;
+    for (std::uint64_t x; i + 8 <= n; i += 8) {
+        std::memcpy(&x, p + i, 8);
+        if (x != muster) break;
+    }
+    while (i < n && p[i] == w) ++i;
+    return i;
 }
 
 }  // namespace
@@ -60,36 +75,42 @@ void Eprom::anzeigeBytes(adrInteger anf, adrInteger end, const String& kopf, std
 
     adrInteger rv, rb;
     if (!liefereBereich(von, rv, rb) || rv > bis) return;
+    HexAusgabe aus(os);
     for (;;) {
         adrInteger e = std::min(rb, bis);
         if (rv <= e) {
-            for (adrInteger a = rv;; a += 16) {
-                adrInteger zeilenEnde = static_cast<adrInteger>(std::min<std::uint64_t>(std::uint64_t(a) + 15, e));
-                os << "Daten [" << Breit{a, 5} << "]" << "\t = ";
-                for (adrInteger x = a;; ++x) {
-                    std::uint8_t byte;
-                    liefereByte(x, byte, 0);
-                    bool belegt = liefereAnzSchr(x) != 0;
-                    if (hex) {
-                        if (belegt)
-                            os << Breit{byte, 2} << " ";
-                        else
-                            os << "-- ";
-                    } else {
-                        os << kopf;
-                        if (byte < 32 || !belegt)
-                            os << ".";
-                        else
-                            os << static_cast<char>(byte);
+            unsigned spalte = 0;
+            laufe(rv, e, [&](const EpromStrecke& s) {
+                for (std::uint64_t j = 0, n = s.laenge(); j < n; ++j) {
+                    if (spalte == 0) {
+                        aus.text("Daten [");
+                        aus.zahl(s.von + j, 5);
+                        aus.text("]\t = ");
                     }
-                    if (x == zeilenEnde) break;
+                    const std::uint8_t byte = s.imEprom && s.daten ? s.daten[j] : 0;
+                    const bool belegt = s.anzSchr && s.anzSchr[j];
+                    if (hex) {
+                        if (belegt) {
+                            aus.byte(byte);
+                            aus.zeichen(' ');
+                        } else {
+                            aus.text("-- ");
+                        }
+                    } else {
+                        aus.text(std::string_view(kopf.c_str(), static_cast<std::size_t>(kopf.laenge())));
+                        aus.zeichen(byte < 32 || !belegt ? '.' : static_cast<char>(byte));
+                    }
+                    if (++spalte == 16) {
+                        aus.zeichen('\n');
+                        spalte = 0;
+                    }
                 }
-                os << "\n";
-                if (zeilenEnde == e) break;
-            }
+                return true;
+            });
+            if (spalte) aus.zeichen('\n');
         }
         if (e == 0xFFFFFFFF) return;
-        os << "\n";
+        aus.zeichen('\n');
         if (!liefereBereich(e + 1, rv, rb) || rv > bis) return;
     }
 }
@@ -99,20 +120,36 @@ std::uint32_t Eprom::anzeigeBelegung(std::ostream& os, adrInteger anf, adrIntege
     std::uint32_t frei = 0;
     adrInteger a = anf, rv, rb;
     os << std::hex;
+    HexAusgabe aus(os);
+    auto zeile = [&](adrInteger von, adrInteger bis, std::uint8_t c) {
+        aus.zeichen('[');
+        aus.zahl(von, 5);
+        aus.text(" .. ");
+        aus.zahl(bis, 5);
+        aus.text("] -> ");
+        aus.dezimal(c);
+        aus.zeichen('\n');
+        if (c == 0) frei += bis - von + 1;
+    };
     while (liefereBereich(a, rv, rb)) {
         adrInteger g = std::min(end, rb);
         if (rv <= g) {
-            adrInteger x = rv;
-            for (;;) {
-                adrInteger start = x;
-                std::uint8_t c = liefereAnzSchr(x);
-                while (x < g && liefereAnzSchr(x + 1) == c) ++x;
-                os << "[" << Breit{start, 5} << " .. " << Breit{x, 5} << "] -> " << std::dec
-                   << static_cast<int>(c) << std::hex << "\n";
-                if (c == 0) frei += x - start + 1;
-                if (x == g) break;
-                ++x;
-            }
+            // The run being collected: start and count.
+            adrInteger start = rv;
+            std::uint8_t c = 0;
+            bool offen = false;
+            laufe(rv, g, [&](const EpromStrecke& s) {
+                const std::uint64_t n = s.laenge();
+                for (std::uint64_t j = 0; j < n;) {
+                    const std::uint8_t w = s.anzSchr ? s.anzSchr[j] : 0;
+                    const std::uint64_t k = s.anzSchr ? j + 1 + gleichBis(s.anzSchr + j + 1, n - j - 1, w) : n;
+                    if (offen && w != c) zeile(start, static_cast<adrInteger>(s.von + j - 1), c);
+                    if (!offen || w != c) start = static_cast<adrInteger>(s.von + j), c = w, offen = true;
+                    j = k;
+                }
+                return true;
+            });
+            zeile(start, g, c);
         }
         if (rb >= end || rb == 0xFFFFFFFF) break;
         a = rb + 1;

@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "foundation/Datei.h"
+#include "foundation/Hex.h"
 #include "image/Eprom.h"
 #include "image/HexText.h"
 #include "image/HexZeile.h"
@@ -44,6 +45,14 @@ public:
             }
             std::size_t nimm = std::min(ende_ - pos_, maxZeile - n);
             const char* nl = static_cast<const char*>(std::memchr(puffer_.get() + pos_, '\n', nimm));
+            if (nl && n == 0) {
+                // The whole line lies in the block: hand it out from there.
+                const char* anfang = puffer_.get() + pos_;
+                std::size_t k = static_cast<std::size_t>(nl - anfang);
+                pos_ += k + 1;
+                zeile = std::string_view(anfang, strnlen(anfang, k));
+                return true;
+            }
             if (nl) {
                 std::size_t k = static_cast<std::size_t>(nl - (puffer_.get() + pos_));
                 std::memcpy(zeile_ + n, puffer_.get() + pos_, k);
@@ -267,7 +276,13 @@ int EpromDateiIntel::schreibe(Eprom& eprom, std::ostream& os, adrInteger von, ad
     int ergebnis = 1;
     bool lang = false;
     auto dateiAdr = [&](adrInteger a) { return externeAdresse ? a + (*externeAdresse - von) : a; };
+    // Data lines collect in one buffer; the other records go straight to the
+    // stream, after what is collected.
+    HexAusgabe aus(os, true);
+    EpromLeser leser(eprom);
+    IntelHexZeileDaten datenZeile;   // one for all lines: a fresh one costs clearing its bytes
     auto erweiterung = [&](adrInteger f) {
+        aus.leere();
         if (lang)
             schreibeLinearZeile(os, f, extAdr);
         else
@@ -296,7 +311,7 @@ int EpromDateiIntel::schreibe(Eprom& eprom, std::ostream& os, adrInteger von, ad
                     }
                     std::uint32_t n = nutzBytes - f % nutzBytes;
                     if (std::uint64_t(a) + nutzBytes - 1 > rb) n = rb - a + 1;
-                    ergebnis = IntelHexZeileDaten().schreibe(os, eprom, a, n, extAdr, &von, externeAdresse);
+                    ergebnis = datenZeile.schreibe(aus, leser, a, n, extAdr, &von, externeAdresse);
                     zaehle();
                     if (std::uint64_t(a) + n > rb) break;
                     a += n;
@@ -305,6 +320,7 @@ int EpromDateiIntel::schreibe(Eprom& eprom, std::ostream& os, adrInteger von, ad
             if (rb == 0xFFFFFFFF || !eprom.liefereBereich(rb + 1, rv, rb)) break;
         }
     }
+    aus.leere();
     os << ":00000001FF\n";
     return os.good() ? ergebnis : 0;
 }
@@ -409,11 +425,17 @@ int EpromDateiMotorola::schreibe(Eprom& eprom, std::ostream& os, adrInteger von,
             }
             kopfZeile->schreibe(os);
             zaehle();
+            HexAusgabe aus(os, true);
+            EpromLeser leser(eprom);
+            MotorolaHexZeileS1 s1;
+            MotorolaHexZeileS2 s2;
+            MotorolaHexZeileS3 s3;
             while (rv <= limit) {
                 rb = std::min(rb, limit);
                 if (rv <= rb) {
                     for (adrInteger a = rv;;) {
                         adrInteger f = a + delta;
+                        if ((modus == S1S9 && f >= 0x10000) || (modus == S2S8 && f >= 0x1000000)) aus.leere();
                         if (modus == S1S9 && f >= 0x10000) {
                             MotorolaHexZeileS9().schreibe(os);
                             zaehle();
@@ -427,11 +449,11 @@ int EpromDateiMotorola::schreibe(Eprom& eprom, std::ostream& os, adrInteger von,
                         std::uint32_t n = nutzBytes - f % nutzBytes;
                         if (std::uint64_t(a) + nutzBytes - 1 > rb) n = rb - a + 1;
                         if (modus == S2S8)
-                            ergebnis = MotorolaHexZeileS2().schreibe(os, eprom, a, f, n);
+                            ergebnis = s2.schreibe(aus, leser, a, f, n);
                         else if (modus == S3S7)
-                            ergebnis = MotorolaHexZeileS3().schreibe(os, eprom, a, f, n);
+                            ergebnis = s3.schreibe(aus, leser, a, f, n);
                         else
-                            ergebnis = MotorolaHexZeileS1().schreibe(os, eprom, a, f, n);
+                            ergebnis = s1.schreibe(aus, leser, a, f, n);
                         zaehle();
                         if (std::uint64_t(a) + n > rb) break;
                         a += n;
@@ -547,32 +569,30 @@ int EpromDateiBinaer::schreibe(Eprom& eprom, const adrInteger* startAdresse, con
     } else {
         BearbeitungsFortschritt fortschritt(10240, String("Schreibe Bytes"));
         std::ostream& os = *ausgabe.liefereStrom();
-        std::unique_ptr<std::uint8_t[]> bytes(new std::uint8_t[blockGroesse]);
-        std::unique_ptr<std::uint8_t[]> zaehler(new std::uint8_t[blockGroesse]);
-        for (adrInteger a = von;;) {
-            std::uint32_t n = static_cast<std::uint32_t>(std::min<std::uint64_t>(blockGroesse, std::uint64_t(bis) - a + 1));
-            if (!eprom.liefereBytes(a, n, bytes.get(), zaehler.get())) {
-                // Some byte was refused: go byte by byte so that its report
-                // comes where it belongs.
-                for (std::uint32_t i = 0; i < n; ++i) {
-                    zaehler[i] = eprom.liefereAnzSchr(a + i);
-                    if (zaehler[i] == 0) break;
-                    eprom.liefereByte(a + i, bytes[i], 1);
+        eprom.laufe(von, bis, [&](const EpromStrecke& s) {
+            const auto n = static_cast<std::uint32_t>(s.laenge());
+            // The written bytes up to the first gap.
+            const void* luecke = s.anzSchr ? std::memchr(s.anzSchr, 0, n) : s.anzSchr;
+            std::uint32_t gut = !s.anzSchr ? 0 : luecke ? static_cast<std::uint32_t>(static_cast<const std::uint8_t*>(luecke) - s.anzSchr) : n;
+            if (s.imEprom && s.daten) {
+                os.write(reinterpret_cast<const char*>(s.daten), gut);
+            } else {
+                // Refused bytes are reported one by one, where they belong.
+                for (std::uint32_t i = 0; i < gut; ++i) {
+                    std::uint8_t byte = 0;
+                    eprom.liefereByte(s.von + i, byte, 1);
+                    os.put(static_cast<char>(byte));
                 }
             }
-            std::uint32_t gut = 0;
-            while (gut < n && zaehler[gut] != 0) ++gut;
-            os.write(reinterpret_cast<const char*>(bytes.get()), gut);
             fortschritt += static_cast<dataInteger>(gut);
             if (gut < n) {
                 Fehler("GAP-IN-EPROM", "EpromDateiBinaer::schreibe",
                        String(klein(von) + " - " + klein(bis)), 'E');
                 ergebnis = 0;
-                break;
+                return false;
             }
-            if (std::uint64_t(a) + n > bis) break;
-            a += n;
-        }
+            return true;
+        });
     }
     if (ergebnis) ergebnis = ausgabe.beende("EpromDateiBinaer::schreibe");
     // What was not completed is thrown away; the file under the name stays

@@ -6,6 +6,7 @@
 #include <ostream>
 #include <string>
 
+#include "foundation/Hex.h"
 #include "image/Eprom.h"
 #include "image/HexText.h"
 #include "reporting/Fehler.h"
@@ -37,22 +38,26 @@ int speichereAlle(Eprom& eprom, adrInteger adr, const std::uint8_t* p, std::uint
     return ok;
 }
 
-// Fetches n bytes from the image onto the line, adding them to `summe`.
-int schreibeBytes(SchreibPuffer& p, Eprom& eprom, adrInteger adr, std::uint32_t n, std::uint32_t& summe) {
-    int ok = 1;
-    std::uint8_t puffer[1024];
-    for (std::uint32_t i = 0; i < n;) {
-        adrInteger a = adr + i;
-        std::uint32_t k = static_cast<std::uint32_t>(
-            std::min<std::uint64_t>({n - i, sizeof puffer, (std::uint64_t(1) << 32) - a}));
-        if (!eprom.liefereBytes(a, k, puffer)) ok = 0;
-        for (std::uint32_t j = 0; j < k; ++j) {
-            p.byte(puffer[j]);
-            summe += puffer[j];
-        }
-        i += k;
+// Puts n bytes of the image onto the line, adding them to `summe`.
+int schreibeBytes(HexAusgabe& aus, EpromLeser& leser, adrInteger adr, std::uint32_t n, std::uint32_t& summe) {
+    bool ok = true;
+    const std::uint8_t* bytes = leser.lies(adr, n, ok);
+    if (n > 16384) {
+        aus.bytes(bytes, n);
+        for (std::uint32_t j = 0; j < n; ++j) summe += bytes[j];
+        return ok ? 1 : 0;
     }
-    return ok;
+    char* p = aus.platz(2 * n);
+    std::uint32_t s = 0;
+    for (std::uint32_t j = 0; j < n; ++j) {
+        const auto& paar = hex::paareGross[bytes[j]];
+        p[2 * j] = paar[0];
+        p[2 * j + 1] = paar[1];
+        s += bytes[j];
+    }
+    aus.fertig(p + 2 * n);
+    summe += s;
+    return ok ? 1 : 0;
 }
 
 // A record whose data runs past the top of the address space keeps the
@@ -89,16 +94,20 @@ int IntelHexZeile::zerlege() {
     std::uint8_t by[maxDaten + 6];
     const char* p = text_.data();
     const std::size_t n = text_.size();
+    // Blanks at the end (a CR before the newline) only shorten the line.
+    std::size_t m = n;
+    while (m > 1 && istLeer(p[m - 1])) --m;
     bool fertig = false;
-    if (n % 2 == 1 && n <= 2 * sizeof by + 1) {
+    if (m >= 11 && m % 2 == 1 && m <= 2 * sizeof by + 1) {
         // The usual line: nothing but digits behind the first character.
-        int alle = 0;
-        for (std::size_t k = 0; 2 * k + 2 < n; ++k) {
-            int h = wert(p[2 * k + 1]), l = wert(p[2 * k + 2]);
-            alle |= h | l;
-            by[k] = static_cast<std::uint8_t>(h * 16 + l);
+        unsigned alle = 0;
+        for (std::size_t k = 0; 2 * k + 2 < m; ++k) {
+            const std::uint16_t w = hextext::paarWert(p + 2 * k + 1);
+            alle |= w;
+            by[k] = static_cast<std::uint8_t>(w);
         }
-        fertig = alle >= 0;
+        fertig = alle < 0x100;
+        if (fertig) laenge -= static_cast<std::int32_t>(n - m);
     }
     if (!fertig) {
         std::size_t gesammelt = 0;
@@ -179,18 +188,31 @@ int IntelHexZeileDaten::speichere(Eprom& eprom, adrInteger basis, const adrInteg
 
 int IntelHexZeileDaten::schreibe(std::ostream& os, Eprom& eprom, adrInteger adr, std::uint32_t anz,
                                  adrInteger basis, const adrInteger* anfAdr, const adrInteger* externeAdr) {
+    HexAusgabe aus(os, true);
+    EpromLeser leser(eprom);
+    return schreibe(aus, leser, adr, anz, basis, anfAdr, externeAdr);
+}
+
+int IntelHexZeileDaten::schreibe(HexAusgabe& aus, EpromLeser& leser, adrInteger adr, std::uint32_t anz,
+                                 adrInteger basis, const adrInteger* anfAdr, const adrInteger* externeAdr) {
     adrInteger dateiAdr = adr;
     if (externeAdr) dateiAdr = adr + *externeAdr - (anfAdr ? *anfAdr : 0);
     dateiAdr -= basis;
-    SchreibPuffer p(os);
-    p.zeichen(':');
-    p.zahl(anz, 2);
-    p.zahl(dateiAdr & 0xFFFF, 4);
-    p.text("00");
     std::uint32_t summe = anz + ((dateiAdr >> 8) & 0xFF) + (dateiAdr & 0xFF);
-    int ok = schreibeBytes(p, eprom, adr, anz, summe);
-    p.zahl((0u - summe) & 0xFF, 2);
-    p.zeichen('\n');
+    // The whole line at once into the buffer; the room asked for covers a
+    // count of more than two digits.
+    char* p = aus.platz(32);
+    *p++ = ':';
+    p = hex::zahl(p, anz, 2);
+    p = hex::zahl(p, dateiAdr & 0xFFFF, 4);
+    *p++ = '0';
+    *p++ = '0';
+    aus.fertig(p);
+    int ok = schreibeBytes(aus, leser, adr, anz, summe);
+    p = aus.platz(3);
+    p = hex::zahl(p, (0u - summe) & 0xFF, 2);
+    *p++ = '\n';
+    aus.fertig(p);
     return ok;
 }
 
@@ -282,7 +304,36 @@ int MotorolaHexZeile::zerlege() {
     lesePos_ = 0;
     // Local counters: the byte stores below could alias the members.
     int gesammelt = 0, leer = 0;
-    for (std::size_t i = 1; i < text_.size(); ++i) {
+    // The usual line, nothing but digits, without a branch per character.
+    // Locals again: stores to ziffern_ could alias text_ itself.
+    const char* const t = text_.data();
+    const std::size_t n = text_.size();
+    std::uint8_t* const z = ziffern_;
+    std::size_t m = n;
+    while (m > 1 && istLeer(t[m - 1])) --m;
+    int alleZiffern = -1;
+    if (n <= sizeof ziffern_ && m >= 2) {
+        // The type digit, then two digits per lookup.
+        unsigned alle = wert(t[1]) < 0 ? 0x100u : 0u;
+        z[0] = static_cast<std::uint8_t>(wert(t[1]));
+        std::size_t i = 2;
+        for (; i + 1 < m; i += 2) {
+            const std::uint16_t w = hextext::paarWert(t + i);
+            alle |= w;
+            z[i - 1] = static_cast<std::uint8_t>(w >> 4);
+            z[i] = static_cast<std::uint8_t>(w & 15);
+        }
+        if (i < m) {
+            alle |= wert(t[i]) < 0 ? 0x100u : 0u;
+            z[i - 1] = static_cast<std::uint8_t>(wert(t[i]));
+        }
+        if (alle < 0x100) alleZiffern = 0;
+    }
+    if (alleZiffern >= 0) {
+        gesammelt = static_cast<int>(m) - 1;
+        leer = static_cast<int>(n - m);
+    }
+    for (std::size_t i = 1; alleZiffern < 0 && i < text_.size(); ++i) {
         char c = text_[i];
         int v = wert(c);
         if (v >= 0) {
@@ -316,11 +367,25 @@ int MotorolaHexZeile::zerlege() {
         Fehler("HEXFILE-BYTECOUNT", "MotorolaHexZeile::zerlege", String(t), 'W');
         return 0;
     }
-    for (int i = 0; i < anzahl; ++i) {
-        std::uint32_t w = 0;
-        liesHexPaar(w);
-        daten[i] = static_cast<std::uint8_t>(w);
-        summe += w;
+    if (anzahl > 0 && lesePos_ + 2 * anzahl <= anzZiffern_) {
+        const std::uint8_t* q = ziffern_ + lesePos_;
+        std::uint8_t* d = daten;
+        std::uint32_t s = summe;
+        for (int i = 0; i < anzahl; ++i) {
+            const std::uint32_t w = q[2 * i] * 16u + q[2 * i + 1];
+            d[i] = static_cast<std::uint8_t>(w);
+            s += w;
+        }
+        summe = s;
+        lesePos_ += 2 * anzahl;
+        laenge = static_cast<std::int16_t>(laenge - 2 * anzahl);
+    } else {
+        for (int i = 0; i < anzahl; ++i) {
+            std::uint32_t w = 0;
+            liesHexPaar(w);
+            daten[i] = static_cast<std::uint8_t>(w);
+            summe += w;
+        }
     }
     std::uint32_t gelesen = 0;
     liesHexPaar(gelesen);
@@ -407,21 +472,27 @@ int MotorolaHexZeileDaten::speichere(Eprom& eprom, const adrInteger* anfAdr, con
 
 int MotorolaHexZeileDaten::schreibe(std::ostream& os, Eprom& eprom, adrInteger adr, adrInteger fileAdr,
                                     std::uint32_t anz) {
+    HexAusgabe aus(os, true);
+    EpromLeser leser(eprom);
+    return schreibe(aus, leser, adr, fileAdr, anz);
+}
+
+int MotorolaHexZeileDaten::schreibe(HexAusgabe& aus, EpromLeser& leser, adrInteger adr, adrInteger fileAdr,
+                                    std::uint32_t anz) {
     adresse = fileAdr;
     anzahl = static_cast<std::int16_t>(std::min<std::uint32_t>(anz, 0x7FFF));
-    SchreibPuffer p(os);
     std::uint32_t zaehl = anz + static_cast<std::uint32_t>(adrBytes_) + 1;
-    p.zeichen('S');
-    p.zeichen(typZiffer_);
-    p.zahl(zaehl, 2);
+    aus.zeichen('S');
+    aus.zeichen(typZiffer_);
+    aus.zahl(zaehl, 2);
     summe = zaehl;
     for (int k = adrBytes_ - 1; k >= 0; --k) {
         std::uint32_t b = (fileAdr >> (8 * k)) & 0xFF;
-        p.zahl(b, 2);
+        aus.zahl(b, 2);
         summe += b;
     }
-    int ok = schreibeBytes(p, eprom, adr, anz, summe);
-    p.zahl(~summe & 0xFF, 2);
-    p.zeichen('\n');
+    int ok = schreibeBytes(aus, leser, adr, anz, summe);
+    aus.zahl(~summe & 0xFF, 2);
+    aus.zeichen('\n');
     return ok;
 }

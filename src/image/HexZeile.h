@@ -24,6 +24,8 @@
 #include "foundation/Typen.h"
 
 class Eprom;
+class EpromLeser;
+class HexAusgabe;
 
 // ===================================================================
 // Intel
@@ -65,6 +67,9 @@ public:
     // Writes one data record of `anzahl` bytes taken from `adr` of the image.
     // 0 when a byte was not in the image (written as 0).
     int schreibe(std::ostream& os, Eprom& eprom, adrInteger adr, std::uint32_t anzahl, adrInteger basis,
+                 const adrInteger* anfAdr, const adrInteger* externeAdr);
+    // The same into the buffer of a whole file.
+    int schreibe(HexAusgabe& aus, EpromLeser& leser, adrInteger adr, std::uint32_t anzahl, adrInteger basis,
                  const adrInteger* anfAdr, const adrInteger* externeAdr);
 };
 
@@ -155,6 +160,7 @@ public:
     // Writes one record of `anzahl` bytes from `adr` of the image with the
     // file address `fileAdr`; 0 when a byte was not in the image.
     int schreibe(std::ostream& os, Eprom& eprom, adrInteger adr, adrInteger fileAdr, std::uint32_t anzahl);
+    int schreibe(HexAusgabe& aus, EpromLeser& leser, adrInteger adr, adrInteger fileAdr, std::uint32_t anzahl);
 
 protected:
     using MotorolaHexZeile::MotorolaHexZeile;
