@@ -148,4 +148,49 @@ TEST_F(EpromStreckeTest, SkipsTheEmptyAddressSpaceAtOnceAndMarksEachWindowRead) 
     EXPECT_EQ(strecken, 4);
 }
 
+// Whole chunks written alike keep one count for the chunk; every later
+// change to part of one (a byte, an overlapping run, growth downward, a fill,
+// a swap, a copy of the image) must read as if each count were stored.
+TEST_F(EpromStreckeTest, ChunksOfOneCountAgreeAfterEveryKindOfChange) {
+    std::mt19937 zufall(815);
+    std::vector<std::uint8_t> lauf(0x30000);
+    for (auto& b : lauf) b = static_cast<std::uint8_t>(zufall());
+    const adrInteger basis = 0x1100000;
+    Eprom e;
+    e.setzeBytes(basis, lauf.data(), 0x30000, 0);
+    pruefe(e, basis - 0x10, basis + 0x30010);
+    e.setzeBytes(basis + 0x8005, lauf.data(), 0x10000, 0);
+    e.setzeByte(basis + 0x20000, 9);
+    for (int i = 0; i < 256; ++i) e.setzeBytes(basis + 0x28000, lauf.data(), 0x8000, 0);   // saturates
+    pruefe(e, basis, basis + 0x2FFFF);
+    // The reference reads the same storage; the counts themselves are known.
+    const std::pair<adrInteger, int> anz[] = {{basis, 1}, {basis + 0x8004, 1}, {basis + 0x8005, 2},
+        {basis + 0x18004, 2}, {basis + 0x18005, 1},
+        {basis + 0x28004, 255}, {basis + 0x2FFFF, 255}, {basis + 0x20000, 2}, {basis + 0x30000, 0}};
+    for (auto [a, n] : anz) EXPECT_EQ(e.liefereAnzSchr(a), n) << std::hex << a;
+    e.setzeByte(basis - 0x9001, 3);   // the array grows downward
+    pruefe(e, basis - 0x9001, basis + 0x2FFFF);
+    Eprom kopie(e);
+    e.swap(basis - 0xA000, basis + 0x2FFFF, nullptr);
+    pruefe(e, basis - 0xA000, basis + 0x2FFFF);
+    pruefe(kopie, basis - 0x9001, basis + 0x2FFFF);
+    for (auto [a, n] : anz) EXPECT_EQ(kopie.liefereAnzSchr(a), n) << std::hex << a;
+
+    // A short array written whole, then grown past its end.
+    Eprom klein;
+    klein.setzeBytes(0, lauf.data(), 16, 0);
+    klein.setzeByte(100, 1);
+    EXPECT_EQ(klein.liefereAnzSchr(15), 1);
+    EXPECT_EQ(klein.liefereAnzSchr(50), 0);
+
+    Eprom fest;
+    fest.definiereBereich(0x100, 0x400FF);
+    fest.setzeBytes(0x8100, lauf.data(), 0x10000, 0);
+    const adrInteger von = 0x8000, bis = 0x30000;
+    EXPECT_EQ(fest.fuelle(0xAA, &von, &bis), 0x28001u - 0x10000u);
+    pruefe(fest, 0, 0x40100);
+    fest.setzeBytes(0x100, lauf.data(), 0x40000, 0);
+    pruefe(fest, 0, 0x40100);
+}
+
 }  // namespace
