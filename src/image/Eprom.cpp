@@ -809,3 +809,51 @@ int Eprom::teileEvenOdd(Eprom& gerade, Eprom& ungerade) {
     }
     return 1;
 }
+
+// ===================================================================
+// EpromSammler
+// ===================================================================
+
+bool EpromSammler::passt(adrInteger adr, adrInteger letzte) {
+    if (eprom_.liefereAnzSegmente() != 1) return false;
+    const adrInteger anf = puffer_.empty() ? adr : anf_;
+    int code;
+    adrInteger grenze;
+    const EpromBereich* b = eprom_.liefereSegment(0).findeBereich(anf, code, grenze);
+    if (!b || grenze < letzte) return false;
+    if (!b->daten.kannUmfassen(idx(anf), idx(letzte)) || !b->anzSchr.kannUmfassen(idx(anf), idx(letzte)))
+        return false;
+    // A growing region reached by a fixed lookup would patch row 0 of the
+    // table piece by piece; such a mix does not arise, but would go singly.
+    if (b->erweiterbar && code == EpromSegment::fest) return false;
+    return true;
+}
+
+bool EpromSammler::nimm(adrInteger adr, const std::uint8_t* quelle, std::uint32_t anzahl) {
+    constexpr std::size_t hoechstens = std::size_t(1) << 20;
+    if (anzahl == 0) return true;
+    const std::uint64_t letzte = std::uint64_t(adr) + anzahl - 1;
+    if (!puffer_.empty() && (adr != anf_ + std::uint64_t(puffer_.size()) || puffer_.size() + anzahl > hoechstens))
+        leere();
+    if (letzte > 0xFFFFFFFF || anzahl > hoechstens) {
+        leere();
+        return false;
+    }
+    if (!passt(adr, static_cast<adrInteger>(letzte))) {
+        if (puffer_.empty()) return false;
+        leere();
+        if (!passt(adr, static_cast<adrInteger>(letzte))) return false;
+    }
+    if (puffer_.empty()) {
+        anf_ = adr;
+        puffer_.reserve(hoechstens);
+    }
+    puffer_.insert(puffer_.end(), quelle, quelle + anzahl);
+    return true;
+}
+
+void EpromSammler::leere() {
+    if (puffer_.empty()) return;
+    eprom_.setzeBytes(anf_, puffer_.data(), static_cast<std::uint32_t>(puffer_.size()), 0);
+    puffer_.clear();
+}
