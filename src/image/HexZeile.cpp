@@ -201,6 +201,30 @@ int IntelHexZeileDaten::schreibe(HexAusgabe& aus, EpromLeser& leser, adrInteger 
     if (externeAdr) dateiAdr = adr + *externeAdr - (anfAdr ? *anfAdr : 0);
     dateiAdr -= basis;
     std::uint32_t summe = anz + ((dateiAdr >> 8) & 0xFF) + (dateiAdr & 0xFF);
+    if (anz <= 0xFF) {
+        // The usual line: every field two digits wide, all of it at once.
+        bool ok = true;
+        const std::uint8_t* bytes = leser.lies(adr, anz, ok);
+        char* p = aus.platz(2 * anz + 12);
+        auto paar = [&p](std::uint32_t b) {
+            std::memcpy(p, hex::paareGross[b].data(), 2);
+            p += 2;
+        };
+        *p++ = ':';
+        paar(anz);
+        paar((dateiAdr >> 8) & 0xFF);
+        paar(dateiAdr & 0xFF);
+        *p++ = '0';
+        *p++ = '0';
+        for (std::uint32_t j = 0; j < anz; ++j) {
+            paar(bytes[j]);
+            summe += bytes[j];
+        }
+        paar((0u - summe) & 0xFF);
+        *p++ = '\n';
+        aus.fertig(p);
+        return ok ? 1 : 0;
+    }
     // The whole line at once into the buffer; the room asked for covers a
     // count of more than two digits.
     char* p = aus.platz(32);
