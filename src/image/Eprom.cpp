@@ -815,22 +815,28 @@ int Eprom::teileEvenOdd(Eprom& gerade, Eprom& ungerade) {
 // ===================================================================
 
 bool EpromSammler::passt(adrInteger adr, adrInteger letzte) {
+    // Nothing changes the image while a run is collected: what held for a
+    // longer run from the same start holds for this one.
+    if (!puffer_.empty() && letzte <= sicherBis_) return true;
     if (eprom_.liefereAnzSegmente() != 1) return false;
     const adrInteger anf = puffer_.empty() ? adr : anf_;
     int code;
     adrInteger grenze;
     const EpromBereich* b = eprom_.liefereSegment(0).findeBereich(anf, code, grenze);
     if (!b || grenze < letzte) return false;
-    if (!b->daten.kannUmfassen(idx(anf), idx(letzte)) || !b->anzSchr.kannUmfassen(idx(anf), idx(letzte)))
-        return false;
     // A growing region reached by a fixed lookup would patch row 0 of the
     // table piece by piece; such a mix does not arise, but would go singly.
     if (b->erweiterbar && code == EpromSegment::fest) return false;
+    auto reicht = [&](adrInteger bis) {
+        return b->daten.kannUmfassen(idx(anf), idx(bis)) && b->anzSchr.kannUmfassen(idx(anf), idx(bis));
+    };
+    if (!reicht(letzte)) return false;
+    const adrInteger weit = static_cast<adrInteger>(std::min<std::uint64_t>(grenze, std::uint64_t(anf) + hoechstens - 1));
+    sicherBis_ = reicht(weit) ? weit : letzte;
     return true;
 }
 
 bool EpromSammler::nimm(adrInteger adr, const std::uint8_t* quelle, std::uint32_t anzahl) {
-    constexpr std::size_t hoechstens = std::size_t(1) << 20;
     if (anzahl == 0) return true;
     const std::uint64_t letzte = std::uint64_t(adr) + anzahl - 1;
     if (!puffer_.empty() && (adr != anf_ + std::uint64_t(puffer_.size()) || puffer_.size() + anzahl > hoechstens))
@@ -854,6 +860,9 @@ bool EpromSammler::nimm(adrInteger adr, const std::uint8_t* quelle, std::uint32_
 
 void EpromSammler::leere() {
     if (puffer_.empty()) return;
-    eprom_.setzeBytes(anf_, puffer_.data(), static_cast<std::uint32_t>(puffer_.size()), 0);
+    // Taken only where nothing is refused; should a byte be, the rest
+    // still goes in, as with records written one by one.
+    const auto n = static_cast<std::uint32_t>(puffer_.size());
+    for (std::uint32_t i = 0; i < n; ++i) i += eprom_.setzeBytes(anf_ + i, puffer_.data() + i, n - i, 0);
     puffer_.clear();
 }

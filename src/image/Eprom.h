@@ -259,8 +259,10 @@ public:
 
 private:
     bool passt(adrInteger adr, adrInteger letzte);
+    static constexpr std::size_t hoechstens = std::size_t(1) << 20;   // bytes held at most
 
     Eprom& eprom_;
     std::vector<std::uint8_t> puffer_;
     adrInteger anf_ = 0;
+    adrInteger sicherBis_ = 0;   // a run from anf_ up to here would be taken
 };

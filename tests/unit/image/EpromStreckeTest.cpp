@@ -207,6 +207,7 @@ TEST_F(EpromStreckeTest, CollectedRecordsLeaveTheImageAsSingleWrites) {
         if (runde % 3 == 0) einzeln.setzeBytes(0x9000 + z(0x100), lauf.data(), 0x20, 0);
         if (runde % 2) einzeln.definiereBereich(0x7F00 + z(0x200), 0x8400 + z(0x200));
         if (runde % 4 == 1) einzeln.definiereBereich(0x100 + z(0x100), 0x300);
+        if (runde % 4 == 3) einzeln.definiereBereich(0x2000000, 0x3FFFFFF);   // beyond the array limit
         Eprom gesammelt(einzeln);
         {
             EpromSammler sammler(gesammelt);
