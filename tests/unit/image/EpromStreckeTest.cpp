@@ -153,7 +153,7 @@ TEST_F(EpromStreckeTest, SkipsTheEmptyAddressSpaceAtOnceAndMarksEachWindowRead) 
 // a swap, a copy of the image) must read as if each count were stored.
 TEST_F(EpromStreckeTest, ChunksOfOneCountAgreeAfterEveryKindOfChange) {
     std::mt19937 zufall(815);
-    std::vector<std::uint8_t> lauf(0x30000);
+    std::vector<std::uint8_t> lauf(0x40000);
     for (auto& b : lauf) b = static_cast<std::uint8_t>(zufall());
     const adrInteger basis = 0x1100000;
     Eprom e;
