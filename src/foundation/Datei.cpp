@@ -177,8 +177,9 @@ int SichereAusgabe::beende() {
     if (cStrom_ && std::fflush(cStrom_) != 0 && !fehler_) fehler_ = errno ? errno : EIO;
     if (cStrom_ && std::ferror(cStrom_) && !fehler_) fehler_ = EIO;
     // Devices and pipes cannot be synced; only a regular file must be on
-    // the disk before it takes the old one's place.
-    if (!fehler_ && !temp_.istLeer() && ::fsync(fd_) != 0) fehler_ = errno;
+    // the disk before it takes the old one's place. Its data and size are
+    // what matter; times and other metadata may come later.
+    if (!fehler_ && !temp_.istLeer() && ::fdatasync(fd_) != 0) fehler_ = errno;
     if (fehler_ && anhangAb_ >= 0) (void)!::ftruncate(fd_, static_cast<off_t>(anhangAb_));
     int schluss = cStrom_ ? std::fclose(cStrom_) : ::close(fd_);
     if (schluss != 0 && !fehler_) fehler_ = errno ? errno : EIO;

@@ -34,18 +34,67 @@ std::int32_t abstand(std::int32_t index, std::int32_t basis) {
 }  // namespace
 
 LongDynArray::LongDynArray(const LongDynArray& quelle)
-    : vorgabe_(quelle.vorgabe_), anzahl_(quelle.anzahl_), basis_(quelle.basis_),
-      gewarnt_(quelle.gewarnt_) {
+    : einheit_(quelle.einheit_), vorgabe_(quelle.vorgabe_), anzahl_(quelle.anzahl_),
+      basis_(quelle.basis_), gewarnt_(quelle.gewarnt_) {
     std::uint32_t bloecke = static_cast<std::uint32_t>(quelle.bloecke_.size());
-    bloecke_.reserve(bloecke);
+    bloecke_.resize(bloecke);
     for (std::uint32_t b = 0; b < bloecke; ++b) {
-        std::uint32_t groesse = blockLaenge(b);
-        bloecke_.push_back(neuerBlock(groesse));
         // A frozen source hands on its size but none of its bytes.
-        if (gewarnt_)
-            std::memset(bloecke_.back().get(), 0, groesse);
+        if (gewarnt_) {
+            einheit_[b] = 0;
+        } else if (quelle.bloecke_[b]) {
+            std::uint32_t groesse = blockLaenge(b);
+            bloecke_[b] = neuerBlock(groesse);
+            std::memcpy(bloecke_[b].get(), quelle.bloecke_[b].get(), groesse);
+        }
+    }
+}
+
+const std::uint8_t* LongDynArray::einheitsBlock(std::uint8_t wert) {
+    static std::unique_ptr<std::uint8_t[]> bloecke[256];
+    auto& b = bloecke[wert];
+    if (!b) {
+        b.reset(new std::uint8_t[blockGroesse]);
+        std::memset(b.get(), wert, blockGroesse);
+    }
+    return b.get();
+}
+
+std::uint8_t* LongDynArray::macheEcht(std::uint32_t block) {
+    std::uint32_t groesse = blockLaenge(block);
+    bloecke_[block] = neuerBlock(groesse);
+    std::memset(bloecke_[block].get(), einheit_[block], groesse);
+    return bloecke_[block].get();
+}
+
+void LongDynArray::setze(std::int32_t index, const std::uint8_t* quelle, std::uint32_t anzahl) {
+    std::uint32_t off = static_cast<std::uint32_t>(index) - static_cast<std::uint32_t>(basis_);
+    while (anzahl > 0) {
+        std::uint32_t block = off / blockGroesse, innen = off % blockGroesse;
+        std::uint32_t groesse = blockLaenge(block);
+        std::uint32_t k = std::min(groesse - innen, anzahl);
+        std::uint8_t* p;
+        if (!bloecke_[block] && k == groesse)
+            p = (bloecke_[block] = neuerBlock(groesse)).get();   // no need to set it first
         else
-            std::memcpy(bloecke_.back().get(), quelle.bloecke_[b].get(), groesse);
+            p = bereiterBlock(block) + innen;
+        std::memcpy(p, quelle, k);
+        quelle += k, off += k, anzahl -= k;
+    }
+}
+
+void LongDynArray::zaehleHoch(std::int32_t index, std::uint32_t anzahl) {
+    std::uint32_t off = static_cast<std::uint32_t>(index) - static_cast<std::uint32_t>(basis_);
+    while (anzahl > 0) {
+        std::uint32_t block = off / blockGroesse, innen = off % blockGroesse;
+        std::uint32_t k = std::min(blockLaenge(block) - innen, anzahl);
+        if (!bloecke_[block] && k == blockLaenge(block)) {
+            einheit_[block] = static_cast<std::uint8_t>(einheit_[block] + (einheit_[block] != 255));
+        } else {
+            std::uint8_t* z = bereiterBlock(block) + innen;
+            for (std::uint32_t j = 0; j < k; ++j) z[j] = static_cast<std::uint8_t>(z[j] + (z[j] != 255));
+        }
+        off += k, anzahl -= k;
     }
 }
 
@@ -99,40 +148,47 @@ void LongDynArray::wachseAufwaerts(std::int64_t off) {
     std::uint32_t alteBloecke = static_cast<std::uint32_t>(bloecke_.size());
     std::uint32_t neueBloecke = static_cast<std::uint32_t>((groesse + blockGroesse - 1) / blockGroesse);
     std::int32_t alteAnzahl = anzahl_;
+    // The old partial chunk, if any, grows into a full one: real or uniform.
+    const bool teil = volle < alteBloecke && !gewarnt_;
     std::unique_ptr<std::uint8_t[]> altTeil;
+    std::uint8_t altWert = vorgabe_;
     std::uint32_t altTeilLaenge = 0;
-    if (volle < alteBloecke) {
+    if (teil) {
         altTeil = std::move(bloecke_[volle]);
+        altWert = einheit_[volle];
         altTeilLaenge = static_cast<std::uint32_t>(alteAnzahl - std::int64_t(volle) * blockGroesse);
     }
     anzahl_ = static_cast<std::int32_t>(groesse);
     bloecke_.resize(neueBloecke);
+    einheit_.resize(neueBloecke);
     for (std::uint32_t b = volle; b < neueBloecke; ++b) {
-        std::uint32_t laenge = blockLaenge(b);
-        bloecke_[b] = neuerBlock(laenge);
-        std::uint8_t* p = bloecke_[b].get();
-        std::uint32_t kopiert = 0;
-        if (b == volle && altTeil && !gewarnt_) {
+        bloecke_[b].reset();
+        einheit_[b] = vorgabe_;
+    }
+    if (teil && (altTeil || altWert != vorgabe_) && volle < neueBloecke) {
+        std::uint32_t laenge = blockLaenge(volle);
+        bloecke_[volle] = neuerBlock(laenge);
+        std::uint8_t* p = bloecke_[volle].get();
+        if (altTeil)
             std::memcpy(p, altTeil.get(), altTeilLaenge);
-            kopiert = altTeilLaenge;
-        }
-        std::memset(p + kopiert, vorgabe_, laenge - kopiert);
+        else
+            std::memset(p, altWert, altTeilLaenge);
+        std::memset(p + altTeilLaenge, vorgabe_, laenge - altTeilLaenge);
     }
 }
 
 void LongDynArray::wachseAbwaerts(std::int32_t index, std::int64_t neueAnzahl) {
     std::vector<std::unique_ptr<std::uint8_t[]>> alt;
+    std::vector<std::uint8_t> altEinheit;
     alt.swap(bloecke_);
+    altEinheit.swap(einheit_);
     std::int32_t alteAnzahl = anzahl_;
     std::uint32_t vorn = static_cast<std::uint32_t>(neueAnzahl - alteAnzahl);
     anzahl_ = static_cast<std::int32_t>(neueAnzahl);
     basis_ = index;
     std::uint32_t bloecke = static_cast<std::uint32_t>((neueAnzahl + blockGroesse - 1) / blockGroesse);
     bloecke_.resize(bloecke);
-    for (std::uint32_t b = 0; b < bloecke; ++b) {
-        bloecke_[b] = neuerBlock(blockLaenge(b));
-        std::memset(bloecke_[b].get(), vorgabe_, blockLaenge(b));
-    }
+    einheit_.assign(bloecke, vorgabe_);
     if (gewarnt_) return;
     // Every old byte moves `vorn` places up; copy chunk piece by chunk piece.
     std::uint32_t quelle = 0, gesamt = static_cast<std::uint32_t>(alteAnzahl);
@@ -142,18 +198,27 @@ void LongDynArray::wachseAbwaerts(std::int32_t index, std::int64_t neueAnzahl) {
         std::uint32_t zb = ziel / blockGroesse, zi = ziel % blockGroesse;
         std::uint32_t n = std::min<std::uint32_t>(blockGroesse - qi, blockGroesse - zi);
         n = std::min(n, gesamt - quelle);
-        std::memcpy(bloecke_[zb].get() + zi, alt[qb].get() + qi, n);
+        const std::uint8_t* q = alt[qb] ? alt[qb].get() : einheitsBlock(altEinheit[qb]);
+        if (alt[qb] || altEinheit[qb] != einheit_[zb] || bloecke_[zb])
+            std::memcpy(bereiterBlock(zb) + zi, q + qi, n);
         quelle += n;
     }
 }
 
 std::uint8_t& LongDynArray::zugriff(std::int32_t index) {
+    wachse(index);
+    if (gewarnt_) return letztes();
+    std::int32_t rest;
+    return zeiger(index, rest)[0];
+}
+
+void LongDynArray::wachse(std::int32_t index) {
     if (anzahl_ == 0) {
         anzahl_ = 1;
         basis_ = index;
         bloecke_.clear();
-        bloecke_.push_back(neuerBlock(1));
-        bloecke_[0][0] = gewarnt_ ? 0 : vorgabe_;
+        bloecke_.resize(1);
+        einheit_.assign(1, gewarnt_ ? 0 : vorgabe_);
     } else {
         std::int32_t off = abstand(index, basis_);
         if (off > anzahl_ - 1) {
@@ -169,7 +234,4 @@ std::uint8_t& LongDynArray::zugriff(std::int32_t index) {
                 warne("LongDynArray::[]-", neueAnzahl);
         }
     }
-    if (gewarnt_) return letztes();
-    std::int32_t rest;
-    return zeiger(index, rest)[0];
 }

@@ -5,6 +5,11 @@
 // partial chunk. Growing downward lays the array out anew; images are read in
 // ascending order, so the first index fixes `basis` in practice.
 //
+// A chunk all of whose elements hold one value is kept as just that value
+// until something asks for a writable element in it: a fresh chunk, a chunk
+// wholly overwritten or counted up at once, a write count of a loaded image.
+// Reading such a chunk hands out a shared read-only chunk of that value.
+//
 // Indices are 32-bit and wrap like addresses do: an array may span the
 // border between 0x7FFFFFFF and 0x80000000 of the unsigned address space.
 // At most 514 chunks exist; an access beyond that warns once with
@@ -34,8 +39,10 @@ public:
     // The only way to read or write. Creates the element when needed.
     std::uint8_t& operator[](std::int32_t index) {
         std::uint32_t off = static_cast<std::uint32_t>(index) - static_cast<std::uint32_t>(basis_);
-        if (off < static_cast<std::uint32_t>(anzahl_) && !gewarnt_)
-            return bloecke_[off / blockGroesse][off % blockGroesse];
+        if (off < static_cast<std::uint32_t>(anzahl_) && !gewarnt_) {
+            std::uint8_t* p = bloecke_[off / blockGroesse].get();
+            if (p) return p[off % blockGroesse];
+        }
         return zugriff(index);
     }
 
@@ -53,16 +60,34 @@ public:
         std::uint32_t off = static_cast<std::uint32_t>(index) - static_cast<std::uint32_t>(basis_);
         return off < static_cast<std::uint32_t>(anzahl_);
     }
+    // The writable form makes a uniform chunk a real one first.
     std::uint8_t* zeiger(std::int32_t index, std::int32_t& rest) {
         std::uint32_t off = static_cast<std::uint32_t>(index) - static_cast<std::uint32_t>(basis_);
         std::uint32_t block = off / blockGroesse;
         std::uint32_t innen = off % blockGroesse;
-        std::uint32_t groesse = blockLaenge(block);
-        rest = static_cast<std::int32_t>(groesse - innen);
-        return bloecke_[block].get() + innen;
+        rest = static_cast<std::int32_t>(blockLaenge(block) - innen);
+        return bereiterBlock(block) + innen;
     }
     const std::uint8_t* zeiger(std::int32_t index, std::int32_t& rest) const {
-        return const_cast<LongDynArray*>(this)->zeiger(index, rest);
+        std::uint32_t off = static_cast<std::uint32_t>(index) - static_cast<std::uint32_t>(basis_);
+        std::uint32_t block = off / blockGroesse;
+        std::uint32_t innen = off % blockGroesse;
+        rest = static_cast<std::int32_t>(blockLaenge(block) - innen);
+        const std::uint8_t* p = bloecke_[block].get();
+        return (p ? p : einheitsBlock(einheit_[block])) + innen;
+    }
+    // Bulk writes to `anzahl` elements from `index` on, all of which must
+    // be in storage (enthaelt). `setze` copies from `quelle`; `zaehleHoch`
+    // adds 1 to each element, stopping at 255. A whole chunk costs no
+    // element-wise work where the result is uniform.
+    void setze(std::int32_t index, const std::uint8_t* quelle, std::uint32_t anzahl);
+    void zaehleHoch(std::int32_t index, std::uint32_t anzahl);
+    // Whether the chunk holding `index` is uniform, and its value.
+    bool istEinheitlich(std::int32_t index, std::uint8_t& wert) const {
+        std::uint32_t off = static_cast<std::uint32_t>(index) - static_cast<std::uint32_t>(basis_);
+        std::uint32_t block = off / blockGroesse;
+        wert = einheit_[block];
+        return !bloecke_[block];
     }
 
     // Whether touching `von` and then `bis` (with every index between
@@ -72,12 +97,19 @@ public:
     // Grows the storage so that it spans `von` and then `bis`, with the
     // warning and freezing of an access to each.
     void umfasse(std::int32_t von, std::int32_t bis) {
-        (*this)[von];
-        (*this)[bis];
+        wachse(von);
+        wachse(bis);
     }
 
 private:
     std::uint8_t& zugriff(std::int32_t index);   // growth, first access, frozen
+    void wachse(std::int32_t index);   // zugriff without making the element real
+    static const std::uint8_t* einheitsBlock(std::uint8_t wert);
+    std::uint8_t* bereiterBlock(std::uint32_t block) {
+        std::uint8_t* p = bloecke_[block].get();
+        return p ? p : macheEcht(block);
+    }
+    std::uint8_t* macheEcht(std::uint32_t block);
     std::uint32_t blockLaenge(std::uint32_t block) const {
         std::int64_t rest = std::int64_t(anzahl_) - std::int64_t(block) * blockGroesse;
         return static_cast<std::uint32_t>(rest < blockGroesse ? rest : blockGroesse);
@@ -87,7 +119,8 @@ private:
     std::uint8_t& letztes();
     void warne(const char* funktion, std::int64_t detail);
 
-    std::vector<std::unique_ptr<std::uint8_t[]>> bloecke_;
+    std::vector<std::unique_ptr<std::uint8_t[]>> bloecke_;   // null: uniform
+    std::vector<std::uint8_t> einheit_;   // the value of each uniform chunk
     std::uint8_t vorgabe_;
     std::int32_t anzahl_ = 0;
     std::int32_t basis_ = 0;

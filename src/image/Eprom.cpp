@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <utility>
 #include <iomanip>
 #include <ostream>
 #include <sstream>
@@ -27,7 +28,7 @@ std::string hexGross(std::uint64_t wert) {
 // Copies one array's stored elements of anf..end from `quelle` to `ziel`.
 // Only what the source holds is copied: elsewhere it reads as its default,
 // which a fresh target holds already. A frozen source holds nothing usable.
-void kopiereFeld(LongDynArray& quelle, LongDynArray& ziel, adrInteger anf, adrInteger end) {
+void kopiereFeld(const LongDynArray& quelle, LongDynArray& ziel, adrInteger anf, adrInteger end) {
     if (anf > end || quelle.istGewarnt() || quelle.liefereAnzahl() == 0) return;
     adrInteger a = anf;
     for (;;) {
@@ -74,9 +75,16 @@ void tauschePaare(LongDynArray& f, adrInteger lo, adrInteger hi) {
         std::uint64_t paare = 0;
         if (f.enthaelt(idx(a))) {
             std::int32_t rest;
-            std::uint8_t* p = f.zeiger(idx(a), rest);
-            paare = std::min<std::uint64_t>(static_cast<std::uint32_t>(rest) / 2, (std::uint64_t(hi) - a + 1) / 2);
-            for (std::uint64_t k = 0; k < paare; ++k) std::swap(p[2 * k], p[2 * k + 1]);
+            std::uint8_t wert;
+            // Pairs of a uniform chunk are alike: exchanging them changes nothing.
+            if (f.istEinheitlich(idx(a), wert)) {
+                std::as_const(f).zeiger(idx(a), rest);
+                paare = std::min<std::uint64_t>(static_cast<std::uint32_t>(rest) / 2, (std::uint64_t(hi) - a + 1) / 2);
+            } else {
+                std::uint8_t* p = f.zeiger(idx(a), rest);
+                paare = std::min<std::uint64_t>(static_cast<std::uint32_t>(rest) / 2, (std::uint64_t(hi) - a + 1) / 2);
+                for (std::uint64_t k = 0; k < paare; ++k) std::swap(p[2 * k], p[2 * k + 1]);
+            }
         }
         if (paare == 0) {
             std::uint8_t x = f[idx(a)], y = f[idx(a + 1)];
@@ -419,15 +427,8 @@ std::uint32_t Eprom::schreibeSpanne(adrInteger adr, const std::uint8_t* quelle, 
     b->daten.umfasse(idx(adr), idx(letzte));
     b->anzSchr.umfasse(idx(adr), idx(letzte));
     std::uint32_t n = letzte - adr + 1;
-    for (std::uint32_t i = 0; i < n;) {
-        std::int32_t rd, rz;
-        std::uint8_t* d = b->daten.zeiger(idx(adr + i), rd);
-        std::uint8_t* z = b->anzSchr.zeiger(idx(adr + i), rz);
-        std::uint32_t k = std::min({static_cast<std::uint32_t>(rd), static_cast<std::uint32_t>(rz), n - i});
-        std::memcpy(d, quelle + i, k);
-        for (std::uint32_t j = 0; j < k; ++j) z[j] = static_cast<std::uint8_t>(z[j] + (z[j] != 255));
-        i += k;
-    }
+    b->daten.setze(idx(adr), quelle, n);
+    b->anzSchr.zaehleHoch(idx(adr), n);
     if (b->erweiterbar) {
         bool verschoben = false;
         if (adr < b->anfAdr) b->anfAdr = adr, verschoben = true;
@@ -653,7 +654,14 @@ std::uint32_t Eprom::fuelle(std::uint8_t wert, const adrInteger* von, const adrI
             adrInteger a = lo;
             for (;;) {
                 std::uint32_t n;
-                if (b.daten.enthaelt(idx(a)) && b.anzSchr.enthaelt(idx(a))) {
+                std::uint8_t anz;
+                if (b.daten.enthaelt(idx(a)) && b.anzSchr.enthaelt(idx(a)) &&
+                    b.anzSchr.istEinheitlich(idx(a), anz) && anz != 0) {
+                    // Written throughout: nothing to fill, and nothing to make real.
+                    std::int32_t rz;
+                    std::as_const(b.anzSchr).zeiger(idx(a), rz);
+                    n = static_cast<std::uint32_t>(std::min<std::uint64_t>(rz, std::uint64_t(hi) - a + 1));
+                } else if (b.daten.enthaelt(idx(a)) && b.anzSchr.enthaelt(idx(a))) {
                     std::int32_t rd, rz;
                     std::uint8_t* d = b.daten.zeiger(idx(a), rd);
                     std::uint8_t* z = b.anzSchr.zeiger(idx(a), rz);
@@ -800,4 +808,61 @@ int Eprom::teileEvenOdd(Eprom& gerade, Eprom& ungerade) {
         a = bis + 1;
     }
     return 1;
+}
+
+// ===================================================================
+// EpromSammler
+// ===================================================================
+
+bool EpromSammler::passt(adrInteger adr, adrInteger letzte) {
+    // Nothing changes the image while a run is collected: what held for a
+    // longer run from the same start holds for this one.
+    if (!puffer_.empty() && letzte <= sicherBis_) return true;
+    if (eprom_.liefereAnzSegmente() != 1) return false;
+    const adrInteger anf = puffer_.empty() ? adr : anf_;
+    int code;
+    adrInteger grenze;
+    const EpromBereich* b = eprom_.liefereSegment(0).findeBereich(anf, code, grenze);
+    if (!b || grenze < letzte) return false;
+    // A growing region reached by a fixed lookup would patch row 0 of the
+    // table piece by piece; such a mix does not arise, but would go singly.
+    if (b->erweiterbar && code == EpromSegment::fest) return false;
+    auto reicht = [&](adrInteger bis) {
+        return b->daten.kannUmfassen(idx(anf), idx(bis)) && b->anzSchr.kannUmfassen(idx(anf), idx(bis));
+    };
+    if (!reicht(letzte)) return false;
+    const adrInteger weit = static_cast<adrInteger>(std::min<std::uint64_t>(grenze, std::uint64_t(anf) + hoechstens - 1));
+    sicherBis_ = reicht(weit) ? weit : letzte;
+    return true;
+}
+
+bool EpromSammler::nimm(adrInteger adr, const std::uint8_t* quelle, std::uint32_t anzahl) {
+    if (anzahl == 0) return true;
+    const std::uint64_t letzte = std::uint64_t(adr) + anzahl - 1;
+    if (!puffer_.empty() && (adr != anf_ + std::uint64_t(puffer_.size()) || puffer_.size() + anzahl > hoechstens))
+        leere();
+    if (letzte > 0xFFFFFFFF || anzahl > hoechstens) {
+        leere();
+        return false;
+    }
+    if (!passt(adr, static_cast<adrInteger>(letzte))) {
+        if (puffer_.empty()) return false;
+        leere();
+        if (!passt(adr, static_cast<adrInteger>(letzte))) return false;
+    }
+    if (puffer_.empty()) {
+        anf_ = adr;
+        puffer_.reserve(hoechstens);
+    }
+    puffer_.insert(puffer_.end(), quelle, quelle + anzahl);
+    return true;
+}
+
+void EpromSammler::leere() {
+    if (puffer_.empty()) return;
+    // Taken only where nothing is refused; should a byte be, the rest
+    // still goes in, as with records written one by one.
+    const auto n = static_cast<std::uint32_t>(puffer_.size());
+    for (std::uint32_t i = 0; i < n; ++i) i += eprom_.setzeBytes(anf_ + i, puffer_.data() + i, n - i, 0);
+    puffer_.clear();
 }

@@ -239,3 +239,30 @@ private:
     bool hat_ = false;
     std::vector<std::uint8_t> puffer_;
 };
+
+// Collects the bytes of many short records written to rising addresses, so
+// that a file reader stores a whole run at once. It takes bytes only where
+// writing the run later leaves the image, its regions and their table as
+// writing each piece at once would, and nothing in between can fail or
+// report; otherwise it writes what it holds and says no, and the caller
+// writes the piece itself. Writes what it holds when destroyed; nothing else
+// may write or read the image while it holds bytes.
+class EpromSammler {
+public:
+    explicit EpromSammler(Eprom& eprom) : eprom_(eprom) {}
+    ~EpromSammler() { leere(); }
+    EpromSammler(const EpromSammler&) = delete;
+    EpromSammler& operator=(const EpromSammler&) = delete;
+
+    bool nimm(adrInteger adr, const std::uint8_t* quelle, std::uint32_t anzahl);
+    void leere();
+
+private:
+    bool passt(adrInteger adr, adrInteger letzte);
+    static constexpr std::size_t hoechstens = std::size_t(1) << 20;   // bytes held at most
+
+    Eprom& eprom_;
+    std::vector<std::uint8_t> puffer_;
+    adrInteger anf_ = 0;
+    adrInteger sicherBis_ = 0;   // a run from anf_ up to here would be taken
+};

@@ -218,6 +218,7 @@ int EpromDateiIntel::lies(Eprom& eprom, const adrInteger* startAdresse, const ad
         const ZeilenMeldungen meldungen(funktion);
         ZeilenZaehler zaehle("Intel-Hex-Zeilen");
         ZeilenLeser leser(*eingabe.liefereStrom());
+        EpromSammler sammler(eprom);
         std::string_view z;
         auto fmt = [&] {
             Fehler(fmtLabel, funktion, zeilenText(z), 'W');
@@ -232,7 +233,7 @@ int EpromDateiIntel::lies(Eprom& eprom, const adrInteger* startAdresse, const ad
             switch (zeichenAn(z, 8)) {
             case '0':
                 // A damaged data line costs its own message only.
-                IntelHexZeileDaten(z).speichere(eprom, extAdr, startAdresse, endAdresse, externeAdresse);
+                IntelHexZeileDaten(z).speichere(eprom, extAdr, startAdresse, endAdresse, externeAdresse, &sammler);
                 break;
             case '1':
                 if (IntelHexZeileEnde(z).zerlege()) {
@@ -346,6 +347,7 @@ int EpromDateiMotorola::lies(Eprom& eprom, const adrInteger* startAdresse, const
         const ZeilenMeldungen meldungen(funktion);
         ZeilenZaehler zaehle("Motorola-Hex-Zeilen");
         ZeilenLeser leser(*eingabe.liefereStrom());
+        EpromSammler sammler(eprom);
         std::string_view z;
         auto fmt = [&] {
             Fehler(fmtLabel, funktion, zeilenText(z), 'W');
@@ -366,13 +368,13 @@ int EpromDateiMotorola::lies(Eprom& eprom, const adrInteger* startAdresse, const
                 status = kopfZeile->zerlege();
                 break;
             case '1':
-                status = MotorolaHexZeileS1(z).speichere(eprom, startAdresse, endAdresse, externeAdresse);
+                status = MotorolaHexZeileS1(z).speichere(eprom, startAdresse, endAdresse, externeAdresse, &sammler);
                 break;
             case '2':
-                status = MotorolaHexZeileS2(z).speichere(eprom, startAdresse, endAdresse, externeAdresse);
+                status = MotorolaHexZeileS2(z).speichere(eprom, startAdresse, endAdresse, externeAdresse, &sammler);
                 break;
             case '3':
-                status = MotorolaHexZeileS3(z).speichere(eprom, startAdresse, endAdresse, externeAdresse);
+                status = MotorolaHexZeileS3(z).speichere(eprom, startAdresse, endAdresse, externeAdresse, &sammler);
                 break;
             case '7':
                 status = MotorolaHexZeileS7(z).zerlege();

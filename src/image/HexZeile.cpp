@@ -21,7 +21,8 @@ namespace {
 
 // Stores n bytes from rising image addresses, going on past a refused byte
 // and wrapping past 0xFFFFFFFF as addresses do. 1 if every byte went in.
-int speichereAlle(Eprom& eprom, adrInteger adr, const std::uint8_t* p, std::uint32_t n) {
+int speichereAlle(Eprom& eprom, adrInteger adr, const std::uint8_t* p, std::uint32_t n, EpromSammler* sammler) {
+    if (sammler && sammler->nimm(adr, p, n)) return 1;
     int ok = 1;
     std::uint32_t i = 0;
     while (i < n) {
@@ -158,7 +159,8 @@ int IntelHexZeile::zerlege() {
 }
 
 int IntelHexZeileDaten::speichere(Eprom& eprom, adrInteger basis, const adrInteger* anfAdr,
-                                  const adrInteger* endAdr, const adrInteger* externeAdr) {
+                                  const adrInteger* endAdr, const adrInteger* externeAdr,
+                                  EpromSammler* sammler) {
     int ergebnis = zerlege();
     if (!ergebnis) return ergebnis;
     adrInteger a = adresse + basis;
@@ -183,7 +185,7 @@ int IntelHexZeileDaten::speichere(Eprom& eprom, adrInteger basis, const adrInteg
     // Without a start the window starts at 0; the file reader always gives one.
     if (externeAdr) ziel = a + skip - *externeAdr + (anfAdr ? *anfAdr : 0);
     if (n <= skip) return 1;
-    return speichereAlle(eprom, ziel, daten + skip, static_cast<std::uint32_t>(n - skip));
+    return speichereAlle(eprom, ziel, daten + skip, static_cast<std::uint32_t>(n - skip), sammler);
 }
 
 int IntelHexZeileDaten::schreibe(std::ostream& os, Eprom& eprom, adrInteger adr, std::uint32_t anz,
@@ -199,6 +201,30 @@ int IntelHexZeileDaten::schreibe(HexAusgabe& aus, EpromLeser& leser, adrInteger 
     if (externeAdr) dateiAdr = adr + *externeAdr - (anfAdr ? *anfAdr : 0);
     dateiAdr -= basis;
     std::uint32_t summe = anz + ((dateiAdr >> 8) & 0xFF) + (dateiAdr & 0xFF);
+    if (anz <= 0xFF) {
+        // The usual line: every field two digits wide, all of it at once.
+        bool ok = true;
+        const std::uint8_t* bytes = leser.lies(adr, anz, ok);
+        char* p = aus.platz(2 * anz + 12);
+        auto paar = [&p](std::uint32_t b) {
+            std::memcpy(p, hex::paareGross[b].data(), 2);
+            p += 2;
+        };
+        *p++ = ':';
+        paar(anz);
+        paar((dateiAdr >> 8) & 0xFF);
+        paar(dateiAdr & 0xFF);
+        *p++ = '0';
+        *p++ = '0';
+        for (std::uint32_t j = 0; j < anz; ++j) {
+            paar(bytes[j]);
+            summe += bytes[j];
+        }
+        paar((0u - summe) & 0xFF);
+        *p++ = '\n';
+        aus.fertig(p);
+        return ok ? 1 : 0;
+    }
     // The whole line at once into the buffer; the room asked for covers a
     // count of more than two digits.
     char* p = aus.platz(32);
@@ -443,7 +469,7 @@ int MotorolaHexZeileEnde::schreibe(std::ostream& os) {
 }
 
 int MotorolaHexZeileDaten::speichere(Eprom& eprom, const adrInteger* anfAdr, const adrInteger* endAdr,
-                                     const adrInteger* externeAdr) {
+                                     const adrInteger* externeAdr, EpromSammler* sammler) {
     int ergebnis = zerlege();
     if (!ergebnis) return ergebnis;
     // The window is one of image addresses, unlike Intel's.
@@ -464,7 +490,7 @@ int MotorolaHexZeileDaten::speichere(Eprom& eprom, const adrInteger* anfAdr, con
         }
         // A run inside the window that does not wrap; refusals are not looked at.
         std::uint32_t lauf = static_cast<std::uint32_t>(std::min<std::uint64_t>(n - i, std::uint64_t(hi) - a + 1));
-        speichereAlle(eprom, a, daten + i, lauf);
+        speichereAlle(eprom, a, daten + i, lauf, sammler);
         i += lauf;
     }
     return 1;

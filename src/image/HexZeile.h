@@ -25,6 +25,7 @@
 
 class Eprom;
 class EpromLeser;
+class EpromSammler;
 class HexAusgabe;
 
 // ===================================================================
@@ -62,8 +63,9 @@ public:
     // Decodes and stores the bytes that fall into the window of file
     // addresses anfAdr..endAdr (moved to externeAdr when given). 1, or 0 when
     // the line is damaged or a byte was refused (the others are stored).
+    // With a collector the bytes may go to the image later, with the next.
     int speichere(Eprom& eprom, adrInteger basis, const adrInteger* anfAdr, const adrInteger* endAdr,
-                  const adrInteger* externeAdr);
+                  const adrInteger* externeAdr, EpromSammler* sammler = nullptr);
     // Writes one data record of `anzahl` bytes taken from `adr` of the image.
     // 0 when a byte was not in the image (written as 0).
     int schreibe(std::ostream& os, Eprom& eprom, adrInteger adr, std::uint32_t anzahl, adrInteger basis,
@@ -156,7 +158,7 @@ public:
     // Decodes and stores the bytes whose image address lies in
     // anfAdr..endAdr; image address = file address + anfAdr - externeAdr.
     int speichere(Eprom& eprom, const adrInteger* anfAdr, const adrInteger* endAdr,
-                  const adrInteger* externeAdr);
+                  const adrInteger* externeAdr, EpromSammler* sammler = nullptr);
     // Writes one record of `anzahl` bytes from `adr` of the image with the
     // file address `fileAdr`; 0 when a byte was not in the image.
     int schreibe(std::ostream& os, Eprom& eprom, adrInteger adr, adrInteger fileAdr, std::uint32_t anzahl);

@@ -148,4 +148,96 @@ TEST_F(EpromStreckeTest, SkipsTheEmptyAddressSpaceAtOnceAndMarksEachWindowRead) 
     EXPECT_EQ(strecken, 4);
 }
 
+// Whole chunks written alike keep one count for the chunk; every later
+// change to part of one (a byte, an overlapping run, growth downward, a fill,
+// a swap, a copy of the image) must read as if each count were stored.
+TEST_F(EpromStreckeTest, ChunksOfOneCountAgreeAfterEveryKindOfChange) {
+    std::mt19937 zufall(815);
+    std::vector<std::uint8_t> lauf(0x40000);
+    for (auto& b : lauf) b = static_cast<std::uint8_t>(zufall());
+    const adrInteger basis = 0x1100000;
+    Eprom e;
+    e.setzeBytes(basis, lauf.data(), 0x30000, 0);
+    pruefe(e, basis - 0x10, basis + 0x30010);
+    e.setzeBytes(basis + 0x8005, lauf.data(), 0x10000, 0);
+    e.setzeByte(basis + 0x20000, 9);
+    for (int i = 0; i < 256; ++i) e.setzeBytes(basis + 0x28000, lauf.data(), 0x8000, 0);   // saturates
+    pruefe(e, basis, basis + 0x2FFFF);
+    // The reference reads the same storage; the counts themselves are known.
+    const std::pair<adrInteger, int> anz[] = {{basis, 1}, {basis + 0x8004, 1}, {basis + 0x8005, 2},
+        {basis + 0x18004, 2}, {basis + 0x18005, 1},
+        {basis + 0x28004, 255}, {basis + 0x2FFFF, 255}, {basis + 0x20000, 2}, {basis + 0x30000, 0}};
+    for (auto [a, n] : anz) EXPECT_EQ(e.liefereAnzSchr(a), n) << std::hex << a;
+    e.setzeByte(basis - 0x9001, 3);   // the array grows downward
+    pruefe(e, basis - 0x9001, basis + 0x2FFFF);
+    Eprom kopie(e);
+    e.swap(basis - 0xA000, basis + 0x2FFFF, nullptr);
+    pruefe(e, basis - 0xA000, basis + 0x2FFFF);
+    pruefe(kopie, basis - 0x9001, basis + 0x2FFFF);
+    for (auto [a, n] : anz) EXPECT_EQ(kopie.liefereAnzSchr(a), n) << std::hex << a;
+
+    // A short array written whole, then grown past its end.
+    Eprom klein;
+    klein.setzeBytes(0, lauf.data(), 16, 0);
+    klein.setzeByte(100, 1);
+    EXPECT_EQ(klein.liefereAnzSchr(15), 1);
+    EXPECT_EQ(klein.liefereAnzSchr(50), 0);
+
+    Eprom fest;
+    fest.definiereBereich(0x100, 0x400FF);
+    fest.setzeBytes(0x8100, lauf.data(), 0x10000, 0);
+    const adrInteger von = 0x8000, bis = 0x30000;
+    EXPECT_EQ(fest.fuelle(0xAA, &von, &bis), 0x28001u - 0x10000u);
+    pruefe(fest, 0, 0x40100);
+    fest.setzeBytes(0x100, lauf.data(), 0x40000, 0);
+    pruefe(fest, 0, 0x40100);
+}
+
+// A reader's collector must leave the image exactly as writing each record
+// at once does: bytes, counts, regions and the table with its row-0 patch.
+TEST_F(EpromStreckeTest, CollectedRecordsLeaveTheImageAsSingleWrites) {
+    std::mt19937 zufall(99);
+    auto z = [&](std::uint32_t n) { return static_cast<adrInteger>(zufall() % n); };
+    std::vector<std::uint8_t> lauf(0x200);
+    for (auto& b : lauf) b = static_cast<std::uint8_t>(zufall());
+    const adrInteger orte[] = {0x0, 0x7FF0, 0x8FF0, 0xFFFF00, 0x2000000, 0xFFFFFF00};
+    for (int runde = 0; runde < 40; ++runde) {
+        Eprom einzeln;
+        // Bytes written while free keep a region that grows once fixed.
+        if (runde % 3 == 0) einzeln.setzeBytes(0x9000 + z(0x100), lauf.data(), 0x20, 0);
+        if (runde % 2) einzeln.definiereBereich(0x7F00 + z(0x200), 0x8400 + z(0x200));
+        if (runde % 4 == 1) einzeln.definiereBereich(0x100 + z(0x100), 0x300);
+        if (runde % 4 == 3) einzeln.definiereBereich(0x2000000, 0x3FFFFFF);   // beyond the array limit
+        Eprom gesammelt(einzeln);
+        {
+            EpromSammler sammler(gesammelt);
+            adrInteger a = orte[z(6)] + z(0x100);
+            for (int r = 0; r < 60; ++r) {
+                if (z(8) == 0) a = orte[z(6)] + z(0x100);
+                const std::uint32_t n = std::min<std::uint32_t>(1 + z(0x40), static_cast<std::uint32_t>(0x100000000ull - a));
+                const std::uint8_t* q = lauf.data() + (r % 4) * 0x40;
+                einzeln.setzeBytes(a, q, n, 0);
+                if (!sammler.nimm(a, q, n)) gesammelt.setzeBytes(a, q, n, 0);
+                if (std::uint64_t(a) + n > 0xFFFFFFFF) a = orte[z(6)];
+                else a += n;
+            }
+        }
+        ASSERT_EQ(gesammelt.liefereAnzBereiche(), einzeln.liefereAnzBereiche()) << runde;
+        const auto& t1 = gesammelt.liefereTabelle();
+        const auto& t2 = einzeln.liefereTabelle();
+        ASSERT_EQ(t1.size(), t2.size());
+        for (std::size_t i = 0; i < t1.size(); ++i)
+            EXPECT_TRUE(t1[i].anfAdr == t2[i].anfAdr && t1[i].endAdr == t2[i].endAdr && t1[i].segNr == t2[i].segNr)
+                << "round " << runde << " row " << i;
+        for (adrInteger o : orte)
+            for (adrInteger a = o; a < o + 0x500 && a >= o; ++a) {
+                std::uint8_t b1 = 0, b2 = 0;
+                gesammelt.liefereByte(a, b1, 0);
+                einzeln.liefereByte(a, b2, 0);
+                ASSERT_EQ(b1, b2) << std::hex << a;
+                ASSERT_EQ(gesammelt.liefereAnzSchr(a), einzeln.liefereAnzSchr(a)) << std::hex << a;
+            }
+    }
+}
+
 }  // namespace
