@@ -3,7 +3,6 @@
 #include "checksums/Checksumme.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <fstream>
 #include <new>
 #include <ostream>
@@ -12,6 +11,7 @@
 #include "checksums/EpromLauf.h"
 #include "foundation/Datei.h"
 #include "foundation/DateiName.h"
+#include "foundation/Hex.h"
 #include "image/Eprom.h"
 #include "reporting/Fehler.h"
 
@@ -43,9 +43,7 @@ const String& Checksumme::variablenListe()
 
 String Checksumme::hex(std::uint32_t wert, int stellen)
 {
-    char text[16];
-    std::snprintf(text, sizeof text, "%0*X", std::clamp(stellen, 0, 8), static_cast<unsigned>(wert));
-    return String(text);
+    return String(hex::text(wert, std::clamp(stellen, 0, 8)));
 }
 
 adrInteger Checksumme::anzeigeAnfang(Eprom& eprom) const

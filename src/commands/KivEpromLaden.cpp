@@ -3,12 +3,12 @@
 #include <filesystem>
 #include <fstream>
 #include <ostream>
-#include <sstream>
 #include <vector>
 
 #include "commands/KivEprom.h"
 #include "commands/KivEpromArgumente.h"
 #include "foundation/Datei.h"
+#include "foundation/Hex.h"
 #include "foundation/LongDynArray.h"
 #include "image/Eprom.h"
 #include "image/EpromDatei.h"
@@ -30,17 +30,13 @@ String dezimal(std::uint64_t wert)
 
 String hexKlein(std::int64_t wert)
 {
-    std::ostringstream s;
-    if (wert < 0) s << '-' << std::hex << -static_cast<std::uint64_t>(wert);
-    else s << std::hex << wert;
-    return String(s.str());
+    if (wert < 0) return String("-" + hex::text(-static_cast<std::uint64_t>(wert), 1, false));
+    return String(hex::text(static_cast<std::uint64_t>(wert), 1, false));
 }
 
 String hexGross(std::int64_t wert)
 {
-    std::ostringstream s;
-    s << std::hex << std::uppercase << wert;
-    return String(s.str());
+    return String(hex::text(static_cast<std::uint64_t>(wert)));
 }
 
 // The Motorola line form of a write type.

@@ -23,12 +23,6 @@
 
 namespace {
 
-// An optional address argument: null where "/" stands.
-const adrInteger* optional(KdoKommando& kommando, ArgPos<KdoArgTyp::BoolIntegerHex> position)
-{
-    return kommando[position].liefereArgWertBool() ? &kommando[position].liefereArgWertIntHex() : nullptr;
-}
-
 // One line of the occupancy listing, in the stream's present letter case.
 std::uint64_t schreibeLauf(std::ostream& os, adrInteger von, adrInteger bis, int anzahl)
 {
@@ -140,9 +134,7 @@ std::uint32_t zeigeDifferenzen(std::ostream& os, const String& name1, const Stri
 int KivEprom::pruefeAdresse(std::uint64_t adr, const char* funktion)
 {
     if (adr <= 0xFFFFFFFF) return 1;
-    std::ostringstream text;
-    text << "Adresse zu gross: " << std::hex << std::uppercase << adr;
-    Fehler("INVALID-ADDRESS", funktion, text, 'E');
+    Fehler("INVALID-ADDRESS", funktion, String("Adresse zu gross: " + hex::text(adr)), 'E');
     return 0;
 }
 
@@ -174,8 +166,8 @@ int kdoPruefeMehrfachbelegung(KdoObjekt& objekt, KdoKommando& kommando)
 {
     namespace arg = kdoArg::bereich;
     auto& kiv = static_cast<KivEprom&>(objekt);
-    const adrInteger* anf = optional(kommando, arg::startAdresse);
-    const adrInteger* end = optional(kommando, arg::endAdresse);
+    const adrInteger* anf = optionaleAdresse(kommando, arg::startAdresse);
+    const adrInteger* end = optionaleAdresse(kommando, arg::endAdresse);
     const char* funktion = "KivEprom::kdoPruefeMehrfachbelegung ";
     if (!KivEprom::pruefeAdresse(anf, funktion) || !KivEprom::pruefeAdresse(end, funktion)) return 0;
     kiv.pruefeBelegt(anf, end);
@@ -188,9 +180,9 @@ int kdoVergleiche(KdoObjekt& objekt, KdoKommando& kommando)
     auto& kiv = static_cast<KivEprom&>(objekt);
     const char* funktion = "KivEprom::kdoVergleiche ";
     Eprom& eprom = *kiv.eprom;
-    const adrInteger* anf = optional(kommando, arg::quelleStartAdresse);
-    const adrInteger* end = optional(kommando, arg::quelleEndAdresse);
-    const adrInteger* zielAnf = optional(kommando, arg::zielStartAdresse);
+    const adrInteger* anf = optionaleAdresse(kommando, arg::quelleStartAdresse);
+    const adrInteger* end = optionaleAdresse(kommando, arg::quelleEndAdresse);
+    const adrInteger* zielAnf = optionaleAdresse(kommando, arg::zielStartAdresse);
     const adrInteger von = anf ? *anf : eprom.liefereAnfAdr();
     const adrInteger bis = end ? *end : eprom.liefereEndAdr();
     const adrInteger ziel = zielAnf ? *zielAnf : von;

@@ -19,6 +19,7 @@
 
 #include "commands/KivEprom.h"
 #include "commands/KivEpromArgumente.h"
+#include "foundation/Hex.h"
 #include "image/Eprom.h"
 #include "language/KdoGlobal.h"
 #include "language/KdoKommando.h"
@@ -473,9 +474,7 @@ int kdoPruefeByte(KdoObjekt& objekt, KdoKommando& kommando)
     auto& kiv = static_cast<KivEprom&>(objekt);
     const adrInteger adresse = kommando[arg::adresse].liefereArgWertIntHex();
     if (!KivEprom::pruefeAdresse(adresse, "KivEprom::kdoPruefeByte")) return 0;
-    std::ostringstream wert;
-    wert << std::hex << kommando[arg::hexWert].liefereArgWertIntHex();
-    return kiv.pruefeBytes(adresse, String(wert.str()));
+    return kiv.pruefeBytes(adresse, String(hex::text(kommando[arg::hexWert].liefereArgWertIntHex(), 1, false)));
 }
 
 int kdoPruefeBytefolge(KdoObjekt& objekt, KdoKommando& kommando)

@@ -8,6 +8,7 @@
 #include <istream>
 #include <ostream>
 
+#include "foundation/Hex.h"
 #include "foundation/Meldung.h"
 
 namespace {
@@ -447,9 +448,7 @@ dataInteger WertePaarBasis::liefereIWert(dataInteger) const {
 
 namespace {
 void schreibeHex(std::ostream& strom, dataInteger wert) {
-    char puffer[16];
-    std::snprintf(puffer, sizeof puffer, "%02X", static_cast<unsigned>(wert));
-    strom << puffer;
+    strom << hex::text(static_cast<std::uint32_t>(wert), 2);
 }
 }  // namespace
 

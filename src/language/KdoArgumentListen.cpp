@@ -5,6 +5,7 @@
 #include <sstream>
 #include <string>
 
+#include "foundation/Hex.h"
 #include "foundation/Liste.h"
 #include "language/KdoArgumente.h"
 #include "language/KdoKommando.h"
@@ -407,9 +408,7 @@ WertePaarStr* KdoArgumentWPStrListe::liefereArgWertWPStr(std::uint16_t i) {
 
 void KdoArgumentWPStrListe::setzeArgWertWPStr(std::uint16_t i, const WertePaarStr& paar) {
     if (i >= aktuell.size()) {
-        std::ostringstream detail;
-        detail << std::hex << std::uppercase << i;
-        Fehler("CMD-INDEXINVALID", "KdoArgumentWPStrListe::setzeArgWertWPStr", String(detail.str()), 'W');
+        Fehler("CMD-INDEXINVALID", "KdoArgumentWPStrListe::setzeArgWertWPStr", String(hex::text(i)), 'W');
         aktuell.push_back(paar);
         return;
     }

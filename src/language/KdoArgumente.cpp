@@ -6,6 +6,7 @@
 #include <ios>
 #include <ostream>
 
+#include "foundation/Hex.h"
 #include "language/KdoKommando.h"
 #include "reporting/Fehler.h"
 
@@ -83,11 +84,7 @@ bool KdoArgumentBoolInteger::kannBeginnen(int c) const {
 // IntegerHex, BoolIntegerHex
 
 namespace {
-void zeigeHex(std::ostream& strom, adrInteger wert) {
-    const auto alt = strom.flags();
-    strom << std::hex << std::uppercase << wert;
-    strom.flags(alt);
-}
+void zeigeHex(std::ostream& strom, adrInteger wert) { strom << hex::text(wert); }
 }  // namespace
 
 void KdoArgumentIntegerHex::zeige(std::ostream& strom, const adrInteger& wert) const {
@@ -314,9 +311,7 @@ KdoArgument::Token KdoArgumentEnum::liesToken(AnwKommando&, std::istream& strom)
 
 void KdoArgumentEnum::setzeArgWertInt(const dataInteger& wert) {
     if (static_cast<std::uint32_t>(wert) >= static_cast<std::uint32_t>(namen->fuellstand())) {
-        std::ostringstream detail;
-        detail << std::hex << std::uppercase << static_cast<std::uint32_t>(wert);
-        Fehler("CMD-INDEXINVALID", "KdoArgumentEnum::setzeArgWertInt", String(detail.str()), 'W');
+        Fehler("CMD-INDEXINVALID", "KdoArgumentEnum::setzeArgWertInt", String(hex::text(static_cast<std::uint32_t>(wert))), 'W');
         return;
     }
     aktuell = wert;
