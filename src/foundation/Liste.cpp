@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <iostream>
+#include <utility>
 #include <vector>
 
 #include "foundation/Abbruch.h"
@@ -359,15 +360,7 @@ ListenElement* ListeSort::sucheElement(const ListenElement* element, std::uint32
 
 ListenElement* ListeSort::sucheElementF(const String& name, std::uint32_t typ, std::int32_t melde,
                                         std::int32_t modus) {
-    ListenElement* gefunden;
-    if (modus == ListenSuche::EXAKT && komparator_->baumSuche) {
-        NamensSchluessel schluessel(name);
-        gefunden = baumSuche(&schluessel);
-    } else {
-        Glied* g = kettenSuche(name, modus);
-        gefunden = g ? g->element : nullptr;
-    }
-    ListenElement* ergebnis = pruefeTreffer(gefunden, name, typ, melde, "ListeSort::sucheElementF");
+    ListenElement* ergebnis = std::as_const(*this).sucheElementF(name, typ, melde, modus);
     // The chain's own `aktuell` is not used by a sorted list; the tree
     // position takes its place.
     baumPosition_ = ergebnis;

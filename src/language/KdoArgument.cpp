@@ -235,16 +235,17 @@ bool liesZahlText(std::istream& strom, bool hex, bool& negativ, std::string& zif
     }
     return !ziffern.empty();
 }
-}  // namespace
 
-int KdoArgument::liesDezimal(std::istream& strom, dataInteger& wert) {
+// A signed 32-bit number, decimal or hexadecimal; at most 15 digits, so the
+// magnitude always fits a long long before the range check.
+int liesMitVorzeichen(std::istream& strom, bool hex, dataInteger& wert) {
     bool negativ = false;
     std::string ziffern;
-    if (!liesZahlText(strom, false, negativ, ziffern)) {
+    if (!liesZahlText(strom, hex, negativ, ziffern)) {
         strom.setstate(std::ios::failbit);
         return 0;
     }
-    long long v = std::strtoll(ziffern.c_str(), nullptr, 10);
+    long long v = std::strtoll(ziffern.c_str(), nullptr, hex ? 16 : 10);
     if (negativ) v = -v;
     if (v < INT32_MIN || v > INT32_MAX) {
         strom.setstate(std::ios::failbit);
@@ -253,6 +254,9 @@ int KdoArgument::liesDezimal(std::istream& strom, dataInteger& wert) {
     wert = static_cast<dataInteger>(v);
     return 1;
 }
+}  // namespace
+
+int KdoArgument::liesDezimal(std::istream& strom, dataInteger& wert) { return liesMitVorzeichen(strom, false, wert); }
 
 int KdoArgument::liesHex(std::istream& strom, adrInteger& wert) {
     bool negativ = false;
@@ -272,20 +276,7 @@ int KdoArgument::liesHex(std::istream& strom, adrInteger& wert) {
 }
 
 int KdoArgument::liesHexMitVorzeichen(std::istream& strom, dataInteger& wert) {
-    bool negativ = false;
-    std::string ziffern;
-    if (!liesZahlText(strom, true, negativ, ziffern)) {
-        strom.setstate(std::ios::failbit);
-        return 0;
-    }
-    long long v = static_cast<long long>(std::strtoull(ziffern.c_str(), nullptr, 16));
-    if (negativ) v = -v;
-    if (v < INT32_MIN || v > INT32_MAX) {
-        strom.setstate(std::ios::failbit);
-        return 0;
-    }
-    wert = static_cast<dataInteger>(v);
-    return 1;
+    return liesMitVorzeichen(strom, true, wert);
 }
 
 int KdoArgument::liesPhys(std::istream& strom, dataPhys& wert) {
