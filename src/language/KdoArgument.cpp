@@ -315,18 +315,24 @@ KdoArgument::Token KdoArgument::liesToken(AnwKommando&, std::istream&) {
     return Fehlgeschlagen;
 }
 
-int KdoArgument::rahmen(AnwKommando& anw, int definition, const char* funktion) {
+KdoArgument::Anfang KdoArgument::beginne(AnwKommando& anw, int definition, const char* funktion) {
     std::istream& strom = anw.liefereStrom();
     ueberspringe(strom);
     if (!strom.good()) {
         meldeKlammer(anw, funktion);
-        return 0;
+        return Anfang::Gemeldet;
     }
     if (istLeer(strom)) {
         ladeVorgabe();
         if (definition == 1) merkeVorgabe();
-        return 1;
+        return Anfang::Vorgabe;
     }
+    return Anfang::Wert;
+}
+
+int KdoArgument::rahmen(AnwKommando& anw, int definition, const char* funktion) {
+    const Anfang a = beginne(anw, definition, funktion);
+    if (a != Anfang::Wert) return a == Anfang::Vorgabe ? 1 : 0;
     return rahmenAbToken(anw, definition, funktion);
 }
 

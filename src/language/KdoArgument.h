@@ -105,6 +105,10 @@ protected:
     // The common frame: white space, end check, empty place, token, end of
     // the place. `funktion` names the reporter in the messages.
     int rahmen(AnwKommando& anw, int definition, const char* funktion);
+    // The frame's start: white space, end check (reported), empty place
+    // (the default taken). Wert if a value follows.
+    enum class Anfang { Gemeldet, Vorgabe, Wert };
+    Anfang beginne(AnwKommando& anw, int definition, const char* funktion);
     // The frame from the token on (position remembered here).
     int rahmenAbToken(AnwKommando& anw, int definition, const char* funktion);
     // After a good token: white space, then "," or ")" must follow.

@@ -16,17 +16,9 @@
 // NamenInListe, BoolNamenInListe
 
 int KdoArgumentNamenInListe::interpretiere(AnwKommando& anw, int definition) {
+    const Anfang a = beginne(anw, definition, "KdoArgumentNamenInListe::interpretiere");
+    if (a != Anfang::Wert) return a == Anfang::Vorgabe ? 1 : 0;
     std::istream& strom = anw.liefereStrom();
-    ueberspringe(strom);
-    if (!strom.good()) {
-        meldeKlammer(anw, "KdoArgumentNamenInListe::interpretiere");
-        return 0;
-    }
-    if (istLeer(strom)) {
-        ladeVorgabe();
-        if (definition == 1) merkeVorgabe();
-        return 1;
-    }
     ueberspringe(strom);
     // The messages name the reader that the first byte chose.
     const char* funktion = strom.peek() == '"' ? "KdoArgumentString::interpretiere"
@@ -79,17 +71,9 @@ int KdoArgumentNamenInListe::liefereArgWertListe() {
 
 int KdoArgumentBoolNamenInListe::interpretiere(AnwKommando& anw, int definition) {
     const char* funktion = "KdoArgumentBoolNamenInListe::interpretiere";
+    const Anfang a = beginne(anw, definition, funktion);
+    if (a != Anfang::Wert) return a == Anfang::Vorgabe ? 1 : 0;
     std::istream& strom = anw.liefereStrom();
-    ueberspringe(strom);
-    if (!strom.good()) {
-        meldeKlammer(anw, funktion);
-        return 0;
-    }
-    if (istLeer(strom)) {
-        ladeVorgabe();
-        if (definition == 1) merkeVorgabe();
-        return 1;
-    }
     const std::streampos pos = position(strom);
     ueberspringe(strom);
     if (strom.get() == '"') {
