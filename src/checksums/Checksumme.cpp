@@ -15,7 +15,7 @@
 #include "image/Eprom.h"
 #include "reporting/Fehler.h"
 
-Checksumme::Checksumme(adrInteger anfAdr, adrInteger endAdr) : anfAdr(anfAdr), endAdr(endAdr) {}
+Checksumme::Checksumme(adrInteger anfAdr, adrInteger endAdr) : anfAdr_(anfAdr), endAdr_(endAdr) {}
 
 Checksumme::~Checksumme() = default;
 
@@ -48,18 +48,18 @@ String Checksumme::hex(std::uint32_t wert, int stellen)
 
 adrInteger Checksumme::anzeigeAnfang(Eprom& eprom) const
 {
-    return std::max(eprom.liefereAnfAdr(), anfAdr);
+    return std::max(eprom.liefereAnfAdr(), anfAdr_);
 }
 
 adrInteger Checksumme::anzeigeEnde(Eprom& eprom) const
 {
-    return std::min(eprom.liefereEndAdr(), endAdr);
+    return std::min(eprom.liefereEndAdr(), endAdr_);
 }
 
 void Checksumme::liefereBereich(Eprom& eprom, adrInteger& von, adrInteger& bis) const
 {
-    von = std::max(anfAdr, eprom.liefereAnfAdr());
-    bis = std::min(endAdr, eprom.liefereEndAdr());
+    von = std::max(anfAdr_, eprom.liefereAnfAdr());
+    bis = std::min(endAdr_, eprom.liefereEndAdr());
 }
 
 int Checksumme::pruefeCrcZiel(adrInteger von, adrInteger bis, adrInteger w, const char* funktion) const

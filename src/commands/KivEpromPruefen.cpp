@@ -149,7 +149,7 @@ std::uint32_t KivEprom::pruefeBelegt(const adrInteger* anf, const adrInteger* en
     const adrInteger endEpr = eprom->liefereEndAdr();
     const adrInteger von = anf ? *anf : anfEpr;
     const adrInteger bis = end ? *end : endEpr;
-    Fehler("CHECK-BYTES", "KivEprom::pruefeBelegt", name, 'S');
+    Fehler("CHECK-BYTES", "KivEprom::pruefeBelegt", name_, 'S');
 
     std::ostream& os = *kdoAnzeigeStream;
     std::uint64_t frei = 0;
@@ -201,7 +201,7 @@ int kdoVergleiche(KdoObjekt& objekt, KdoKommando& kommando)
     std::uint32_t unterschiede;
     if (dateiText == "/") {
         unterschiede =
-            zeigeDifferenzen(*kdoAnzeigeStream, kiv.name, anderes->name, eprom, *anderes->eprom, von, ziel, bis);
+            zeigeDifferenzen(*kdoAnzeigeStream, kiv.name_, anderes->name_, eprom, *anderes->eprom, von, ziel, bis);
         Fehler("NO-OF-DIFFERENCES", funktion, String(std::to_string(unterschiede)), 'S');
     } else {
         SichereAusgabe ausgabe(dateiText);
@@ -211,7 +211,7 @@ int kdoVergleiche(KdoObjekt& objekt, KdoKommando& kommando)
         }
         std::ostream& strom = ausgabe.strom();
         Fehler("WRITE-DIFFERENCES-TO-FILE", funktion, dateiText, 'S');
-        unterschiede = zeigeDifferenzen(strom, kiv.name, anderes->name, eprom, *anderes->eprom, von, ziel, bis);
+        unterschiede = zeigeDifferenzen(strom, kiv.name_, anderes->name_, eprom, *anderes->eprom, von, ziel, bis);
         // The count follows the base the display left the stream in:
         // hexadecimal. Intended.
         strom << "NO-OF-DIFFERENCES " << unterschiede << "\n";

@@ -10,14 +10,14 @@
 // ---------------------------------------------------------------------------
 // BildLeser
 
-MusterSuche::BildLeser::BildLeser(Eprom& e) : eprom(e), frei(e.istFrei() != 0) {}
+MusterSuche::BildLeser::BildLeser(Eprom& e) : eprom_(e), frei_(e.istFrei() != 0) {}
 
 bool MusterSuche::BildLeser::veraendert(adrInteger adr) const
 {
-    if (!frei) return false;
+    if (!frei_) return false;
     int code;
     adrInteger grenze;
-    return eprom.liefereSegment(0).findeBereich(adr, code, grenze) == nullptr;
+    return eprom_.liefereSegment(0).findeBereich(adr, code, grenze) == nullptr;
 }
 
 const std::uint8_t* MusterSuche::BildLeser::zeige(adrInteger adr, adrInteger grenze, std::uint64_t& letzte)
@@ -25,47 +25,47 @@ const std::uint8_t* MusterSuche::BildLeser::zeige(adrInteger adr, adrInteger gre
     // A stretch never crosses a window of a free image, so the read leaves
     // behind at most the region of the window it starts in.
     EpromStrecke strecke;
-    eprom.liefereStrecke(adr, std::max(adr, grenze), strecke);
-    eprom.vermerkeLesen(adr, strecke.bis);
+    eprom_.liefereStrecke(adr, std::max(adr, grenze), strecke);
+    eprom_.vermerkeLesen(adr, strecke.bis);
     letzte = strecke.bis;
     if (strecke.imEprom && strecke.daten) return strecke.daten;
-    letzte = std::min<std::uint64_t>(letzte, std::uint64_t(adr) + nullen.size() - 1);
-    return nullen.data();
+    letzte = std::min<std::uint64_t>(letzte, std::uint64_t(adr) + nullen_.size() - 1);
+    return nullen_.data();
 }
 
 // ---------------------------------------------------------------------------
 // MusterSuche
 
 MusterSuche::MusterSuche(Eprom& e, const std::vector<std::uint8_t>& m, adrInteger v, adrInteger b)
-    : eprom(e), leser(e), muster(m), laenge(m.size()), bis(b), s(v)
+    : eprom_(e), leser_(e), muster_(m), laenge_(m.size()), bis_(b), s_(v)
 {
-    if (laenge == 0) {
-        fertig = true;
+    if (laenge_ == 0) {
+        fertig_ = true;
         return;
     }
-    rand.assign(laenge + 1, 0);
-    for (std::size_t i = 1, k = 0; i < laenge; ++i) {
-        while (k > 0 && muster[i] != muster[k]) k = rand[k];
-        if (muster[i] == muster[k]) ++k;
-        rand[i + 1] = k;
+    rand_.assign(laenge_ + 1, 0);
+    for (std::size_t i = 1, k = 0; i < laenge_; ++i) {
+        while (k > 0 && muster_[i] != muster_[k]) k = rand_[k];
+        if (muster_[i] == muster_[k]) ++k;
+        rand_[i + 1] = k;
     }
     std::size_t groesse = 1;
-    while (groesse < laenge) groesse *= 2;
-    ring.assign(groesse, 0);
-    ringMaske = groesse - 1;
+    while (groesse < laenge_) groesse *= 2;
+    ring_.assign(groesse, 0);
+    ringMaske_ = groesse - 1;
 }
 
 bool MusterSuche::neueZeile()
 {
-    if (s > bis) return false;
+    if (s_ > bis_) return false;
     adrInteger von, ende;
-    if (!eprom.liefereBereich(static_cast<adrInteger>(s), von, ende)) return false;
-    s = von;
-    if (s > bis) return false;
-    g = std::min<std::uint64_t>(bis, ende);
-    textEnde = std::min<std::uint64_t>(bis, g + laenge - 1);
-    x = s;
-    q = 0;
+    if (!eprom_.liefereBereich(static_cast<adrInteger>(s_), von, ende)) return false;
+    s_ = von;
+    if (s_ > bis_) return false;
+    g_ = std::min<std::uint64_t>(bis_, ende);
+    textEnde_ = std::min<std::uint64_t>(bis_, g_ + laenge_ - 1);
+    x_ = s_;
+    q_ = 0;
     return true;
 }
 
@@ -73,7 +73,7 @@ void MusterSuche::weiter()
 {
     // The same step as in laufeZeile, two bytes behind a first byte that
     // matched; intended.
-    s += ring[s & ringMaske] == muster[0] ? 2 : 1;
+    s_ += ring_[s_ & ringMaske_] == muster_[0] ? 2 : 1;
 }
 
 bool MusterSuche::liestX()
@@ -81,11 +81,11 @@ bool MusterSuche::liestX()
     // The starts whose comparison would reach x are those whose bytes up to
     // x - 1 are a prefix of the pattern: the prefix lengths of the automaton
     // state and of its borders.
-    std::vector<char> prefix(laenge + 1, 0);
-    for (std::size_t p = q; p > 0; p = rand[p]) prefix[p] = 1;
-    while (s <= g) {
-        const std::uint64_t p = x - s;
-        if (p <= laenge && prefix[p]) return true;
+    std::vector<char> prefix(laenge_ + 1, 0);
+    for (std::size_t p = q_; p > 0; p = rand_[p]) prefix[p] = 1;
+    while (s_ <= g_) {
+        const std::uint64_t p = x_ - s_;
+        if (p <= laenge_ && prefix[p]) return true;
         weiter();
     }
     return false;
@@ -93,15 +93,15 @@ bool MusterSuche::liestX()
 
 int MusterSuche::naechster(adrInteger& treffer)
 {
-    while (!fertig) {
-        if (!inZeile) {
+    while (!fertig_) {
+        if (!inZeile_) {
             if (!neueZeile()) break;
-            inZeile = true;
+            inZeile_ = true;
         }
         if (laufeZeile(treffer)) return 1;
-        inZeile = false;
+        inZeile_ = false;
     }
-    fertig = true;
+    fertig_ = true;
     return 0;
 }
 
@@ -113,20 +113,20 @@ bool MusterSuche::springe(std::uint64_t& sl, std::uint64_t& xl, const std::uint8
     // hold none, each of those starts fails and steps by one: memchr finds
     // the next candidate, and the walk resumes lang - 1 bytes before it,
     // with the ring holding what it would have read.
-    const std::uint8_t erstes = muster[0];
+    const std::uint8_t erstes = muster_[0];
     for (std::uint64_t t = sl; t < xl; ++t)
-        if (ring[t & ringMaske] == erstes) return false;
+        if (ring_[t & ringMaske_] == erstes) return false;
     // The starts jumped to stay within this region's.
-    if (letzterStart + laenge < 2) return false;
-    std::uint64_t bis = std::min(bisLesbar, letzterStart + laenge - 2);
+    if (letzterStart + laenge_ < 2) return false;
+    std::uint64_t bis = std::min(bisLesbar, letzterStart + laenge_ - 2);
     if (bis < xl + 64) return false;
     const std::uint8_t* q = block + (xl - blockAnf);
     const void* f = std::memchr(q, erstes, bis - xl + 1);
     const std::uint64_t p = f ? xl + static_cast<std::uint64_t>(static_cast<const std::uint8_t*>(f) - q) : bis + 1;
     if (p < xl + 64) return false;
-    for (std::uint64_t t = std::max(xl, p - std::min<std::uint64_t>(p, laenge)); t < p; ++t)
-        ring[t & ringMaske] = block[t - blockAnf];
-    if (p + 1 > laenge) sl = std::max(sl, p + 1 - laenge);
+    for (std::uint64_t t = std::max(xl, p - std::min<std::uint64_t>(p, laenge_)); t < p; ++t)
+        ring_[t & ringMaske_] = block[t - blockAnf];
+    if (p + 1 > laenge_) sl = std::max(sl, p + 1 - laenge_);
     xl = p;
     return true;
 }
@@ -135,18 +135,18 @@ bool MusterSuche::laufeZeile(adrInteger& treffer)
 {
     // The state in locals: the ring's byte stores could otherwise alias
     // every member and force reloads per byte.
-    const std::uint8_t* const m = muster.data();
-    const std::size_t* const r = rand.data();
-    std::uint8_t* const ri = ring.data();
-    const std::uint64_t maske = ringMaske;
-    const std::uint64_t lang = laenge;
-    const std::uint64_t letzterStart = g;
-    const std::uint64_t ende = textEnde;
+    const std::uint8_t* const m = muster_.data();
+    const std::size_t* const r = rand_.data();
+    std::uint8_t* const ri = ring_.data();
+    const std::uint64_t maske = ringMaske_;
+    const std::uint64_t lang = laenge_;
+    const std::uint64_t letzterStart = g_;
+    const std::uint64_t ende = textEnde_;
     const std::uint8_t erstes = m[0];
-    std::uint64_t sl = s, xl = x;
-    std::size_t ql = q;
-    const std::uint8_t* block = this->block;
-    std::uint64_t blockAnf = this->blockAnf, blockEnde = this->blockEnde;
+    std::uint64_t sl = s_, xl = x_;
+    std::size_t ql = q_;
+    const std::uint8_t* block = this->block_;
+    std::uint64_t blockAnf = this->blockAnf_, blockEnde = this->blockEnde_;
     bool gefunden = false;
 
     while (sl <= letzterStart) {
@@ -159,18 +159,18 @@ bool MusterSuche::laufeZeile(adrInteger& treffer)
                 // Behind the region a read may create a region in a free
                 // image; such a byte is read only if a start's comparison
                 // gets that far.
-                if (xl > letzterStart && leser.veraendert(static_cast<adrInteger>(xl))) {
-                    s = sl;
-                    x = xl;
-                    q = ql;
+                if (xl > letzterStart && leser_.veraendert(static_cast<adrInteger>(xl))) {
+                    s_ = sl;
+                    x_ = xl;
+                    q_ = ql;
                     const bool liest = liestX();
-                    sl = s;
+                    sl = s_;
                     if (!liest) {
                         zeileAus = true;
                         break;
                     }
                 }
-                block = leser.zeige(static_cast<adrInteger>(xl), static_cast<adrInteger>(ende), blockEnde);
+                block = leser_.zeige(static_cast<adrInteger>(xl), static_cast<adrInteger>(ende), blockEnde);
                 blockAnf = xl;
             }
             if (ql == 0 && springe(sl, xl, block, blockAnf, std::min(blockEnde, ende), letzterStart)) continue;
@@ -192,12 +192,12 @@ bool MusterSuche::laufeZeile(adrInteger& treffer)
         // 41 41 41 42 the pattern 41 41 42 is not found. Intended.
         sl += ri[sl & maske] == erstes ? 2 : 1;
     }
-    s = sl;
-    x = xl;
-    q = ql;
-    this->block = block;
-    this->blockAnf = blockAnf;
-    this->blockEnde = blockEnde;
+    s_ = sl;
+    x_ = xl;
+    q_ = ql;
+    this->block_ = block;
+    this->blockAnf_ = blockAnf;
+    this->blockEnde_ = blockEnde;
     return gefunden;
 }
 

@@ -50,10 +50,10 @@ private:
         bool veraendert(adrInteger adr) const;
 
     private:
-        Eprom& eprom;
-        bool frei;
+        Eprom& eprom_;
+        bool frei_;
         static constexpr std::size_t blockGroesse = 65536;
-        std::vector<std::uint8_t> nullen = std::vector<std::uint8_t>(blockGroesse, 0);   // what storage-less stretches read
+        std::vector<std::uint8_t> nullen_ = std::vector<std::uint8_t>(blockGroesse, 0);   // what storage-less stretches read
     };
 
     bool neueZeile();
@@ -63,23 +63,23 @@ private:
     bool springe(std::uint64_t& sl, std::uint64_t& xl, const std::uint8_t* block, std::uint64_t blockAnf,
                  std::uint64_t bisLesbar, std::uint64_t letzterStart);
 
-    Eprom& eprom;
-    BildLeser leser;
-    std::vector<std::uint8_t> muster;
-    std::size_t laenge;
-    std::vector<std::size_t> rand;     // rand[i]: longest border of the first i bytes
-    std::vector<std::uint8_t> ring;    // at least the last `laenge` bytes read, by address
-    std::uint64_t ringMaske = 0;       // ring size less 1, a power of two
-    std::uint64_t bis;
-    std::uint64_t s;                   // the start being tried
-    std::uint64_t x = 0;               // the next byte for the automaton
-    std::uint64_t g = 0;               // last start of the present region
-    std::uint64_t textEnde = 0;        // last byte that may be read for it
-    std::size_t q = 0;                 // automaton: length of the prefix read
-    const std::uint8_t* block = nullptr;   // the reader's bytes blockAnf .. blockEnde
-    std::uint64_t blockAnf = 0, blockEnde = 0;
-    bool inZeile = false;
-    bool fertig = false;
+    Eprom& eprom_;
+    BildLeser leser_;
+    std::vector<std::uint8_t> muster_;
+    std::size_t laenge_;
+    std::vector<std::size_t> rand_;     // rand[i]: longest border of the first i bytes
+    std::vector<std::uint8_t> ring_;    // at least the last `laenge` bytes read, by address
+    std::uint64_t ringMaske_ = 0;       // ring size less 1, a power of two
+    std::uint64_t bis_;
+    std::uint64_t s_;                   // the start being tried
+    std::uint64_t x_ = 0;               // the next byte for the automaton
+    std::uint64_t g_ = 0;               // last start of the present region
+    std::uint64_t textEnde_ = 0;        // last byte that may be read for it
+    std::size_t q_ = 0;                 // automaton: length of the prefix read
+    const std::uint8_t* block_ = nullptr;   // the reader's bytes blockAnf .. blockEnde
+    std::uint64_t blockAnf_ = 0, blockEnde_ = 0;
+    bool inZeile_ = false;
+    bool fertig_ = false;
 };
 
 // The bytes of a search or check text; false if it is invalid or gives

@@ -132,7 +132,7 @@ int Compiler::definiere(const String& wert) {
 
 const String* Compiler::liefereDefinition(const String& schluessel) const {
     const auto* d = static_cast<const KdoDefinition*>(definitionen.sucheElementF(schluessel, ListenSuche::JEDE_AUSWAHL, ListenSuche::STILL, ListenSuche::EXAKT));
-    return d ? &d->wert : nullptr;
+    return d ? &d->wert_ : nullptr;
 }
 
 // anweisung -> NAME "=" HOLEPARAMETER "(" ZAHL ")" ZEILENENDE
@@ -172,7 +172,7 @@ String Compiler::ersetzeDefinitionen(const String& zeile) const {
     while (ListenElement* e = it.naechstes()) {
         const auto* d = static_cast<const KdoDefinition*>(e);
         const std::string schluessel = d->liefereName().str();
-        for (std::string& teil : teile) ersetzeAlle(teil, schluessel, d->wert.str());
+        for (std::string& teil : teile) ersetzeAlle(teil, schluessel, d->wert_.str());
     }
 
     std::string ergebnis;
@@ -316,17 +316,17 @@ private:
 int Compiler::compileStream(const String& name, std::istream& strom, dataInteger zeile) {
     lz().laufStatus = LaufStatus::Normal;
     oeffne(name, strom, zeile);
-    int syntaxFehler;
+    int fehler;
     {
         const SyntaxFehlerGrenze grenze;
         // Commands catch their own shortage of memory; this catches that of
         // the statements, so that the line fails alone.
         try {
-            syntaxFehler = parse();
+            fehler = parse();
         } catch (const std::bad_alloc&) {
             Fehler::zusatzZeile = nullptr;
             Fehler("CMD-NOMEMORY", "Compiler::compileStream", "zu wenig Speicher, die Zeile ist abgebrochen", 'E');
-            syntaxFehler = 1;
+            fehler = 1;
         }
     }
     const int status = Fehler::holeStatus();
@@ -335,7 +335,7 @@ int Compiler::compileStream(const String& name, std::istream& strom, dataInteger
         lz().compilerStatus = static_cast<KdoStatus>(status);
         lz().laufStatus = LaufStatus::Abgebrochen;
     }
-    return syntaxFehler;
+    return fehler;
 }
 
 void Compiler::errorMessage() {

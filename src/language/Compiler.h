@@ -39,14 +39,14 @@ extern String aktuelleZeile;
 // One definition of a procedure: the quoted key, as 'p0', and its value.
 class KdoDefinition : public ListenElement {
 public:
-    KdoDefinition(const String& schluessel, const String& wert) : schluessel_(schluessel), wert(wert) {}
+    KdoDefinition(const String& schluessel, const String& wert) : schluessel_(schluessel), wert_(wert) {}
     String liefereName() const override { return schluessel_; }
 
 private:
     String schluessel_;
 
 public:
-    String wert;
+    String wert_;
 };
 
 // Where the prompt reads from when a person types at a terminal (the frame

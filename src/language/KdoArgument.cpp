@@ -9,7 +9,7 @@
 #include "language/KdoKommando.h"
 #include "reporting/Fehler.h"
 
-KdoArgument::KdoArgument(const String& argName) : name(argName) {}
+KdoArgument::KdoArgument(const String& argName) : name_(argName) {}
 
 void KdoArgument::ausgabe(std::ostream& strom) const {
     strom << liefereTypName();
@@ -31,7 +31,7 @@ const TextFeld* KdoArgument::liefereEnumWerte() {
 
 void KdoArgument::falscheMethode(const char* operation, const char* typWort) const {
     Fehler("CMD-WRONGARGMETHOD", String("KdoArgument::") + operation,
-           name + " (" + typText() + ") <-> " + typWort + " ", 'E');
+           name_ + " (" + typText() + ") <-> " + typWort + " ", 'E');
 }
 
 namespace {
@@ -292,7 +292,7 @@ int KdoArgument::liesPhys(std::istream& strom, dataPhys& wert) {
 
 String KdoArgument::falschDetail(const String& kommandoText, const String& text, const char* einzug,
                                  const char* trenner) const {
-    return kommandoText + "\n" + einzug + typText() + trenner + name + ": " + text;
+    return kommandoText + "\n" + einzug + typText() + trenner + name_ + ": " + text;
 }
 
 void KdoArgument::meldeFalsch(AnwKommando& anw, std::streampos pos, const char* funktion) {

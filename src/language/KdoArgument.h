@@ -84,7 +84,7 @@ public:
     virtual void initWPStrListe();
     virtual std::int32_t liefereAnzahlWPStr();
 
-    const String& liefereName() const { return name; }
+    const String& liefereName() const { return name_; }
     // The text `ausgabe` writes.
     String typText() const;
 
@@ -138,6 +138,6 @@ protected:
     static bool istWortZeichen(int c);
     static bool istLeerzeichen(int c);
 
-    String name;
+    String name_;
     String eingabe;   // scratch text of the last token
 };

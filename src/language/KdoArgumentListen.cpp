@@ -32,11 +32,11 @@ KdoArgument::Token KdoArgumentNamenInListe::liesToken(AnwKommando& anw, std::ist
 }
 
 Liste* KdoArgumentNamenInListe::liefereListe() {
-    KdoObjekt* objekt = kommando ? kommando->liefereAktuellesObjekt() : nullptr;
-    Liste* liste = objekt ? objekt->liefereListeFuerKdoArg(name) : nullptr;
+    KdoObjekt* objekt = kommando_ ? kommando_->liefereAktuellesObjekt() : nullptr;
+    Liste* liste = objekt ? objekt->liefereListeFuerKdoArg(name_) : nullptr;
     if (!liste) {
         Fehler("INT-CMD-ARG-LIST-NOT-EXIST", "KdoArgumentNamenInListe::liefereListe",
-               String("Obj: ") + (objekt ? objekt->liefereName() : String()) + "  " + "Liste: " + name,
+               String("Obj: ") + (objekt ? objekt->liefereName() : String()) + "  " + "Liste: " + name_,
                'E');
     }
     return liste;
@@ -341,7 +341,7 @@ int KdoArgumentPaarListe<Paar>::liesPaare(AnwKommando& anw, int definition, cons
 template <class Paar>
 Paar* KdoArgumentPaarListe<Paar>::paarAn(std::uint16_t i, const char* leerFunktion, const char* indexFunktion) {
     if (aktuell.empty()) {
-        Fehler("CMD-LISTEMPTY", leerFunktion, name, 'E');
+        Fehler("CMD-LISTEMPTY", leerFunktion, name_, 'E');
         return nullptr;
     }
     if (i >= aktuell.size()) {

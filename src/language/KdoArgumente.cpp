@@ -102,7 +102,7 @@ KdoArgument::Token KdoArgumentIntegerHex::liesToken(AnwKommando&, std::istream& 
 unsigned char KdoArgumentIntegerHex::liefereArgWertCharHex() {
     if (aktuell >= 256) {
         Fehler("CMD-VALTOOBIG", "KdoArgument::liefereArgWertCharHex",
-               name + " (" + typText() + ") <-> dataInteger ", 'E');
+               name_ + " (" + typText() + ") <-> dataInteger ", 'E');
     }
     return static_cast<unsigned char>(aktuell);
 }

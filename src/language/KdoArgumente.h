@@ -209,13 +209,13 @@ protected:
 class KdoArgumentNameInListe : public KdoArgumentWort {
 public:
     KdoArgumentNameInListe(const String& name, KdoKommando* kommando)
-        : KdoArgumentWort(name), kommando(kommando) {}
+        : KdoArgumentWort(name), kommando_(kommando) {}
     String liefereTypName() const override { return "NameInListe"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::NameInListe; }
     int interpretiere(AnwKommando& anw, int definition) override;
 
 protected:
-    KdoKommando* kommando;
+    KdoKommando* kommando_;
 };
 
 class KdoArgumentBoolNameInListe : public KdoBoolForm<KdoArgumentNameInListe> {
@@ -259,7 +259,7 @@ protected:
 class KdoArgumentNamenInListe : public KdoArgumentText {
 public:
     KdoArgumentNamenInListe(const String& name, KdoKommando* kommando)
-        : KdoArgumentText(name), kommando(kommando) {}
+        : KdoArgumentText(name), kommando_(kommando) {}
     String liefereTypName() const override { return "NamenInListe"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::NamenInListe; }
     int interpretiere(AnwKommando& anw, int definition) override;
@@ -274,7 +274,7 @@ protected:
     Liste* liefereListe();
     int waehleAus(Liste& liste);
 
-    KdoKommando* kommando;
+    KdoKommando* kommando_;
 };
 
 class KdoArgumentBoolNamenInListe : public KdoBoolForm<KdoArgumentNamenInListe> {

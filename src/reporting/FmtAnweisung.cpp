@@ -179,13 +179,13 @@ int FmtVariable::liefereIndex(const String& namenListe) {
 
 void FmtVariable::schreibe(const std::string& wert) {
     ++wertAnzahl;
-    if (wertAnzahl == 1 && !vorspann.istLeer()) schreibeText(*ziel, vorspann);
+    if (wertAnzahl == 1 && !vorspann.istLeer()) schreibeText(*ziel_, vorspann);
     if (teile) {
-        if (wertAnzahl > 1) schreibeText(*ziel, teile->naechsterTeil());
-        schreibeText(*ziel, teile->ersterTeil());
+        if (wertAnzahl > 1) schreibeText(*ziel_, teile->naechsterTeil());
+        schreibeText(*ziel_, teile->ersterTeil());
     }
     if (merkmale == 0) {
-        ziel->write(wert.data(), static_cast<std::streamsize>(wert.size()));
+        ziel_->write(wert.data(), static_cast<std::streamsize>(wert.size()));
         return;
     }
     String kopie(wert);
@@ -195,17 +195,17 @@ void FmtVariable::schreibe(const std::string& wert) {
     if (merkmale & QUOTE) kopie = kopie.quotiere();
     if (merkmale & SGML) kopie = kopie.sgml();
     if (merkmale & OHNE_WERT) kopie = String();
-    schreibeText(*ziel, kopie);
+    schreibeText(*ziel_, kopie);
 }
 
 int FmtVariable::ausgabe(const String& wert) {
-    if (!ziel) return 0;
+    if (!ziel_) return 0;
     schreibe(wert.str());
     return 1;
 }
 
 int FmtVariable::ausgabe(const std::ostringstream& wert) {
-    if (!ziel) return 0;
+    if (!ziel_) return 0;
     // Through String, so that a value never carries a NUL byte.
     return ausgabe(String(wert.str()));
 }
@@ -217,12 +217,12 @@ int FmtVariable::unbekannteVariable(const String& funktion, const FmtObjekt& obj
 }
 
 int FmtVariable::ausgeben(FmtObjekt& objekt, std::ostream& strom) {
-    ziel = &strom;
+    ziel_ = &strom;
     if (teile) teile->setzePosition(0);
     wertAnzahl = 0;
     const int ergebnis = objekt.ersetzeVariable(*this);
     if (wertAnzahl > 0 && !nachspann.istLeer()) schreibeText(strom, nachspann);
-    ziel = nullptr;
+    ziel_ = nullptr;
     return ergebnis;
 }
 

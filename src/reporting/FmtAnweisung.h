@@ -134,7 +134,7 @@ private:
     String vorspann;
     String nachspann;
     String trenner;
-    std::ostream* ziel = nullptr;
+    std::ostream* ziel_ = nullptr;
     std::unique_ptr<FmtTrennerTeile> teile;
     dataInteger wertAnzahl = 0;
 };
