@@ -139,5 +139,5 @@ protected:
     static bool istLeerzeichen(int c);
 
     String name_;
-    String eingabe;   // scratch text of the last token
+    String eingabe_;   // scratch text of the last token
 };
