@@ -315,13 +315,17 @@ KdoArgument::Token KdoArgument::liesToken(AnwKommando&, std::istream&) {
     return Fehlgeschlagen;
 }
 
-KdoArgument::Anfang KdoArgument::beginne(AnwKommando& anw, int definition, const char* funktion) {
+bool KdoArgument::oeffne(AnwKommando& anw, const char* funktion) {
     std::istream& strom = anw.liefereStrom();
     ueberspringe(strom);
-    if (!strom.good()) {
-        meldeKlammer(anw, funktion);
-        return Anfang::Gemeldet;
-    }
+    if (strom.good()) return true;
+    meldeKlammer(anw, funktion);
+    return false;
+}
+
+KdoArgument::Anfang KdoArgument::beginne(AnwKommando& anw, int definition, const char* funktion) {
+    if (!oeffne(anw, funktion)) return Anfang::Gemeldet;
+    std::istream& strom = anw.liefereStrom();
     if (istLeer(strom)) {
         ladeVorgabe();
         if (definition == 1) merkeVorgabe();

@@ -109,6 +109,9 @@ protected:
     // (the default taken). Wert if a value follows.
     enum class Anfang { Gemeldet, Vorgabe, Wert };
     Anfang beginne(AnwKommando& anw, int definition, const char* funktion);
+    // White space, then the end check; false after reporting a missing
+    // closing parenthesis.
+    bool oeffne(AnwKommando& anw, const char* funktion);
     // The frame from the token on (position remembered here).
     int rahmenAbToken(AnwKommando& anw, int definition, const char* funktion);
     // After a good token: white space, then "," or ")" must follow.

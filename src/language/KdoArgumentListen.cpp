@@ -152,12 +152,8 @@ void KdoArgumentKdoObjekt::ausgabe(std::ostream& strom) const {
 
 int KdoArgumentKdoObjekt::interpretiere(AnwKommando& anw, int definition) {
     const char* funktion = "KdoArgumentKdoObjekt::interpretiere";
+    if (!oeffne(anw, funktion)) return 0;
     std::istream& strom = anw.liefereStrom();
-    ueberspringe(strom);
-    if (!strom.good()) {
-        meldeKlammer(anw, funktion);
-        return 0;
-    }
     if (istLeer(strom)) {
         // Unlike the other classes an empty place empties the value.
         pfad_ = String();
@@ -290,12 +286,8 @@ void KdoArgumentPaarListe<Paar>::zeigeVorgabe(std::ostream& strom) const {
 
 template <class Paar>
 int KdoArgumentPaarListe<Paar>::liesPaare(AnwKommando& anw, int definition, const char* funktion) {
+    if (!oeffne(anw, funktion)) return 0;
     std::istream& strom = anw.liefereStrom();
-    ueberspringe(strom);
-    if (!strom.good()) {
-        meldeKlammer(anw, funktion);
-        return 0;
-    }
     if (istLeer(strom)) {
         aktuell_.clear();
         if (definition == 1) vorgabe_.clear();
@@ -426,12 +418,8 @@ void KdoArgumentParameterListe::zeigeVorgabe(std::ostream& strom) const {
 
 int KdoArgumentParameterListe::interpretiere(AnwKommando& anw, int definition) {
     const char* funktion = "KdoArgumentParameterListe::interpretiere";
+    if (!oeffne(anw, funktion)) return 0;
     std::istream& strom = anw.liefereStrom();
-    ueberspringe(strom);
-    if (!strom.good()) {
-        meldeKlammer(anw, funktion);
-        return 0;
-    }
     if (istLeer(strom)) {
         aktuell_ = vorgabe_;   // the same array
         return 1;
