@@ -81,14 +81,22 @@ bool istLeer(Eprom& eprom)
 // ---------------------------------------------------------------------------
 // Operations
 
+namespace {
+// The optional addresses of a file transfer, checked in order; the first
+// bad one is reported.
+bool adressenGut(const adrInteger* start, const adrInteger* ende, const adrInteger* extern_, const char* funktion)
+{
+    return KivEprom::pruefeAdresse(start, funktion) && KivEprom::pruefeAdresse(ende, funktion) &&
+           KivEprom::pruefeAdresse(extern_, funktion);
+}
+}  // namespace
+
 int KivEprom::leseVonDatei(const DateiName& datei, std::int32_t typ, std::uint32_t nutzBytes, int tausche,
                            adrInteger fuellByte, int bytesPruefen, const adrInteger* startAdresse,
                            const adrInteger* endAdresse, const adrInteger* externeAdresse)
 {
     const char* funktion = "KivEprom::leseVonDatei ";
-    if (!pruefeAdresse(startAdresse, funktion) || !pruefeAdresse(endAdresse, funktion) ||
-        !pruefeAdresse(externeAdresse, funktion))
-        return 0;
+    if (!adressenGut(startAdresse, endAdresse, externeAdresse, funktion)) return 0;
     {
         // A directory opens as a stream too, but holds no image.
         std::error_code fehler;
@@ -140,9 +148,7 @@ int KivEprom::schreibeInDatei(const DateiName& datei, int ueberschreiben, std::i
                               const adrInteger* endAdresse, const adrInteger* externeAdresse)
 {
     const char* funktion = "KivEprom::schreibeInDatei ";
-    if (!pruefeAdresse(startAdresse, funktion) || !pruefeAdresse(endAdresse, funktion) ||
-        !pruefeAdresse(externeAdresse, funktion))
-        return 0;
+    if (!adressenGut(startAdresse, endAdresse, externeAdresse, funktion)) return 0;
     // The line writers cannot cut a record into pieces of no byte, and a
     // record must fit the 132 characters that the readers take as one line:
     // 11 + 2n for Intel, 14 + 2n for the widest S-record (every Motorola

@@ -112,6 +112,20 @@ bool setzeSuche(KivEprom& kiv, KdoKommando& kommando)
     return false;
 }
 
+// The answer of sucheErstes and sucheNaechstes: the first match in von..bis
+// after `vorspann`, or that there is none.
+int zeigeTreffer(std::ostream& os, KivEprom& kiv, adrInteger von, adrInteger bis, const char* vorspann)
+{
+    if (kiv.sucheMuster(von, bis)) {
+        os << vorspann;
+        schreibeAdresse(os, kiv.suchAdresse);
+        os << "] " << "\n";
+        return 1;
+    }
+    os << "Muster nicht gefunden" << "\n";
+    return 0;
+}
+
 }  // namespace
 
 int kdoSuche(KdoObjekt& objekt, KdoKommando& kommando)
@@ -146,14 +160,7 @@ int kdoSucheErstes(KdoObjekt& objekt, KdoKommando& kommando)
     if (!setzeSuche(kiv, kommando)) return 0;
     std::ostream& os = *kdoAnzeigeStream;
     os << std::hex << std::uppercase << " " << "\n";
-    if (kiv.sucheMuster(kiv.eprom->liefereAnfAdr(), kiv.eprom->liefereEndAdr())) {
-        os << "Erste Adresse: [";
-        schreibeAdresse(os, kiv.suchAdresse);
-        os << "] " << "\n";
-        return 1;
-    }
-    os << "Muster nicht gefunden" << "\n";
-    return 0;
+    return zeigeTreffer(os, kiv, kiv.eprom->liefereAnfAdr(), kiv.eprom->liefereEndAdr(), "Erste Adresse: [");
 }
 
 int kdoSucheNaechstes(KdoObjekt& objekt, KdoKommando&)
@@ -170,14 +177,7 @@ int kdoSucheNaechstes(KdoObjekt& objekt, KdoKommando&)
         kiv.suchAdresse = 0;
         return 0;
     }
-    if (kiv.sucheMuster(von, bis)) {
-        os << "Naechste Adresse: [";
-        schreibeAdresse(os, kiv.suchAdresse);
-        os << "] " << "\n";
-        return 1;
-    }
-    os << "Muster nicht gefunden" << "\n";
-    return 0;
+    return zeigeTreffer(os, kiv, von, bis, "Naechste Adresse: [");
 }
 
 int kdoPruefeByte(KdoObjekt& objekt, KdoKommando& kommando)
