@@ -123,7 +123,7 @@ int ChecksumStandard::bilde(int modus, Eprom& eprom, adrInteger* summe)
     const adrInteger von = std::max(eprom.liefereAnfAdr(), std::min(anfAdr_, endAdr_));
     const adrInteger bis = std::min(eprom.liefereEndAdr(), std::max(anfAdr_, endAdr_));
     const adrInteger w = ergebnisGroesse_;
-    const adrInteger* ziel = zielAdr.get();
+    const adrInteger* ziel = zielAdr_.get();
 
     if (von <= bis && swap_) {
         if (anzahlBytes_ == 3) {

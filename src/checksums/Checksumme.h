@@ -59,7 +59,7 @@ public:
 
     // Sets the address of the result field; without one nothing is written.
     void setzeZielAdr(adrInteger adr);
-    const adrInteger* liefereZielAdr() const { return zielAdr.get(); }
+    const adrInteger* liefereZielAdr() const { return zielAdr_.get(); }
     adrInteger liefereAnfAdr() const { return anfAdr_; }
     adrInteger liefereEndAdr() const { return endAdr_; }
 
@@ -95,8 +95,8 @@ protected:
 
     adrInteger anfAdr_;
     adrInteger endAdr_;
-    std::unique_ptr<adrInteger> zielAdr;
-    adrInteger chksum = 0;
-    adrInteger anzeigeAnfAdr = 0;
-    adrInteger anzeigeEndAdr = 0;
+    std::unique_ptr<adrInteger> zielAdr_;
+    adrInteger chksum_ = 0;
+    adrInteger anzeigeAnfAdr_ = 0;
+    adrInteger anzeigeEndAdr_ = 0;
 };
