@@ -22,8 +22,8 @@ class Eprom;
 // The walk over the regions from `von` to `bis`, one match per call of
 // `naechster`; the next call goes on at the byte behind the match.
 //
-// Per region it keeps the walk position `s` (the start being tried) and the
-// read position `x` of the automaton, which is at most one pattern length
+// Per region it keeps the walk position `s_` (the start being tried) and the
+// read position `x_` of the automaton, which is at most one pattern length
 // ahead. A start is decided once its last byte has been read: a match if the
 // automaton then holds the whole pattern. The comparison of a start does not
 // stop at the region's end; the bytes behind it (up to one pattern length,
@@ -67,8 +67,8 @@ private:
     BildLeser leser_;
     std::vector<std::uint8_t> muster_;
     std::size_t laenge_;
-    std::vector<std::size_t> rand_;     // rand[i]: longest border of the first i bytes
-    std::vector<std::uint8_t> ring_;    // at least the last `laenge` bytes read, by address
+    std::vector<std::size_t> rand_;     // rand_[i]: longest border of the first i bytes
+    std::vector<std::uint8_t> ring_;    // at least the last `laenge_` bytes read, by address
     std::uint64_t ringMaske_ = 0;       // ring size less 1, a power of two
     std::uint64_t bis_;
     std::uint64_t s_;                   // the start being tried
@@ -76,7 +76,7 @@ private:
     std::uint64_t g_ = 0;               // last start of the present region
     std::uint64_t textEnde_ = 0;        // last byte that may be read for it
     std::size_t q_ = 0;                 // automaton: length of the prefix read
-    const std::uint8_t* block_ = nullptr;   // the reader's bytes blockAnf .. blockEnde
+    const std::uint8_t* block_ = nullptr;   // the reader's bytes blockAnf_ .. blockEnde_
     std::uint64_t blockAnf_ = 0, blockEnde_ = 0;
     bool inZeile_ = false;
     bool fertig_ = false;
