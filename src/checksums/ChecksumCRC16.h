@@ -23,6 +23,6 @@ public:
     std::uint16_t liefereGroesse() const override;
 
 private:
-    int swap;
-    std::uint16_t polynom;
+    int swap_;
+    std::uint16_t polynom_;
 };

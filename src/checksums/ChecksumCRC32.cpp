@@ -5,7 +5,7 @@
 #include "checksums/ChecksumAlgorithmen.h"
 
 ChecksumCRC32::ChecksumCRC32(adrInteger anfAdr, adrInteger endAdr, int swap)
-    : Checksumme(anfAdr, endAdr), swap(swap != 0)
+    : Checksumme(anfAdr, endAdr), swap_(swap != 0)
 {
 }
 
@@ -22,6 +22,6 @@ std::uint16_t ChecksumCRC32::liefereGroesse() const
 int ChecksumCRC32::bilde(int, Eprom& eprom, adrInteger* summe)
 {
     Crc32Rechner rechner;
-    *summe = bildeCrc(eprom, rechner, 4, swap, "ChecksumCRC32::bilde");
+    *summe = bildeCrc(eprom, rechner, 4, swap_, "ChecksumCRC32::bilde");
     return 1;
 }

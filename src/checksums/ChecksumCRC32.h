@@ -18,5 +18,5 @@ public:
     std::uint16_t liefereGroesse() const override;
 
 private:
-    int swap;
+    int swap_;
 };

@@ -25,12 +25,12 @@ ChecksumStandard::ChecksumStandard(int kompensierung, adrInteger anfAdr, adrInte
                                    Checksumme* naechste, adrInteger addierWert,
                                    std::uint16_t anzahlBytes, int swap, std::uint16_t ergebnisGroesse)
     : Checksumme(anfAdr, endAdr),
-      naechste(naechste),
-      addierWert(addierWert),
-      kompensierung(kompensierung != 0),
-      anzahlBytes(begrenzt(anzahlBytes)),
-      swap(swap != 0),
-      ergebnisGroesse(ergebnisGroesse)
+      naechste_(naechste),
+      addierWert_(addierWert),
+      kompensierung_(kompensierung != 0),
+      anzahlBytes_(begrenzt(anzahlBytes)),
+      swap_(swap != 0),
+      ergebnisGroesse_(ergebnisGroesse)
 {
 }
 
@@ -41,7 +41,7 @@ String ChecksumStandard::liefereName() const
 
 std::uint16_t ChecksumStandard::liefereGroesse() const
 {
-    return ergebnisGroesse;
+    return ergebnisGroesse_;
 }
 
 void ChecksumStandard::addiere(adrInteger* summe, adrInteger wert)
@@ -56,11 +56,11 @@ void ChecksumStandard::komplement(adrInteger* ziel, adrInteger wert)
 
 adrInteger ChecksumStandard::tauscheFeld(adrInteger wert) const
 {
-    if (!swap)
+    if (!swap_)
         return wert;
-    if (ergebnisGroesse == 2)
+    if (ergebnisGroesse_ == 2)
         return (wert & 0xFFFF0000u) | ((wert & 0xFFu) << 8) | ((wert >> 8) & 0xFFu);
-    if (ergebnisGroesse == 4)
+    if (ergebnisGroesse_ == 4)
         return (wert >> 24) | ((wert >> 8) & 0xFF00u) | ((wert << 8) & 0xFF0000u) | (wert << 24);
     // Fields of 1 and 3 bytes keep their order.
     return wert;
@@ -68,8 +68,8 @@ adrInteger ChecksumStandard::tauscheFeld(adrInteger wert) const
 
 int ChecksumStandard::schreibeFeld(Eprom& eprom, adrInteger ziel, adrInteger wert)
 {
-    for (std::uint32_t i = 0; i < ergebnisGroesse; ++i) {
-        std::uint32_t schieben = 8 * (ergebnisGroesse - 1 - i);
+    for (std::uint32_t i = 0; i < ergebnisGroesse_; ++i) {
+        std::uint32_t schieben = 8 * (ergebnisGroesse_ - 1 - i);
         auto byte = static_cast<std::uint8_t>(schieben < 32 ? (wert >> schieben) & 0xFFu : 0u);
         if (!eprom.setzeByte(ziel + i, byte))
             return 0;
@@ -79,7 +79,7 @@ int ChecksumStandard::schreibeFeld(Eprom& eprom, adrInteger ziel, adrInteger wer
 
 int ChecksumStandard::summiere(Eprom& eprom, adrInteger von, adrInteger bis, adrInteger* summe)
 {
-    StandardSummierer summierer(anzahlBytes, swap != 0);
+    StandardSummierer summierer(anzahlBytes_, swap_ != 0);
     int ok = 1;
     eprom.laufe(von, bis, [&](const EpromStrecke& s) {
         if (!s.imEprom) {
@@ -120,18 +120,18 @@ int ChecksumStandard::bilde(int modus, Eprom& eprom, adrInteger* summe)
 {
     int fehler = 0;
     *summe = 0;
-    const adrInteger von = std::max(eprom.liefereAnfAdr(), std::min(anfAdr, endAdr));
-    const adrInteger bis = std::min(eprom.liefereEndAdr(), std::max(anfAdr, endAdr));
-    const adrInteger w = ergebnisGroesse;
-    const adrInteger* ziel = zielAdr.get();
+    const adrInteger von = std::max(eprom.liefereAnfAdr(), std::min(anfAdr_, endAdr_));
+    const adrInteger bis = std::min(eprom.liefereEndAdr(), std::max(anfAdr_, endAdr_));
+    const adrInteger w = ergebnisGroesse_;
+    const adrInteger* ziel = zielAdr_.get();
 
-    if (von <= bis && swap) {
-        if (anzahlBytes == 3) {
+    if (von <= bis && swap_) {
+        if (anzahlBytes_ == 3) {
             Fehler("CHK-COULD-NOT-SWAP", funktionBilde, String(), 'W');
             // The result field is left unswapped as well; intended.
-            swap = 0;
+            swap_ = 0;
         }
-        if (swap && anzahlBytes > 1 && (von % 2 != 0 || bis % 2 != 1)) {
+        if (swap_ && anzahlBytes_ > 1 && (von % 2 != 0 || bis % 2 != 1)) {
             Fehler("CHK-SWAP-NEEDS-EVEN-START-AND-LENGTH", funktionBilde, String(), 'E');
             fehler = 1;
         }
@@ -145,7 +145,7 @@ int ChecksumStandard::bilde(int modus, Eprom& eprom, adrInteger* summe)
             Fehler("CHK-TARGET-ADDRESS-NOT-VALID", funktionBilde, String(), 'E');
             ++fehler;
         }
-        if (kompensierung && bis - 2 * w + 1 < t && t <= bis) {
+        if (kompensierung_ && bis - 2 * w + 1 < t && t <= bis) {
             Fehler("CHK-TARGET-ADDRESS-NOT-VALID", funktionBilde, String(), 'E');
             ++fehler;
         }
@@ -160,7 +160,7 @@ int ChecksumStandard::bilde(int modus, Eprom& eprom, adrInteger* summe)
                 ++fehler;
                 break;
             }
-        if (kompensierung)
+        if (kompensierung_)
             for (adrInteger i = 0; i < w; ++i)
                 if (!eprom.setzeByte(t + w + i, 0xFF)) {
                     ++fehler;
@@ -169,14 +169,14 @@ int ChecksumStandard::bilde(int modus, Eprom& eprom, adrInteger* summe)
     }
 
     if (!fehler) {
-        if (naechste)
-            addiere(summe, naechste->liefereSumme(eprom));
+        if (naechste_)
+            addiere(summe, naechste_->liefereSumme(eprom));
         if (von <= bis && !summiere(eprom, von, bis, summe))
             ++fehler;
     }
 
     if (!fehler) {
-        addiere(summe, addierWert);
+        addiere(summe, addierWert_);
         if (ziel && von <= bis) {
             const adrInteger t = *ziel;
             if (modus == 0) {
@@ -199,7 +199,7 @@ int ChecksumStandard::bilde(int modus, Eprom& eprom, adrInteger* summe)
             } else if (modus == 1) {
                 if (!schreibeFeld(eprom, t, tauscheFeld(*summe)))
                     ++fehler;
-                if (!fehler && kompensierung) {
+                if (!fehler && kompensierung_) {
                     adrInteger gegen = 0;
                     komplement(&gegen, *summe);
                     if (!schreibeFeld(eprom, t + w, tauscheFeld(gegen)))
@@ -210,7 +210,7 @@ int ChecksumStandard::bilde(int modus, Eprom& eprom, adrInteger* summe)
     }
 
     if (!fehler) {
-        switch (ergebnisGroesse) {
+        switch (ergebnisGroesse_) {
         case 1: *summe &= 0xFFu; break;
         case 2: *summe &= 0xFFFFu; break;
         case 3: *summe &= 0xFFFFFFu; break;

@@ -37,7 +37,7 @@ public:
     virtual void addiere(adrInteger* summe, adrInteger wert);
     virtual void komplement(adrInteger* ziel, adrInteger wert);
 
-    int liefereSwap() const { return swap; }
+    int liefereSwap() const { return swap_; }
 
 private:
     // The walk from von to bis; 0 after a byte outside the image.
@@ -47,10 +47,10 @@ private:
     int schreibeFeld(Eprom& eprom, adrInteger ziel, adrInteger wert);
     adrInteger tauscheFeld(adrInteger wert) const;
 
-    Checksumme* naechste;
-    adrInteger addierWert;
-    int kompensierung;
-    std::uint16_t anzahlBytes;
-    int swap;
-    std::uint16_t ergebnisGroesse;
+    Checksumme* naechste_;
+    adrInteger addierWert_;
+    int kompensierung_;
+    std::uint16_t anzahlBytes_;
+    int swap_;
+    std::uint16_t ergebnisGroesse_;
 };

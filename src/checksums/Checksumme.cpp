@@ -3,7 +3,6 @@
 #include "checksums/Checksumme.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <fstream>
 #include <new>
 #include <ostream>
@@ -12,10 +11,11 @@
 #include "checksums/EpromLauf.h"
 #include "foundation/Datei.h"
 #include "foundation/DateiName.h"
+#include "foundation/Hex.h"
 #include "image/Eprom.h"
 #include "reporting/Fehler.h"
 
-Checksumme::Checksumme(adrInteger anfAdr, adrInteger endAdr) : anfAdr(anfAdr), endAdr(endAdr) {}
+Checksumme::Checksumme(adrInteger anfAdr, adrInteger endAdr) : anfAdr_(anfAdr), endAdr_(endAdr) {}
 
 Checksumme::~Checksumme() = default;
 
@@ -32,7 +32,7 @@ std::uint16_t Checksumme::liefereGroesse() const
 void Checksumme::setzeZielAdr(adrInteger adr)
 {
     // Without memory the sum runs without a target.
-    zielAdr.reset(new (std::nothrow) adrInteger(adr));
+    zielAdr_.reset(new (std::nothrow) adrInteger(adr));
 }
 
 const String& Checksumme::variablenListe()
@@ -43,32 +43,30 @@ const String& Checksumme::variablenListe()
 
 String Checksumme::hex(std::uint32_t wert, int stellen)
 {
-    char text[16];
-    std::snprintf(text, sizeof text, "%0*X", std::clamp(stellen, 0, 8), static_cast<unsigned>(wert));
-    return String(text);
+    return String(hex::text(wert, std::clamp(stellen, 0, 8)));
 }
 
 adrInteger Checksumme::anzeigeAnfang(Eprom& eprom) const
 {
-    return std::max(eprom.liefereAnfAdr(), anfAdr);
+    return std::max(eprom.liefereAnfAdr(), anfAdr_);
 }
 
 adrInteger Checksumme::anzeigeEnde(Eprom& eprom) const
 {
-    return std::min(eprom.liefereEndAdr(), endAdr);
+    return std::min(eprom.liefereEndAdr(), endAdr_);
 }
 
 void Checksumme::liefereBereich(Eprom& eprom, adrInteger& von, adrInteger& bis) const
 {
-    von = std::max(anfAdr, eprom.liefereAnfAdr());
-    bis = std::min(endAdr, eprom.liefereEndAdr());
+    von = std::max(anfAdr_, eprom.liefereAnfAdr());
+    bis = std::min(endAdr_, eprom.liefereEndAdr());
 }
 
 int Checksumme::pruefeCrcZiel(adrInteger von, adrInteger bis, adrInteger w, const char* funktion) const
 {
-    if (!zielAdr)
+    if (!zielAdr_)
         return 1;
-    const adrInteger t = *zielAdr;
+    const adrInteger t = *zielAdr_;
     if (t <= bis && t + w - 1 >= von) {
         Fehler("CHK-TARGET-ADDRESS-NOT-VALID", funktion, String(), 'E');
         return 0;
@@ -106,7 +104,7 @@ template adrInteger Checksumme::bildeCrc(Eprom&, Crc32Rechner&, adrInteger, int,
 
 void Checksumme::schreibeCrcZiel(Eprom& eprom, adrInteger wert, adrInteger w, int swap) const
 {
-    if (!zielAdr)
+    if (!zielAdr_)
         return;
     if (swap) {
         adrInteger umgekehrt = 0;
@@ -115,7 +113,7 @@ void Checksumme::schreibeCrcZiel(Eprom& eprom, adrInteger wert, adrInteger w, in
         wert = umgekehrt;
     }
     for (adrInteger i = 0; i < w; ++i)
-        if (!eprom.setzeByte(*zielAdr + i, static_cast<std::uint8_t>((wert >> (8 * (w - 1 - i))) & 0xFFu)))
+        if (!eprom.setzeByte(*zielAdr_ + i, static_cast<std::uint8_t>((wert >> (8 * (w - 1 - i))) & 0xFFu)))
             return;
 }
 
@@ -123,12 +121,12 @@ int Checksumme::ersetzeVariable(FmtVariable& variable)
 {
     switch (variable.liefereIndex(variablenListe())) {
     case 0:
-        return variable.ausgabe(hex(anzeigeAnfAdr, 6));
+        return variable.ausgabe(hex(anzeigeAnfAdr_, 6));
     case 1:
-        return variable.ausgabe(hex(anzeigeEndAdr, 6));
+        return variable.ausgabe(hex(anzeigeEndAdr_, 6));
     case 2: {
         std::uint16_t groesse = liefereGroesse();
-        std::uint32_t wert = groesse == 2 ? (chksum & 0xFFFFu) : chksum;
+        std::uint32_t wert = groesse == 2 ? (chksum_ & 0xFFFFu) : chksum_;
         return variable.ausgabe(hex(wert, 2 * groesse));
     }
     case 3:
@@ -161,9 +159,9 @@ int Checksumme::anzeigeErgebnis(Eprom& eprom, adrInteger summe, const DateiName&
     if (!ausgabe.offen())
         return 1;
     std::ostream& strom = ausgabe.strom();
-    chksum = summe;
-    anzeigeAnfAdr = anzeigeAnfang(eprom);
-    anzeigeEndAdr = anzeigeEnde(eprom);
+    chksum_ = summe;
+    anzeigeAnfAdr_ = anzeigeAnfang(eprom);
+    anzeigeEndAdr_ = anzeigeEnde(eprom);
     FmtAnweisung anweisung(format);
     anweisung.ausgabe(strom, *this);
     if (const int fehler = ausgabe.beende()) {

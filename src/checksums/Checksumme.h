@@ -59,9 +59,9 @@ public:
 
     // Sets the address of the result field; without one nothing is written.
     void setzeZielAdr(adrInteger adr);
-    const adrInteger* liefereZielAdr() const { return zielAdr.get(); }
-    adrInteger liefereAnfAdr() const { return anfAdr; }
-    adrInteger liefereEndAdr() const { return endAdr; }
+    const adrInteger* liefereZielAdr() const { return zielAdr_.get(); }
+    adrInteger liefereAnfAdr() const { return anfAdr_; }
+    adrInteger liefereEndAdr() const { return endAdr_; }
 
     // "AnfAdr\nEndAdr\nChksum\nChksumTyp\n ": the names a statement may use.
     static const String& variablenListe();
@@ -93,10 +93,10 @@ protected:
     // the writing without a word.
     void schreibeCrcZiel(Eprom& eprom, adrInteger wert, adrInteger w, int swap) const;
 
-    adrInteger anfAdr;
-    adrInteger endAdr;
-    std::unique_ptr<adrInteger> zielAdr;
-    adrInteger chksum = 0;
-    adrInteger anzeigeAnfAdr = 0;
-    adrInteger anzeigeEndAdr = 0;
+    adrInteger anfAdr_;
+    adrInteger endAdr_;
+    std::unique_ptr<adrInteger> zielAdr_;
+    adrInteger chksum_ = 0;
+    adrInteger anzeigeAnfAdr_ = 0;
+    adrInteger anzeigeEndAdr_ = 0;
 };

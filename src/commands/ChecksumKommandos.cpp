@@ -26,10 +26,25 @@ void liesBereich(Eprom& eprom, KdoKommando& kommando, Adresse anf, Adresse end, 
     ende = kommando[end].liefereArgWertBool() ? kommando[end].liefereArgWertIntHex() : eprom.liefereEndAdr();
 }
 
-bool dateiGegeben(const DateiName& datei)
-{
-    return datei.liefereGanz() != "/";
-}
+// The result file of a command: its name ("/" for none), how it is opened
+// and the line format.
+struct ErgebnisDatei {
+    DateiName datei;
+    dataInteger modus;
+    String format;
+
+    ErgebnisDatei(KdoKommando& kommando, ArgPos<KdoArgTyp::DateiName> d, ArgPos<KdoArgTyp::Enum> m,
+                  ArgPos<KdoArgTyp::String> f)
+        : datei(kommando[d].liefereArgWertDatei()),
+          modus(kommando[m].liefereArgWertInt()),
+          format(kommando[f].liefereArgWertStr())
+    {
+    }
+    void schreibe(Checksumme& summe, Eprom& eprom, adrInteger wert) const
+    {
+        if (datei.liefereGanz() != "/") summe.anzeigeErgebnis(eprom, wert, datei, modus, format);
+    }
+};
 
 } // namespace
 
@@ -38,31 +53,27 @@ int kdoCheckSumme(Eprom& eprom, adrInteger& letzteChecksumme, std::int32_t& geae
     namespace arg = checksumKommando::checksumme;
     adrInteger start, ende;
     liesBereich(eprom, kommando, arg::startAdresse, arg::endAdresse, start, ende);
-    const bool mitZiel = kommando[arg::zielAdresse].liefereArgWertBool() != 0;
-    const adrInteger ziel = mitZiel ? kommando[arg::zielAdresse].liefereArgWertIntHex() : 0;
+    const adrInteger* ziel = optionaleAdresse(kommando, arg::zielAdresse);
     const int kompensierung = kommando[arg::kompensierung].liefereArgWertBool();
     const adrInteger addierWert = kommando[arg::addiereLetzteChecksumme].liefereArgWertBool() ? letzteChecksumme : 0;
     const auto anzahlBytes = static_cast<std::uint16_t>(kommando[arg::anzahlBytes].liefereArgWertInt() + 1);
     const auto ergebnisGroesse = static_cast<std::uint16_t>(kommando[arg::ergebnisGroesse].liefereArgWertInt() + 1);
     const int swap = kommando[arg::swap].liefereArgWertBool();
-    const DateiName datei = kommando[arg::datei].liefereArgWertDatei();
-    const dataInteger modus = kommando[arg::modus].liefereArgWertInt();
-    const String format = kommando[arg::format].liefereArgWertStr();
+    const ErgebnisDatei datei(kommando, arg::datei, arg::modus, arg::format);
 
     int ergebnis;
     {
         ChecksumStandard summe(kompensierung, start, ende, nullptr, addierWert, anzahlBytes, swap, ergebnisGroesse);
-        if (mitZiel)
-            summe.setzeZielAdr(ziel);
+        if (ziel)
+            summe.setzeZielAdr(*ziel);
         ergebnis = summe.bildeSumme(eprom, &letzteChecksumme);
         // The file is written even after a failed sum, with what it reached;
         // intended.
-        if (dateiGegeben(datei))
-            summe.anzeigeErgebnis(eprom, letzteChecksumme, datei, modus, format);
+        datei.schreibe(summe, eprom, letzteChecksumme);
     }
     // Also after a failure, with the unmasked partial sum; intended.
     Fehler("CHECKSUM", "KivEprom::kdoCheckSumme ", Checksumme::hex(letzteChecksumme, 2 * ergebnisGroesse), 'S');
-    if (mitZiel)
+    if (ziel)
         geaendert = 1;
     return ergebnis;
 }
@@ -72,17 +83,14 @@ int kdoCheckSummeSiemens(Eprom& eprom, KdoKommando& kommando)
     namespace arg = checksumKommando::siemens;
     adrInteger start, ende;
     liesBereich(eprom, kommando, arg::startAdresse, arg::endAdresse, start, ende);
-    const DateiName datei = kommando[arg::datei].liefereArgWertDatei();
-    const dataInteger modus = kommando[arg::modus].liefereArgWertInt();
-    const String format = kommando[arg::format].liefereArgWertStr();
+    const ErgebnisDatei datei(kommando, arg::datei, arg::modus, arg::format);
 
     adrInteger wert = 0;
     int ergebnis;
     {
         ChecksumSiemens summe(start, ende);
         ergebnis = summe.bildeSumme(eprom, &wert);
-        if (dateiGegeben(datei))
-            summe.anzeigeErgebnis(eprom, wert, datei, modus, format);
+        datei.schreibe(summe, eprom, wert);
     }
     Fehler("CHECKSUM_SIEMENS", "KivEprom::kdoCheckSummeSiemens ", Checksumme::hex(wert, 8), 'S');
     return ergebnis;
@@ -93,13 +101,10 @@ int kdoCheckSummeCRC(Eprom& eprom, std::int32_t& geaendert, KdoKommando& kommand
     namespace arg = checksumKommando::crc;
     adrInteger start, ende;
     liesBereich(eprom, kommando, arg::startAdresse, arg::endAdresse, start, ende);
-    const bool mitZiel = kommando[arg::zielAdresse].liefereArgWertBool() != 0;
-    const adrInteger ziel = mitZiel ? kommando[arg::zielAdresse].liefereArgWertIntHex() : 0;
+    const adrInteger* ziel = optionaleAdresse(kommando, arg::zielAdresse);
     const dataInteger verfahren = kommando[arg::verfahren].liefereArgWertInt();
     const int swap = kommando[arg::swap].liefereArgWertBool();
-    const DateiName datei = kommando[arg::datei].liefereArgWertDatei();
-    const dataInteger modus = kommando[arg::modus].liefereArgWertInt();
-    const String format = kommando[arg::format].liefereArgWertStr();
+    const ErgebnisDatei datei(kommando, arg::datei, arg::modus, arg::format);
 
     std::unique_ptr<Checksumme> summe;
     const char* label;
@@ -121,16 +126,15 @@ int kdoCheckSummeCRC(Eprom& eprom, std::int32_t& geaendert, KdoKommando& kommand
         maske = 0xFFFFFFFFu;
         break;
     }
-    if (mitZiel)
-        summe->setzeZielAdr(ziel);
+    if (ziel)
+        summe->setzeZielAdr(*ziel);
     adrInteger wert = 0;
     const int ergebnis = summe->bildeSumme(eprom, &wert);
-    if (dateiGegeben(datei))
-        summe->anzeigeErgebnis(eprom, wert, datei, modus, format);
+    datei.schreibe(*summe, eprom, wert);
     summe.reset();
     Fehler(label, "KivEprom::kdoCheckSummeCRC ", Checksumme::hex(wert & maske, stellen), 'S');
     // Set even when the field was refused and nothing was written; intended.
-    if (mitZiel)
+    if (ziel)
         geaendert = 1;
     return ergebnis;
 }

@@ -21,7 +21,7 @@ KdoListe* KivEprom::liefereKdoListe()
 
 String KivEprom::liefereName() const
 {
-    return name;
+    return name_;
 }
 
 const String& KivEprom::liefereKdoOTyp() const

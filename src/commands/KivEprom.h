@@ -115,7 +115,7 @@ public:
     int pruefeBytes(adrInteger adresse, const String& text);
 
     // ---- Fields ----
-    using KdoObjekt::name;                  // the short name
+    using KdoObjekt::name_;                  // the short name
     std::unique_ptr<Eprom> eprom;
     std::int32_t geaendert = 0;             // 1: differs from the file last read or saved
     std::unique_ptr<DateiName> aktDatei;    // the file last read or written

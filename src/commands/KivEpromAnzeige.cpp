@@ -4,7 +4,6 @@
 // Covered by tests/unit/commands/KivEpromPruefenAnzeigeTest.cpp.
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <fstream>
 #include <ostream>
 #include <string>
@@ -13,6 +12,7 @@
 #include "commands/KivEprom.h"
 #include "commands/KivEpromArgumente.h"
 #include "foundation/Datei.h"
+#include "foundation/Hex.h"
 #include "image/Eprom.h"
 #include "language/KdoGlobal.h"
 #include "language/KdoKommando.h"
@@ -28,10 +28,8 @@ struct ByteTexte {
     std::array<String, 256> hex, text;
     ByteTexte()
     {
-        char puffer[4];
         for (int i = 0; i < 256; ++i) {
-            std::snprintf(puffer, sizeof puffer, "%02X", i);
-            hex[static_cast<std::size_t>(i)] = puffer;
+            hex[static_cast<std::size_t>(i)] = String(hex::text(static_cast<unsigned>(i), 2));
             text[static_cast<std::size_t>(i)] = String(i < 32 ? '.' : static_cast<char>(i), 1);
         }
     }
@@ -45,9 +43,7 @@ const ByteTexte& byteTexte()
 
 String hex8(adrInteger wert)
 {
-    char puffer[12];
-    std::snprintf(puffer, sizeof puffer, "%08X", static_cast<unsigned>(wert));
-    return String(puffer);
+    return String(hex::text(wert, 8));
 }
 
 // The number of bytes of the regions that nobody wrote, over the whole image.

@@ -3,12 +3,12 @@
 #include <filesystem>
 #include <fstream>
 #include <ostream>
-#include <sstream>
 #include <vector>
 
 #include "commands/KivEprom.h"
 #include "commands/KivEpromArgumente.h"
 #include "foundation/Datei.h"
+#include "foundation/Hex.h"
 #include "foundation/LongDynArray.h"
 #include "image/Eprom.h"
 #include "image/EpromDatei.h"
@@ -30,17 +30,13 @@ String dezimal(std::uint64_t wert)
 
 String hexKlein(std::int64_t wert)
 {
-    std::ostringstream s;
-    if (wert < 0) s << '-' << std::hex << -static_cast<std::uint64_t>(wert);
-    else s << std::hex << wert;
-    return String(s.str());
+    if (wert < 0) return String("-" + hex::text(-static_cast<std::uint64_t>(wert), 1, false));
+    return String(hex::text(static_cast<std::uint64_t>(wert), 1, false));
 }
 
 String hexGross(std::int64_t wert)
 {
-    std::ostringstream s;
-    s << std::hex << std::uppercase << wert;
-    return String(s.str());
+    return String(hex::text(static_cast<std::uint64_t>(wert)));
 }
 
 // The Motorola line form of a write type.
@@ -85,14 +81,22 @@ bool istLeer(Eprom& eprom)
 // ---------------------------------------------------------------------------
 // Operations
 
+namespace {
+// The optional addresses of a file transfer, checked in order; the first
+// bad one is reported.
+bool adressenGut(const adrInteger* start, const adrInteger* ende, const adrInteger* extern_, const char* funktion)
+{
+    return KivEprom::pruefeAdresse(start, funktion) && KivEprom::pruefeAdresse(ende, funktion) &&
+           KivEprom::pruefeAdresse(extern_, funktion);
+}
+}  // namespace
+
 int KivEprom::leseVonDatei(const DateiName& datei, std::int32_t typ, std::uint32_t nutzBytes, int tausche,
                            adrInteger fuellByte, int bytesPruefen, const adrInteger* startAdresse,
                            const adrInteger* endAdresse, const adrInteger* externeAdresse)
 {
     const char* funktion = "KivEprom::leseVonDatei ";
-    if (!pruefeAdresse(startAdresse, funktion) || !pruefeAdresse(endAdresse, funktion) ||
-        !pruefeAdresse(externeAdresse, funktion))
-        return 0;
+    if (!adressenGut(startAdresse, endAdresse, externeAdresse, funktion)) return 0;
     {
         // A directory opens as a stream too, but holds no image.
         std::error_code fehler;
@@ -144,9 +148,7 @@ int KivEprom::schreibeInDatei(const DateiName& datei, int ueberschreiben, std::i
                               const adrInteger* endAdresse, const adrInteger* externeAdresse)
 {
     const char* funktion = "KivEprom::schreibeInDatei ";
-    if (!pruefeAdresse(startAdresse, funktion) || !pruefeAdresse(endAdresse, funktion) ||
-        !pruefeAdresse(externeAdresse, funktion))
-        return 0;
+    if (!adressenGut(startAdresse, endAdresse, externeAdresse, funktion)) return 0;
     // The line writers cannot cut a record into pieces of no byte, and a
     // record must fit the 132 characters that the readers take as one line:
     // 11 + 2n for Intel, 14 + 2n for the widest S-record (every Motorola

@@ -23,12 +23,6 @@
 
 namespace {
 
-// An optional address argument: null where "/" stands.
-const adrInteger* optional(KdoKommando& kommando, ArgPos<KdoArgTyp::BoolIntegerHex> position)
-{
-    return kommando[position].liefereArgWertBool() ? &kommando[position].liefereArgWertIntHex() : nullptr;
-}
-
 // One line of the occupancy listing, in the stream's present letter case.
 std::uint64_t schreibeLauf(std::ostream& os, adrInteger von, adrInteger bis, int anzahl)
 {
@@ -140,9 +134,7 @@ std::uint32_t zeigeDifferenzen(std::ostream& os, const String& name1, const Stri
 int KivEprom::pruefeAdresse(std::uint64_t adr, const char* funktion)
 {
     if (adr <= 0xFFFFFFFF) return 1;
-    std::ostringstream text;
-    text << "Adresse zu gross: " << std::hex << std::uppercase << adr;
-    Fehler("INVALID-ADDRESS", funktion, text, 'E');
+    Fehler("INVALID-ADDRESS", funktion, String("Adresse zu gross: " + hex::text(adr)), 'E');
     return 0;
 }
 
@@ -157,7 +149,7 @@ std::uint32_t KivEprom::pruefeBelegt(const adrInteger* anf, const adrInteger* en
     const adrInteger endEpr = eprom->liefereEndAdr();
     const adrInteger von = anf ? *anf : anfEpr;
     const adrInteger bis = end ? *end : endEpr;
-    Fehler("CHECK-BYTES", "KivEprom::pruefeBelegt", name, 'S');
+    Fehler("CHECK-BYTES", "KivEprom::pruefeBelegt", name_, 'S');
 
     std::ostream& os = *kdoAnzeigeStream;
     std::uint64_t frei = 0;
@@ -174,8 +166,8 @@ int kdoPruefeMehrfachbelegung(KdoObjekt& objekt, KdoKommando& kommando)
 {
     namespace arg = kdoArg::bereich;
     auto& kiv = static_cast<KivEprom&>(objekt);
-    const adrInteger* anf = optional(kommando, arg::startAdresse);
-    const adrInteger* end = optional(kommando, arg::endAdresse);
+    const adrInteger* anf = optionaleAdresse(kommando, arg::startAdresse);
+    const adrInteger* end = optionaleAdresse(kommando, arg::endAdresse);
     const char* funktion = "KivEprom::kdoPruefeMehrfachbelegung ";
     if (!KivEprom::pruefeAdresse(anf, funktion) || !KivEprom::pruefeAdresse(end, funktion)) return 0;
     kiv.pruefeBelegt(anf, end);
@@ -188,9 +180,9 @@ int kdoVergleiche(KdoObjekt& objekt, KdoKommando& kommando)
     auto& kiv = static_cast<KivEprom&>(objekt);
     const char* funktion = "KivEprom::kdoVergleiche ";
     Eprom& eprom = *kiv.eprom;
-    const adrInteger* anf = optional(kommando, arg::quelleStartAdresse);
-    const adrInteger* end = optional(kommando, arg::quelleEndAdresse);
-    const adrInteger* zielAnf = optional(kommando, arg::zielStartAdresse);
+    const adrInteger* anf = optionaleAdresse(kommando, arg::quelleStartAdresse);
+    const adrInteger* end = optionaleAdresse(kommando, arg::quelleEndAdresse);
+    const adrInteger* zielAnf = optionaleAdresse(kommando, arg::zielStartAdresse);
     const adrInteger von = anf ? *anf : eprom.liefereAnfAdr();
     const adrInteger bis = end ? *end : eprom.liefereEndAdr();
     const adrInteger ziel = zielAnf ? *zielAnf : von;
@@ -209,7 +201,7 @@ int kdoVergleiche(KdoObjekt& objekt, KdoKommando& kommando)
     std::uint32_t unterschiede;
     if (dateiText == "/") {
         unterschiede =
-            zeigeDifferenzen(*kdoAnzeigeStream, kiv.name, anderes->name, eprom, *anderes->eprom, von, ziel, bis);
+            zeigeDifferenzen(*kdoAnzeigeStream, kiv.name_, anderes->name_, eprom, *anderes->eprom, von, ziel, bis);
         Fehler("NO-OF-DIFFERENCES", funktion, String(std::to_string(unterschiede)), 'S');
     } else {
         SichereAusgabe ausgabe(dateiText);
@@ -219,7 +211,7 @@ int kdoVergleiche(KdoObjekt& objekt, KdoKommando& kommando)
         }
         std::ostream& strom = ausgabe.strom();
         Fehler("WRITE-DIFFERENCES-TO-FILE", funktion, dateiText, 'S');
-        unterschiede = zeigeDifferenzen(strom, kiv.name, anderes->name, eprom, *anderes->eprom, von, ziel, bis);
+        unterschiede = zeigeDifferenzen(strom, kiv.name_, anderes->name_, eprom, *anderes->eprom, von, ziel, bis);
         // The count follows the base the display left the stream in:
         // hexadecimal. Intended.
         strom << "NO-OF-DIFFERENCES " << unterschiede << "\n";

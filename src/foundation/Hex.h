@@ -12,6 +12,7 @@
 #include <array>
 #include <cstdint>
 #include <ostream>
+#include <string>
 #include <string_view>
 
 namespace hex {
@@ -39,6 +40,12 @@ inline char* zahl(char* p, std::uint64_t wert, int breite, bool grossBuchstaben 
     if (n < breite) n = breite;
     for (int i = n - 1; i >= 0; --i, wert >>= 4) p[i] = z[wert & 15];
     return p + n;
+}
+
+// `wert` in hex as text, at least `breite` digits filled with '0'.
+inline std::string text(std::uint64_t wert, int breite = 1, bool grossBuchstaben = true) {
+    char p[16];
+    return std::string(p, zahl(p, wert, breite, grossBuchstaben));
 }
 
 }  // namespace hex

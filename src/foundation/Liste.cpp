@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <iostream>
+#include <utility>
 #include <vector>
 
 #include "foundation/Abbruch.h"
@@ -259,14 +260,14 @@ ListeSort::ListeSort(std::int32_t besitzer, ListenKomparator* komparator, const 
 
 ListeSort::~ListeSort() {
     baum_.leere();
-    if (komparator_->besitz == 1) delete komparator_;
+    if (komparator_->besitz_ == 1) delete komparator_;
     komparator_ = nullptr;
 }
 
 void ListeSort::setzeKomparator(ListenKomparator* einKomparator) {
     if (!einKomparator) zusicherungVerletzt("einKomparator != NULL, file liste, line 691");
     loesche();
-    if (komparator_ != einKomparator && komparator_->besitz == 1) delete komparator_;
+    if (komparator_ != einKomparator && komparator_->besitz_ == 1) delete komparator_;
     komparator_ = einKomparator;
     baum_.setzeKomparator(einKomparator);
 }
@@ -347,7 +348,7 @@ void ListeSort::zurueckSetzen() {
 ListenElement* ListeSort::sucheElement(const ListenElement* element, std::uint32_t typ,
                                        std::int32_t melde, std::int32_t modus) {
     if (!element) return nullptr;
-    if (modus != ListenSuche::EXAKT || !komparator_->baumSuche)
+    if (modus != ListenSuche::EXAKT || !komparator_->baumSuche_)
         return sucheElementF(element->liefereName(), typ, melde, modus);
     ListenElement* gefunden = baumSuche(element);
     ListenElement* ergebnis =
@@ -359,15 +360,7 @@ ListenElement* ListeSort::sucheElement(const ListenElement* element, std::uint32
 
 ListenElement* ListeSort::sucheElementF(const String& name, std::uint32_t typ, std::int32_t melde,
                                         std::int32_t modus) {
-    ListenElement* gefunden;
-    if (modus == ListenSuche::EXAKT && komparator_->baumSuche) {
-        NamensSchluessel schluessel(name);
-        gefunden = baumSuche(&schluessel);
-    } else {
-        Glied* g = kettenSuche(name, modus);
-        gefunden = g ? g->element : nullptr;
-    }
-    ListenElement* ergebnis = pruefeTreffer(gefunden, name, typ, melde, "ListeSort::sucheElementF");
+    ListenElement* ergebnis = std::as_const(*this).sucheElementF(name, typ, melde, modus);
     // The chain's own `aktuell` is not used by a sorted list; the tree
     // position takes its place.
     baumPosition_ = ergebnis;
@@ -378,7 +371,7 @@ ListenElement* ListeSort::sucheElementF(const String& name, std::uint32_t typ, s
 ListenElement* ListeSort::sucheElement(const ListenElement* element, std::uint32_t typ,
                                        std::int32_t melde, std::int32_t modus) const {
     if (!element) return nullptr;
-    if (modus != ListenSuche::EXAKT || !komparator_->baumSuche)
+    if (modus != ListenSuche::EXAKT || !komparator_->baumSuche_)
         return sucheElementF(element->liefereName(), typ, melde, modus);
     return pruefeTreffer(baumSuche(element), element->liefereName(), typ, melde,
                          "ListeSort::sucheElementF");
@@ -387,7 +380,7 @@ ListenElement* ListeSort::sucheElement(const ListenElement* element, std::uint32
 ListenElement* ListeSort::sucheElementF(const String& name, std::uint32_t typ, std::int32_t melde,
                                         std::int32_t modus) const {
     ListenElement* gefunden;
-    if (modus == ListenSuche::EXAKT && komparator_->baumSuche) {
+    if (modus == ListenSuche::EXAKT && komparator_->baumSuche_) {
         NamensSchluessel schluessel(name);
         gefunden = baumSuche(&schluessel);
     } else {

@@ -48,15 +48,15 @@ public:
 class ListenKomparator {
 public:
     ListenKomparator(std::int32_t besitz = 0, std::int32_t baumSuche = 1)
-        : besitz(besitz), baumSuche(baumSuche) {}
+        : besitz_(besitz), baumSuche_(baumSuche) {}
     virtual ~ListenKomparator() = default;
     // 1 if a sorts after b, -1 if before, 0 if equal.
     virtual int vergleiche(const ListenElement& a, const ListenElement& b) const;
 
     static ListenKomparator* standard();
 
-    std::int32_t besitz;      // 1: the ListeSort deletes it
-    std::int32_t baumSuche;   // 1: exact-name searches go through the tree
+    std::int32_t besitz_;      // 1: the ListeSort deletes it
+    std::int32_t baumSuche_;   // 1: exact-name searches go through the tree
 };
 
 // ---------------------------------------------------------------------------

@@ -8,6 +8,7 @@
 #include <istream>
 #include <ostream>
 
+#include "foundation/Hex.h"
 #include "foundation/Meldung.h"
 
 namespace {
@@ -259,37 +260,28 @@ int String::liesWort(std::istream& strom) {
     return laenge();
 }
 
-int String::liesBis(std::istream& strom, const char* ende) {
-    s_.clear();
-    if (!strom.good()) return 0;
-    std::string_view e(ende ? ende : "");
-    for (;;) {
-        int c = strom.get();
-        if (c == EOF) break;
-        if (c == 0 || istLeerraum(static_cast<unsigned char>(c)) || e.find(static_cast<char>(c)) != std::string_view::npos) {
-            strom.putback(static_cast<char>(c));
-            break;
-        }
-        s_.push_back(static_cast<char>(c));
-    }
-    return laenge();
-}
+int String::liesBis(std::istream& strom, const char* ende) { return liesBisZeichen(strom, ende, false, true); }
 
 int String::liesBisMitQuotes(std::istream& strom, const char* ende, int modus) {
+    return liesBisZeichen(strom, ende, modus == 1, false);
+}
+
+int String::liesBisZeichen(std::istream& strom, const char* ende, bool quotes, bool leerraumEndet) {
     s_.clear();
     if (!strom.good()) return 0;
     std::string_view e(ende ? ende : "");
     for (;;) {
         int c = strom.get();
         if (c == EOF) break;
-        if (modus == 1 && c == '"') {
+        if (quotes && c == '"') {
             strom.putback('"');
             String q;
             if (q.liesQuotiert(strom, nullptr) < 0) break;
             s_.append(q.s_);
             continue;
         }
-        if (c == 0 || e.find(static_cast<char>(c)) != std::string_view::npos) {
+        if (c == 0 || (leerraumEndet && istLeerraum(static_cast<unsigned char>(c))) ||
+            e.find(static_cast<char>(c)) != std::string_view::npos) {
             strom.putback(static_cast<char>(c));
             break;
         }
@@ -447,9 +439,7 @@ dataInteger WertePaarBasis::liefereIWert(dataInteger) const {
 
 namespace {
 void schreibeHex(std::ostream& strom, dataInteger wert) {
-    char puffer[16];
-    std::snprintf(puffer, sizeof puffer, "%02X", static_cast<unsigned>(wert));
-    strom << puffer;
+    strom << hex::text(static_cast<std::uint32_t>(wert), 2);
 }
 }  // namespace
 

@@ -85,6 +85,9 @@ public:
 
 private:
     void cutNul();
+    // Reads up to a NUL or a byte of `ende`, or white space if
+    // `leerraumEndet`; with `quotes` a quoted text is taken whole.
+    int liesBisZeichen(std::istream& strom, const char* ende, bool quotes, bool leerraumEndet);
     std::string s_;
 };
 

@@ -2,13 +2,13 @@
 #include "image/Eprom.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 #include <utility>
 #include <iomanip>
 #include <ostream>
 #include <sstream>
 
+#include "foundation/Hex.h"
 #include "reporting/BearbeitungsFortschritt.h"
 #include "reporting/Fehler.h"
 
@@ -18,12 +18,6 @@ constexpr adrInteger fensterMaske = 0xFFFFFF;   // offset inside a 16 MiB window
 
 // The arrays are indexed by the address taken as a signed 32-bit number.
 inline std::int32_t idx(adrInteger adr) { return static_cast<std::int32_t>(adr); }
-
-std::string hexGross(std::uint64_t wert) {
-    char puffer[24];
-    std::snprintf(puffer, sizeof puffer, "%llX", static_cast<unsigned long long>(wert));
-    return puffer;
-}
 
 // Copies one array's stored elements of anf..end from `quelle` to `ziel`.
 // Only what the source holds is copied: elsewhere it reads as its default,
@@ -114,7 +108,7 @@ void beruehre(EpromBereich& b) {
 EpromSegment::EpromSegment() { bereiche.push_back(std::make_unique<EpromBereich>()); }
 
 EpromSegment::EpromSegment(const EpromSegment& quelle)
-    : beschrieben(quelle.beschrieben), alleErweiterbar_(quelle.alleErweiterbar_) {
+    : alleErweiterbar_(quelle.alleErweiterbar_) {
     for (const auto& b : quelle.bereiche) bereiche.push_back(std::make_unique<EpromBereich>(*b));
 }
 
@@ -292,8 +286,7 @@ Eprom::Eprom() {
     baueTabelle();
 }
 
-Eprom::Eprom(const Eprom& quelle)
-    : besitztSegmente(quelle.besitztSegmente), fuehreBereiche(quelle.fuehreBereiche) {
+Eprom::Eprom(const Eprom& quelle) {
     for (const auto& s : quelle.segmente) segmente.push_back(std::make_unique<EpromSegment>(*s));
     baueTabelle();
 }
@@ -303,8 +296,6 @@ Eprom& Eprom::operator=(const Eprom& quelle) {
         std::vector<std::unique_ptr<EpromSegment>> kopie;
         for (const auto& s : quelle.segmente) kopie.push_back(std::make_unique<EpromSegment>(*s));
         segmente.swap(kopie);
-        besitztSegmente = quelle.besitztSegmente;
-        fuehreBereiche = quelle.fuehreBereiche;
         baueTabelle();
     }
     return *this;
@@ -327,7 +318,6 @@ void Eprom::baueTabelle() {
 }
 
 void Eprom::nachSchreiben(int code, adrInteger von, adrInteger bis) {
-    if (!fuehreBereiche) return;
     if (code == EpromSegment::freiUnten && !bereiche.empty()) {
         // Only row 0 is patched, whichever region it stands for.
         bereiche[0].anfAdr = std::min(bereiche[0].anfAdr, von);
@@ -339,7 +329,7 @@ void Eprom::nachSchreiben(int code, adrInteger von, adrInteger bis) {
 
 void Eprom::meldeNichtImEprom(const char* funktion, adrInteger adr) {
     std::ostringstream text;
-    text << "Adr.: " << hexGross(adr) << "\n";
+    text << "Adr.: " << hex::text(adr) << "\n";
     anzeigeBereiche(text);
     Fehler("EPR-ADR-NOT-IN-EPROM", funktion, String(text.str()), 'E');
 }
@@ -378,7 +368,6 @@ int Eprom::schreibe(adrInteger adr, std::uint8_t wert, int meldung) {
     b->daten[idx(adr)] = wert;
     std::uint8_t& anz = b->anzSchr[idx(adr)];
     if (anz < 255) ++anz;
-    seg.beschrieben = 1;
     nachSchreiben(code, adr, adr);
     return 1;
 }
@@ -435,7 +424,6 @@ std::uint32_t Eprom::schreibeSpanne(adrInteger adr, const std::uint8_t* quelle, 
         if (letzte > b->endAdr) b->endAdr = letzte, verschoben = true;
         if (verschoben && code != EpromSegment::freiOben) code = EpromSegment::freiUnten;
     }
-    seg.beschrieben = 1;
     nachSchreiben(code, adr, letzte);
     return n;
 }

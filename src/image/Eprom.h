@@ -73,6 +73,7 @@ struct EpromBereichEintrag {
     adrInteger endAdr = 0;
 };
 
+// The design's per-segment "written" flag is not kept: nothing reads it.
 class EpromSegment {
 public:
     // Lookup codes of sucheBereich.
@@ -107,7 +108,6 @@ public:
     bool istFrei() const { return alleErweiterbar_; }
     std::int32_t anzahlBereiche() const { return static_cast<std::int32_t>(bereiche.size()); }
 
-    std::int32_t beschrieben = 0;   // set by every write; nothing reads it
     std::vector<std::unique_ptr<EpromBereich>> bereiche;   // creation order, not address order
 
 private:
@@ -115,6 +115,8 @@ private:
     bool alleErweiterbar_ = true;
 };
 
+// The design's "has segments" and "keeps regions" flags are not kept: the
+// first is read nowhere, the second was always on and is folded in.
 class Eprom {
 public:
     Eprom();
@@ -197,9 +199,6 @@ public:
     void anzeigeBereiche(std::ostream& os);
     void anzeigeBytes(adrInteger anf, adrInteger end, const String& kopf, std::ostream& os, int hex);
     std::uint32_t anzeigeBelegung(std::ostream& os, adrInteger anf, adrInteger end);
-    std::uint32_t anzeigeDifferenzen(std::ostream& os, const String& name1, const String& name2,
-                                     Eprom& anderes, adrInteger anf1, adrInteger anf2,
-                                     adrInteger end1);
 
     // ---- Inspection (tests, displays) ----
     std::int32_t liefereAnzSegmente() const { return static_cast<std::int32_t>(segmente.size()); }
@@ -218,8 +217,6 @@ private:
     std::int32_t anzBereiche = 0;
     std::vector<EpromBereichEintrag> bereiche;              // the region table
     std::vector<std::unique_ptr<EpromSegment>> segmente;    // always one
-    std::int32_t besitztSegmente = 1;
-    std::int32_t fuehreBereiche = 1;
 };
 
 // Hands out the bytes of rising addresses to the file writers: straight from

@@ -1,5 +1,5 @@
-// The text displays of an Eprom: region listing, byte dump, occupancy runs
-// and the comparison of two images.
+// The text displays of an Eprom: region listing, byte dump and occupancy
+// runs.
 // Covered by tests/unit/image/EpromAnzeigeTest.cpp.
 #include <cstring>
 #include <iomanip>
@@ -11,19 +11,6 @@
 #include "reporting/Fehler.h"
 
 namespace {
-
-// Writes `wert` with `breite` digits filled with "0", and leaves the fill
-// character as it was.
-struct Breit {
-    std::uint64_t wert;
-    int breite;
-};
-std::ostream& operator<<(std::ostream& os, Breit b) {
-    char alt = os.fill('0');
-    os << std::setw(b.breite) << b.wert;
-    os.fill(alt);
-    return os;
-}
 
 // The index of the first of p[0] .. p[n - 1] that is not `w`, or n; eight
 // bytes a step, as the counts of a loaded image are long runs of one value.
@@ -155,63 +142,4 @@ std::uint32_t Eprom::anzeigeBelegung(std::ostream& os, adrInteger anf, adrIntege
         a = rb + 1;
     }
     return frei;
-}
-
-std::uint32_t Eprom::anzeigeDifferenzen(std::ostream& os, const String& name1, const String& name2,
-                                        Eprom& anderes, adrInteger anf1, adrInteger anf2,
-                                        adrInteger end1) {
-    os << std::hex << std::uppercase << "\n";
-    if (!name1.istLeer()) os << "Zeile 1: " << name1 << "\n" << "Zeile 2: " << name2 << "\n";
-    if (end1 < anf1) return 0;
-
-    std::uint32_t unterschiede = 0;
-    std::uint8_t w1[16], w2[16];
-    bool b1[16], b2[16];
-    std::uint16_t maske = 0;
-    int pos = 0;
-    adrInteger a = anf1, b = anf2, zeileA = a, zeileB = b;
-    for (;;) {
-        anderes.liefereByte(b, w2[pos], 0);
-        liefereByte(a, w1[pos], 0);
-        b1[pos] = liefereAnzSchr(a) != 0;
-        b2[pos] = anderes.liefereAnzSchr(b) != 0;
-        if (b1[pos] != b2[pos] || w1[pos] != w2[pos]) {
-            maske |= static_cast<std::uint16_t>(1u << pos);
-            ++unterschiede;
-        }
-        ++pos;
-        bool letzte = a == end1;
-        if (pos == 16 || letzte) {
-            if (maske) {
-                os << "Daten [" << Breit{zeileA, 6} << "]" << "\t = ";
-                for (int i = 0; i < pos; ++i) {
-                    if (b1[i])
-                        os << Breit{w1[i], 2} << " ";
-                    else
-                        os << "-- ";
-                }
-                os << "\n";
-                if (anf1 != anf2)
-                    os << "Daten [" << Breit{zeileB, 6} << "]" << "\t = ";
-                else
-                    os << "\t\t   ";
-                for (int i = 0; i < pos; ++i) {
-                    if (!(maske & (1u << i)))
-                        os << ".. ";
-                    else if (b2[i])
-                        os << Breit{w2[i], 2} << " ";
-                    else
-                        os << "-- ";
-                }
-                os << "\n";
-            }
-            pos = 0;
-            maske = 0;
-        }
-        if (letzte) break;
-        ++a;
-        ++b;
-        if (pos == 0) zeileA = a, zeileB = b;
-    }
-    return unterschiede;
 }

@@ -330,8 +330,8 @@ int EpromDateiIntel::schreibe(Eprom& eprom, std::ostream& os, adrInteger von, ad
 // Motorola
 // ===================================================================
 
-EpromDateiMotorola::EpromDateiMotorola(const DateiName& datei, std::uint32_t nutzBytes)
-    : EpromDatei(datei, typMotorola), nutzBytes(nutzBytes) {}
+EpromDateiMotorola::EpromDateiMotorola(const DateiName& name, std::uint32_t bytesJeZeile)
+    : EpromDatei(name, typMotorola), nutzBytes(bytesJeZeile) {}
 
 EpromDateiMotorola::~EpromDateiMotorola() = default;
 

@@ -40,7 +40,7 @@ public:
     static constexpr std::int32_t typMotorola = 4;
     static constexpr std::int32_t typBinaer = 5;
 
-    EpromDatei(const DateiName& datei, std::int32_t dateiTyp) : datei(datei), dateiTyp(dateiTyp) {}
+    EpromDatei(const DateiName& name, std::int32_t typ) : datei(name), dateiTyp(typ) {}
     virtual ~EpromDatei();
     EpromDatei(const EpromDatei&) = delete;
     EpromDatei& operator=(const EpromDatei&) = delete;
@@ -77,8 +77,8 @@ protected:
 
 class EpromDateiIntel : public EpromDatei {
 public:
-    EpromDateiIntel(const DateiName& datei, std::uint32_t nutzBytes)
-        : EpromDatei(datei, typIntel), nutzBytes(nutzBytes) {}
+    EpromDateiIntel(const DateiName& name, std::uint32_t bytesJeZeile)
+        : EpromDatei(name, typIntel), nutzBytes(bytesJeZeile) {}
     using EpromDatei::schreibe;
     int lies(Eprom& eprom, const adrInteger* startAdresse, const adrInteger* endAdresse,
              const adrInteger* externeAdresse) override;
@@ -113,7 +113,7 @@ public:
 
 class EpromDateiBinaer : public EpromDatei {
 public:
-    explicit EpromDateiBinaer(const DateiName& datei) : EpromDatei(datei, typBinaer) {}
+    explicit EpromDateiBinaer(const DateiName& name) : EpromDatei(name, typBinaer) {}
     int lies(Eprom& eprom, const adrInteger* startAdresse, const adrInteger* endAdresse,
              const adrInteger* externeAdresse) override;
     // Binary data cannot go to a bare stream: reports "FILESTREAM-NEEDED".

@@ -5,10 +5,11 @@
 
 #include <array>
 #include <cstdint>
-#include <cstdio>
 #include <ostream>
 #include <string>
 #include <string_view>
+
+#include "foundation/Hex.h"
 
 namespace hextext {
 
@@ -57,11 +58,7 @@ inline std::string ziffern(std::string_view text, std::size_t bis) {
 }
 
 // Lower-case hex without leading zeros, as the line messages show numbers.
-inline std::string klein(std::uint64_t v) {
-    char p[24];
-    std::snprintf(p, sizeof p, "%llx", static_cast<unsigned long long>(v));
-    return p;
-}
+inline std::string klein(std::uint64_t v) { return hex::text(v, 1, false); }
 
 // Collects a line and hands it to the stream in pieces of up to 4 KiB.
 class SchreibPuffer {
@@ -81,19 +78,13 @@ public:
     // Two upper-case digits.
     void byte(std::uint8_t b) {
         if (n_ + 2 > sizeof puffer_) leere();
-        puffer_[n_++] = gross[b >> 4];
-        puffer_[n_++] = gross[b & 15];
+        puffer_[n_++] = hex::paareGross[b][0];
+        puffer_[n_++] = hex::paareGross[b][1];
     }
     // Upper-case hex, at least `breite` digits filled with "0".
     void zahl(std::uint64_t v, int breite) {
-        char p[20];
-        int k = 0;
-        do {
-            p[k++] = gross[v & 15];
-            v >>= 4;
-        } while (v);
-        while (k < breite && k < 16) p[k++] = '0';
-        while (k) zeichen(p[--k]);
+        if (n_ + 16 > sizeof puffer_) leere();
+        n_ = static_cast<std::size_t>(hex::zahl(puffer_ + n_, v, breite) - puffer_);
     }
     void leere() {
         if (n_) os_.write(puffer_, static_cast<std::streamsize>(n_));
@@ -101,7 +92,6 @@ public:
     }
 
 private:
-    static constexpr const char* gross = "0123456789ABCDEF";
     std::ostream& os_;
     char puffer_[4096];
     std::size_t n_ = 0;

@@ -388,9 +388,9 @@ int MotorolaHexZeile::zerlege() {
     anzahl = static_cast<std::int16_t>(zaehl);
     int adresseOk = liesAdresse();
     if (laenge != anzahl * 2 + 2 || !adresseOk) {
-        std::string t = alle() + "\n    " + klein(static_cast<std::uint32_t>((laenge - 2) / 2)) + " != " +
+        std::string detail = alle() + "\n    " + klein(static_cast<std::uint32_t>((laenge - 2) / 2)) + " != " +
                         klein(static_cast<std::uint16_t>(anzahl));
-        Fehler("HEXFILE-BYTECOUNT", "MotorolaHexZeile::zerlege", String(t), 'W');
+        Fehler("HEXFILE-BYTECOUNT", "MotorolaHexZeile::zerlege", String(detail), 'W');
         return 0;
     }
     if (anzahl > 0 && lesePos_ + 2 * anzahl <= anzZiffern_) {
@@ -419,8 +419,8 @@ int MotorolaHexZeile::zerlege() {
     if (summe != gelesen) {
         // The value read comes first here, the other way round from Intel;
         // intended, the message has always read so.
-        std::string t = alle() + "\n    " + klein(gelesen) + " != " + klein(summe);
-        Fehler("HEXFILE-CHKSUM", "MotorolaHexZeile::zerlege", String(t), 'W');
+        std::string detail = alle() + "\n    " + klein(gelesen) + " != " + klein(summe);
+        Fehler("HEXFILE-CHKSUM", "MotorolaHexZeile::zerlege", String(detail), 'W');
         return 0;
     }
     return 1;

@@ -100,20 +100,20 @@ String getrimmt(const String& text) {
 // Construction and definitions
 
 Compiler::Compiler(DynArray<String>* p, int anzahl)
-    : definitionen(1), neueParameter(std::make_unique<DynArray<String>>()) {
+    : definitionen_(1), neueParameter_(std::make_unique<DynArray<String>>()) {
     if (!p || anzahl < 0) anzahl = 0;
-    for (int i = 0; i < anzahl; ++i) parameter[i] = (*p)[i];
-    for (int i = anzahl; i <= 9; ++i) parameter[i] = String();
-    anzahlParameter = anzahl < 11 ? 10 : anzahl;
+    for (int i = 0; i < anzahl; ++i) parameter_[i] = (*p)[i];
+    for (int i = anzahl; i <= 9; ++i) parameter_[i] = String();
+    anzahlParameter_ = anzahl < 11 ? 10 : anzahl;
 
     lz().compilerStatus = KdoStatus::Kein;
     lz().funktionswertStatus = KdoStatus::Kein;
     lz().laufStatus = LaufStatus::Normal;
 
     // The same path as the statement `pN=holeParameter(N)`.
-    for (dataInteger i = 0; i < anzahlParameter; ++i) {
-        wort = String("p") + String(i);
-        zahl = i;
+    for (dataInteger i = 0; i < anzahlParameter_; ++i) {
+        wort_ = String("p") + String(i);
+        zahl_ = i;
         insertParam();
     }
 }
@@ -121,8 +121,8 @@ Compiler::Compiler(DynArray<String>* p, int anzahl)
 Compiler::~Compiler() = default;
 
 int Compiler::definiere(const String& wert) {
-    auto definition = std::make_unique<KdoDefinition>(String("'") + wort + "'", wert);
-    if (!definitionen.anfuegeElement(definition.get(), ListenSuche::STILL)) {
+    auto definition = std::make_unique<KdoDefinition>(String("'") + wort_ + "'", wert);
+    if (!definitionen_.anfuegeElement(definition.get(), ListenSuche::STILL)) {
         Fehler("CMD-PARAM-NUM", "Compiler::insertParam", aktuelleZeile, 'W');
         return 0;
     }
@@ -131,18 +131,18 @@ int Compiler::definiere(const String& wert) {
 }
 
 const String* Compiler::liefereDefinition(const String& schluessel) const {
-    const auto* d = static_cast<const KdoDefinition*>(definitionen.sucheElementF(schluessel, ListenSuche::JEDE_AUSWAHL, ListenSuche::STILL, ListenSuche::EXAKT));
-    return d ? &d->wert : nullptr;
+    const auto* d = static_cast<const KdoDefinition*>(definitionen_.sucheElementF(schluessel, ListenSuche::JEDE_AUSWAHL, ListenSuche::STILL, ListenSuche::EXAKT));
+    return d ? &d->wert_ : nullptr;
 }
 
 // anweisung -> NAME "=" HOLEPARAMETER "(" ZAHL ")" ZEILENENDE
 void Compiler::insertParam() {
     String wert;
-    if (zahl >= 0 && zahl < anzahlParameter) {
-        wert = parameter[zahl];
+    if (zahl_ >= 0 && zahl_ < anzahlParameter_) {
+        wert = parameter_[zahl_];
     } else {
         Fehler("CMD-PARAM-NUM", "Compiler::insertParam", aktuelleZeile, 'E');
-        std::cerr << "Zu grosser Wert: " << zahl << " Kein Parameter verfuegbar" << std::endl;
+        std::cerr << "Zu grosser Wert: " << zahl_ << " Kein Parameter verfuegbar" << std::endl;
         wert = "?XX?";
     }
     definiere(wert);
@@ -168,11 +168,11 @@ String Compiler::ersetzeDefinitionen(const String& zeile) const {
     teile.emplace_back(text, von, std::string::npos);
 
     // Definitions in the order they were made.
-    ListenIterator it(static_cast<const Liste&>(definitionen));
+    ListenIterator it(static_cast<const Liste&>(definitionen_));
     while (ListenElement* e = it.naechstes()) {
         const auto* d = static_cast<const KdoDefinition*>(e);
         const std::string schluessel = d->liefereName().str();
-        for (std::string& teil : teile) ersetzeAlle(teil, schluessel, d->wert.str());
+        for (std::string& teil : teile) ersetzeAlle(teil, schluessel, d->wert_.str());
     }
 
     std::string ergebnis;
@@ -316,17 +316,17 @@ private:
 int Compiler::compileStream(const String& name, std::istream& strom, dataInteger zeile) {
     lz().laufStatus = LaufStatus::Normal;
     oeffne(name, strom, zeile);
-    int syntaxFehler;
+    int fehler;
     {
         const SyntaxFehlerGrenze grenze;
         // Commands catch their own shortage of memory; this catches that of
         // the statements, so that the line fails alone.
         try {
-            syntaxFehler = parse();
+            fehler = parse();
         } catch (const std::bad_alloc&) {
             Fehler::zusatzZeile = nullptr;
             Fehler("CMD-NOMEMORY", "Compiler::compileStream", "zu wenig Speicher, die Zeile ist abgebrochen", 'E');
-            syntaxFehler = 1;
+            fehler = 1;
         }
     }
     const int status = Fehler::holeStatus();
@@ -335,7 +335,7 @@ int Compiler::compileStream(const String& name, std::istream& strom, dataInteger
         lz().compilerStatus = static_cast<KdoStatus>(status);
         lz().laufStatus = LaufStatus::Abgebrochen;
     }
-    return syntaxFehler;
+    return fehler;
 }
 
 void Compiler::errorMessage() {
@@ -383,7 +383,7 @@ void Compiler::ausfuehreExeKommando(int mitObjekt, int setzeAktuell) {
             lz().compilerStatus = lz().funktionswertStatus;
         }
         // The command may have closed its own object: ask the tree again.
-        if (const KdoObjektBasis* o = aktuellesObjekt()) letztesObjekt = o->liefereVollenNamen();
+        if (const KdoObjektBasis* o = aktuellesObjekt()) letztesObjekt_ = o->liefereVollenNamen();
     } else {
         Fehler("CMD-KDOOBJ-NOTEX", funktion, name, 'W');
     }
@@ -428,7 +428,7 @@ void Compiler::kdooGeschwister() {
 // anweisung -> ausfuehreStart "(" prozedurName optParameter ")" ZEILENENDE
 void Compiler::ausfuehre() {
     // The nested run leaves its outcome in compilerStatus.
-    ausfuehreBatch(dateiName, neueParameter.get(), anzahlNeueParameter);
+    ausfuehreBatch(dateiName_, neueParameter_.get(), anzahlNeueParameter_);
 }
 
 // ---------------------------------------------------------------------------
@@ -436,7 +436,7 @@ void Compiler::ausfuehre() {
 
 // anweisung -> KDOOTYPCHECK "(" NAME "," steuerung ")" ZEILENENDE
 void Compiler::ausfuehreKdoOTypCheck() {
-    if (liefereQuellName().istLeer() || typVon(aktuellesObjekt()) == wort) {
+    if (liefereQuellName().istLeer() || typVon(aktuellesObjekt()) == wort_) {
         lz().compilerStatus = KdoStatus::Kein;
         return;
     }
@@ -448,13 +448,13 @@ void Compiler::ausfuehreKdoOTypCheck() {
 
 // anweisung -> IMFEHLERFALL "(" TEXT "," steuerung ")" ZEILENENDE
 void Compiler::imFehlerfallSetzen() {
-    Fehler::setzeStatus(wort, static_cast<int>(lz().compilerStatus));
+    Fehler::setzeStatus(wort_, static_cast<int>(lz().compilerStatus));
     lz().compilerStatus = KdoStatus::Kein;
 }
 
 // anweisung -> IMFEHLERFALL "(" TEXT ")" ZEILENENDE | IMFEHLERFALL "(" TEXT "," ")" ZEILENENDE
 void Compiler::imFehlerfallLoeschen() {
-    Fehler::setzeStatus(wort, static_cast<int>(KdoStatus::Kein));
+    Fehler::setzeStatus(wort_, static_cast<int>(KdoStatus::Kein));
     lz().compilerStatus = KdoStatus::Kein;
 }
 
@@ -485,22 +485,22 @@ void Compiler::modusNormal() { KdoParser::modusNormal(); }
 void Compiler::modusText() { KdoParser::modusText(); }
 void Compiler::modusZahl() { KdoParser::modusZahl(); }
 
-void Compiler::merkeWort() { wort = liefereTokenText().links(WORT_GROESSE - 1); }
-void Compiler::merkeZahl() { zahl = alsZahl(liefereTokenText()); }
-void Compiler::merkeDatei() { dateiName = getrimmt(liefereTokenText()); }
-void Compiler::merkeGrammatik() { grammatikName = getrimmt(liefereTokenText()); }
-void Compiler::merkeZiel() { zielName = getrimmt(liefereTokenText()); }
+void Compiler::merkeWort() { wort_ = liefereTokenText().links(WORT_GROESSE - 1); }
+void Compiler::merkeZahl() { zahl_ = alsZahl(liefereTokenText()); }
+void Compiler::merkeDatei() { dateiName_ = getrimmt(liefereTokenText()); }
+void Compiler::merkeGrammatik() { grammatikName_ = getrimmt(liefereTokenText()); }
+void Compiler::merkeZiel() { zielName_ = getrimmt(liefereTokenText()); }
 
 void Compiler::merkeParameter() {
-    (*neueParameter)[anzahlNeueParameter] = getrimmt(liefereTokenText());
-    ++anzahlNeueParameter;
+    (*neueParameter_)[anzahlNeueParameter_] = getrimmt(liefereTokenText());
+    ++anzahlNeueParameter_;
 }
 
 // ausfuehreStart -> AUSFUEHRE; transStart -> AUSFUEHRETRANS
 void Compiler::parameterLoeschen() {
-    neueParameter = std::make_unique<DynArray<String>>();
-    anzahlNeueParameter = 0;
-    dateiName = String();
+    neueParameter_ = std::make_unique<DynArray<String>>();
+    anzahlNeueParameter_ = 0;
+    dateiName_ = String();
 }
 
 // The translation statements, carried out by the grammar layer.

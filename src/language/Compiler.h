@@ -39,14 +39,14 @@ extern String aktuelleZeile;
 // One definition of a procedure: the quoted key, as 'p0', and its value.
 class KdoDefinition : public ListenElement {
 public:
-    KdoDefinition(const String& schluessel, const String& wert) : schluessel_(schluessel), wert(wert) {}
+    KdoDefinition(const String& schluessel, const String& wert) : schluessel_(schluessel), wert_(wert) {}
     String liefereName() const override { return schluessel_; }
 
 private:
     String schluessel_;
 
 public:
-    String wert;
+    String wert_;
 };
 
 // Where the prompt reads from when a person types at a terminal (the frame
@@ -99,12 +99,12 @@ public:
     String ersetzeDefinitionen(const String& zeile) const;
 
     // What the statements `ausfuehreTrans` and `umsetze` collected.
-    const String& liefereDateiName() const { return dateiName; }
-    const String& liefereGrammatikName() const { return grammatikName; }
-    const String& liefereZielName() const { return zielName; }
-    const String& liefereWort() const { return wort; }
-    DynArray<String>* liefereNeueParameter() const { return neueParameter.get(); }
-    dataInteger liefereAnzahlNeueParameter() const { return anzahlNeueParameter; }
+    const String& liefereDateiName() const { return dateiName_; }
+    const String& liefereGrammatikName() const { return grammatikName_; }
+    const String& liefereZielName() const { return zielName_; }
+    const String& liefereWort() const { return wort_; }
+    DynArray<String>* liefereNeueParameter() const { return neueParameter_.get(); }
+    dataInteger liefereAnzahlNeueParameter() const { return anzahlNeueParameter_; }
     // The value of a definition by its key (as "'p1'"), or null.
     const String* liefereDefinition(const String& schluessel) const;
 
@@ -193,15 +193,15 @@ private:
     // the key is taken. 1 if inserted.
     int definiere(const String& wert);
 
-    ListeSort definitionen;   // of KdoDefinition, owning
-    dataInteger zahl = 0;
-    String wort;              // at most 1023 bytes
-    String dateiName;
-    String grammatikName;
-    String zielName;
-    String letztesObjekt;
-    dataInteger anzahlNeueParameter = 0;
-    dataInteger anzahlParameter = 10;
-    std::unique_ptr<DynArray<String>> neueParameter;
-    DynArray<String> parameter;
+    ListeSort definitionen_;   // of KdoDefinition, owning
+    dataInteger zahl_ = 0;
+    String wort_;              // at most 1023 bytes
+    String dateiName_;
+    String grammatikName_;
+    String zielName_;
+    String letztesObjekt_;
+    dataInteger anzahlNeueParameter_ = 0;
+    dataInteger anzahlParameter_ = 10;
+    std::unique_ptr<DynArray<String>> neueParameter_;
+    DynArray<String> parameter_;
 };

@@ -9,7 +9,7 @@
 #include "language/KdoKommando.h"
 #include "reporting/Fehler.h"
 
-KdoArgument::KdoArgument(const String& argName) : name(argName) {}
+KdoArgument::KdoArgument(const String& argName) : name_(argName) {}
 
 void KdoArgument::ausgabe(std::ostream& strom) const {
     strom << liefereTypName();
@@ -31,7 +31,7 @@ const TextFeld* KdoArgument::liefereEnumWerte() {
 
 void KdoArgument::falscheMethode(const char* operation, const char* typWort) const {
     Fehler("CMD-WRONGARGMETHOD", String("KdoArgument::") + operation,
-           name + " (" + typText() + ") <-> " + typWort + " ", 'E');
+           name_ + " (" + typText() + ") <-> " + typWort + " ", 'E');
 }
 
 namespace {
@@ -235,16 +235,17 @@ bool liesZahlText(std::istream& strom, bool hex, bool& negativ, std::string& zif
     }
     return !ziffern.empty();
 }
-}  // namespace
 
-int KdoArgument::liesDezimal(std::istream& strom, dataInteger& wert) {
+// A signed 32-bit number, decimal or hexadecimal; at most 15 digits, so the
+// magnitude always fits a long long before the range check.
+int liesMitVorzeichen(std::istream& strom, bool hex, dataInteger& wert) {
     bool negativ = false;
     std::string ziffern;
-    if (!liesZahlText(strom, false, negativ, ziffern)) {
+    if (!liesZahlText(strom, hex, negativ, ziffern)) {
         strom.setstate(std::ios::failbit);
         return 0;
     }
-    long long v = std::strtoll(ziffern.c_str(), nullptr, 10);
+    long long v = std::strtoll(ziffern.c_str(), nullptr, hex ? 16 : 10);
     if (negativ) v = -v;
     if (v < INT32_MIN || v > INT32_MAX) {
         strom.setstate(std::ios::failbit);
@@ -253,6 +254,9 @@ int KdoArgument::liesDezimal(std::istream& strom, dataInteger& wert) {
     wert = static_cast<dataInteger>(v);
     return 1;
 }
+}  // namespace
+
+int KdoArgument::liesDezimal(std::istream& strom, dataInteger& wert) { return liesMitVorzeichen(strom, false, wert); }
 
 int KdoArgument::liesHex(std::istream& strom, adrInteger& wert) {
     bool negativ = false;
@@ -272,20 +276,7 @@ int KdoArgument::liesHex(std::istream& strom, adrInteger& wert) {
 }
 
 int KdoArgument::liesHexMitVorzeichen(std::istream& strom, dataInteger& wert) {
-    bool negativ = false;
-    std::string ziffern;
-    if (!liesZahlText(strom, true, negativ, ziffern)) {
-        strom.setstate(std::ios::failbit);
-        return 0;
-    }
-    long long v = static_cast<long long>(std::strtoull(ziffern.c_str(), nullptr, 16));
-    if (negativ) v = -v;
-    if (v < INT32_MIN || v > INT32_MAX) {
-        strom.setstate(std::ios::failbit);
-        return 0;
-    }
-    wert = static_cast<dataInteger>(v);
-    return 1;
+    return liesMitVorzeichen(strom, true, wert);
 }
 
 int KdoArgument::liesPhys(std::istream& strom, dataPhys& wert) {
@@ -301,7 +292,7 @@ int KdoArgument::liesPhys(std::istream& strom, dataPhys& wert) {
 
 String KdoArgument::falschDetail(const String& kommandoText, const String& text, const char* einzug,
                                  const char* trenner) const {
-    return kommandoText + "\n" + einzug + typText() + trenner + name + ": " + text;
+    return kommandoText + "\n" + einzug + typText() + trenner + name_ + ": " + text;
 }
 
 void KdoArgument::meldeFalsch(AnwKommando& anw, std::streampos pos, const char* funktion) {
@@ -324,18 +315,28 @@ KdoArgument::Token KdoArgument::liesToken(AnwKommando&, std::istream&) {
     return Fehlgeschlagen;
 }
 
-int KdoArgument::rahmen(AnwKommando& anw, int definition, const char* funktion) {
+bool KdoArgument::oeffne(AnwKommando& anw, const char* funktion) {
     std::istream& strom = anw.liefereStrom();
     ueberspringe(strom);
-    if (!strom.good()) {
-        meldeKlammer(anw, funktion);
-        return 0;
-    }
+    if (strom.good()) return true;
+    meldeKlammer(anw, funktion);
+    return false;
+}
+
+KdoArgument::Anfang KdoArgument::beginne(AnwKommando& anw, int definition, const char* funktion) {
+    if (!oeffne(anw, funktion)) return Anfang::Gemeldet;
+    std::istream& strom = anw.liefereStrom();
     if (istLeer(strom)) {
         ladeVorgabe();
         if (definition == 1) merkeVorgabe();
-        return 1;
+        return Anfang::Vorgabe;
     }
+    return Anfang::Wert;
+}
+
+int KdoArgument::rahmen(AnwKommando& anw, int definition, const char* funktion) {
+    const Anfang a = beginne(anw, definition, funktion);
+    if (a != Anfang::Wert) return a == Anfang::Vorgabe ? 1 : 0;
     return rahmenAbToken(anw, definition, funktion);
 }
 

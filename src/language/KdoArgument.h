@@ -84,7 +84,7 @@ public:
     virtual void initWPStrListe();
     virtual std::int32_t liefereAnzahlWPStr();
 
-    const String& liefereName() const { return name; }
+    const String& liefereName() const { return name_; }
     // The text `ausgabe` writes.
     String typText() const;
 
@@ -105,6 +105,13 @@ protected:
     // The common frame: white space, end check, empty place, token, end of
     // the place. `funktion` names the reporter in the messages.
     int rahmen(AnwKommando& anw, int definition, const char* funktion);
+    // The frame's start: white space, end check (reported), empty place
+    // (the default taken). Wert if a value follows.
+    enum class Anfang { Gemeldet, Vorgabe, Wert };
+    Anfang beginne(AnwKommando& anw, int definition, const char* funktion);
+    // White space, then the end check; false after reporting a missing
+    // closing parenthesis.
+    bool oeffne(AnwKommando& anw, const char* funktion);
     // The frame from the token on (position remembered here).
     int rahmenAbToken(AnwKommando& anw, int definition, const char* funktion);
     // After a good token: white space, then "," or ")" must follow.
@@ -134,6 +141,6 @@ protected:
     static bool istWortZeichen(int c);
     static bool istLeerzeichen(int c);
 
-    String name;
-    String eingabe;   // scratch text of the last token
+    String name_;
+    String eingabe_;   // scratch text of the last token
 };

@@ -5,6 +5,7 @@
 #include <sstream>
 #include <string>
 
+#include "foundation/Hex.h"
 #include "foundation/Liste.h"
 #include "language/KdoArgumente.h"
 #include "language/KdoKommando.h"
@@ -15,17 +16,9 @@
 // NamenInListe, BoolNamenInListe
 
 int KdoArgumentNamenInListe::interpretiere(AnwKommando& anw, int definition) {
+    const Anfang a = beginne(anw, definition, "KdoArgumentNamenInListe::interpretiere");
+    if (a != Anfang::Wert) return a == Anfang::Vorgabe ? 1 : 0;
     std::istream& strom = anw.liefereStrom();
-    ueberspringe(strom);
-    if (!strom.good()) {
-        meldeKlammer(anw, "KdoArgumentNamenInListe::interpretiere");
-        return 0;
-    }
-    if (istLeer(strom)) {
-        ladeVorgabe();
-        if (definition == 1) merkeVorgabe();
-        return 1;
-    }
     ueberspringe(strom);
     // The messages name the reader that the first byte chose.
     const char* funktion = strom.peek() == '"' ? "KdoArgumentString::interpretiere"
@@ -39,24 +32,24 @@ KdoArgument::Token KdoArgumentNamenInListe::liesToken(AnwKommando& anw, std::ist
 }
 
 Liste* KdoArgumentNamenInListe::liefereListe() {
-    KdoObjekt* objekt = kommando ? kommando->liefereAktuellesObjekt() : nullptr;
-    Liste* liste = objekt ? objekt->liefereListeFuerKdoArg(name) : nullptr;
+    KdoObjekt* objekt = kommando_ ? kommando_->liefereAktuellesObjekt() : nullptr;
+    Liste* liste = objekt ? objekt->liefereListeFuerKdoArg(name_) : nullptr;
     if (!liste) {
         Fehler("INT-CMD-ARG-LIST-NOT-EXIST", "KdoArgumentNamenInListe::liefereListe",
-               String("Obj: ") + (objekt ? objekt->liefereName() : String()) + "  " + "Liste: " + name,
+               String("Obj: ") + (objekt ? objekt->liefereName() : String()) + "  " + "Liste: " + name_,
                'E');
     }
     return liste;
 }
 
 int KdoArgumentNamenInListe::waehleAus(Liste& liste) {
-    if (aktuell.istLeer()) {
+    if (aktuell_.istLeer()) {
         liste.setzeAuswahl(2);
         return 1;
     }
     liste.setzeAuswahl(1);
     int anzahl = 0;
-    String* teile = aktuell.zerlege(",", anzahl);
+    String* teile = aktuell_.zerlege(",", anzahl);
     int alle = 1;
     for (int i = 0; i < anzahl; ++i) {
         teile[i].trimme();
@@ -78,28 +71,20 @@ int KdoArgumentNamenInListe::liefereArgWertListe() {
 
 int KdoArgumentBoolNamenInListe::interpretiere(AnwKommando& anw, int definition) {
     const char* funktion = "KdoArgumentBoolNamenInListe::interpretiere";
+    const Anfang a = beginne(anw, definition, funktion);
+    if (a != Anfang::Wert) return a == Anfang::Vorgabe ? 1 : 0;
     std::istream& strom = anw.liefereStrom();
-    ueberspringe(strom);
-    if (!strom.good()) {
-        meldeKlammer(anw, funktion);
-        return 0;
-    }
-    if (istLeer(strom)) {
-        ladeVorgabe();
-        if (definition == 1) merkeVorgabe();
-        return 1;
-    }
     const std::streampos pos = position(strom);
     ueberspringe(strom);
     if (strom.get() == '"') {
         ueberspringe(strom);
         const int c2 = strom.get();
-        if (c2 == platzhalter) {
+        if (c2 == platzhalter_) {
             ueberspringe(strom);
             strom.get();   // the closing quote
             if (folgtEnde(strom)) {
-                gesetzt = 0;
-                aktuell = String();
+                gesetzt_ = 0;
+                aktuell_ = String();
                 if (definition == 1) merkeVorgabe();
                 return 1;
             }
@@ -119,7 +104,7 @@ int KdoArgumentBoolNamenInListe::interpretiere(AnwKommando& anw, int definition)
     const char* leser = strom.peek() == '"' ? "KdoArgumentString::interpretiere"
                                             : "KdoArgumentWort::interpretiere";
     if (!rahmenAbToken(anw, definition, leser)) return 0;
-    gesetzt = 1;
+    gesetzt_ = 1;
     if (definition == 1) merkeVorgabe();
     return 1;
 }
@@ -127,7 +112,7 @@ int KdoArgumentBoolNamenInListe::interpretiere(AnwKommando& anw, int definition)
 int KdoArgumentBoolNamenInListe::liefereArgWertListe() {
     Liste* liste = liefereListe();
     if (!liste) return 0;
-    if (aktuell.istLeer() && gesetzt != 1) {
+    if (aktuell_.istLeer() && gesetzt_ != 1) {
         liste->setzeAuswahl(1);   // nothing selected
         return 1;
     }
@@ -135,13 +120,13 @@ int KdoArgumentBoolNamenInListe::liefereArgWertListe() {
 }
 
 void KdoArgumentBoolNamenInListe::setzeArgWertStr(const String& wert) {
-    aktuell = wert;
-    gesetzt = 1;
+    aktuell_ = wert;
+    gesetzt_ = 1;
 }
 
 void KdoArgumentBoolNamenInListe::setzeArgWertListe(const String& namen) {
-    aktuell = namen;
-    gesetzt = 1;
+    aktuell_ = namen;
+    gesetzt_ = 1;
 }
 
 // ---------------------------------------------------------------------------
@@ -152,31 +137,27 @@ KdoArgumentKdoObjekt::KdoArgumentKdoObjekt(const String& argName, const String& 
     if (erlaubteTypen.istLeer()) return;
     int anzahl = 0;
     String* teile = erlaubteTypen.zerlege(",", anzahl);
-    for (int i = 0; i < anzahl; ++i) typen.push_back(teile[i]);
+    for (int i = 0; i < anzahl; ++i) typen_.push_back(teile[i]);
     delete[] teile;
 }
 
 void KdoArgumentKdoObjekt::ausgabe(std::ostream& strom) const {
     strom << liefereTypName() << '(';
-    for (std::size_t i = 0; i < typen.size(); ++i) {
+    for (std::size_t i = 0; i < typen_.size(); ++i) {
         if (i > 0) strom << ',';
-        strom << typen[i];
+        strom << typen_[i];
     }
     strom << ')';
 }
 
 int KdoArgumentKdoObjekt::interpretiere(AnwKommando& anw, int definition) {
     const char* funktion = "KdoArgumentKdoObjekt::interpretiere";
+    if (!oeffne(anw, funktion)) return 0;
     std::istream& strom = anw.liefereStrom();
-    ueberspringe(strom);
-    if (!strom.good()) {
-        meldeKlammer(anw, funktion);
-        return 0;
-    }
     if (istLeer(strom)) {
         // Unlike the other classes an empty place empties the value.
-        pfad = String();
-        rohText = String();
+        pfad_ = String();
+        rohText_ = String();
         if (definition == 1) merkeVorgabe();
         return 1;
     }
@@ -188,38 +169,38 @@ KdoArgument::Token KdoArgumentKdoObjekt::liesToken(AnwKommando& anw, std::istrea
     const std::streampos anfang = position(strom);
     String sammler;
     for (;;) {
-        eingabe.liesBis(strom, ",)");
+        eingabe_.liesBis(strom, ",)");
         const int c = strom.peek();
-        if (eingabe.istLeer() || c == ',' || c == ')') break;
-        sammler += eingabe;
+        if (eingabe_.istLeer() || c == ',' || c == ')') break;
+        sammler += eingabe_;
         ueberspringe(strom);
     }
-    sammler += eingabe;
+    sammler += eingabe_;
     std::streampos ende = position(strom);
     const String& text = anw.liefereText();
     if (anfang == std::streampos(-1) || ende == std::streampos(-1)) ende = anfang;
     const auto von = static_cast<std::streamoff>(anfang);
-    rohText = text.teil(static_cast<int>(von), static_cast<int>(static_cast<std::streamoff>(ende) - von));
-    rohText.entferneHinten();
-    pfad = sammler;
-    kommandoText = text;
+    rohText_ = text.teil(static_cast<int>(von), static_cast<int>(static_cast<std::streamoff>(ende) - von));
+    rohText_.entferneHinten();
+    pfad_ = sammler;
+    kommandoText_ = text;
     return Gelesen;
 }
 
 KdoObjekt* KdoArgumentKdoObjekt::loese() {
     const char* funktion = "KdoArgumentKdoObjekt::liefereArgWertKdoObjekt";
-    KdoObjektBasis* gefunden = kdoBaum() ? kdoBaum()->suche(pfad, 0) : nullptr;
+    KdoObjektBasis* gefunden = kdoBaum() ? kdoBaum()->suche(pfad_, 0) : nullptr;
     auto* objekt = dynamic_cast<KdoObjekt*>(gefunden);
     if (!objekt) {
-        Fehler("CMD-KDOOBJ-NOTEX", funktion, falschDetail(kommandoText, rohText), 'E');
+        Fehler("CMD-KDOOBJ-NOTEX", funktion, falschDetail(kommandoText_, rohText_), 'E');
         return nullptr;
     }
-    if (!typen.empty()) {
+    if (!typen_.empty()) {
         bool erlaubt = false;
-        for (const String& t : typen) erlaubt = erlaubt || objekt->liefereKdoOTyp() == t;
+        for (const String& t : typen_) erlaubt = erlaubt || objekt->liefereKdoOTyp() == t;
         if (!erlaubt) {
             // One tab and one blank here, unlike the other layouts: intended.
-            Fehler("CMD-KDOOBJ-TYPINV", funktion, falschDetail(kommandoText, rohText, "\t", " "), 'E');
+            Fehler("CMD-KDOOBJ-TYPINV", funktion, falschDetail(kommandoText_, rohText_, "\t", " "), 'E');
             return nullptr;
         }
     }
@@ -227,7 +208,7 @@ KdoObjekt* KdoArgumentKdoObjekt::loese() {
 }
 
 KdoObjekt* KdoArgumentKdoObjekt::liefereArgWertKdoObjekt() {
-    if (pfad.istLeer()) {
+    if (pfad_.istLeer()) {
         Fehler("CMD-KDOOBJ-REQUIRED", "KdoArgumentKdoObjekt::liefereArgWertKdoObjekt", "", 'E');
         return nullptr;
     }
@@ -237,8 +218,8 @@ KdoObjekt* KdoArgumentKdoObjekt::liefereArgWertKdoObjekt() {
 // Stored as the path below the root, so that it resolves from anywhere.
 void KdoArgumentKdoObjekt::setzeArgWertKdoObjekt(KdoObjekt* objekt) {
     if (!objekt) {
-        pfad = String();
-        rohText = String();
+        pfad_ = String();
+        rohText_ = String();
         return;
     }
     String voll = objekt->liefereVollenNamen();
@@ -246,8 +227,8 @@ void KdoArgumentKdoObjekt::setzeArgWertKdoObjekt(KdoObjekt* objekt) {
         const String vorn = kdoBaum()->liefereWurzel()->liefereVollenNamen() + ".";
         if (voll.links(vorn.laenge()) == vorn) voll = voll.teil(vorn.laenge(), voll.laenge());
     }
-    pfad = voll;
-    rohText = voll;
+    pfad_ = voll;
+    rohText_ = voll;
 }
 
 int KdoArgumentBoolKdoObjekt::interpretiere(AnwKommando& anw, int definition) {
@@ -261,19 +242,19 @@ int KdoArgumentBoolKdoObjekt::interpretiere(AnwKommando& anw, int definition) {
         return 1;
     }
     if (!rahmenAbToken(anw, definition, "KdoArgumentKdoObjekt::interpretiere")) return 0;
-    gesetzt = 1;
+    gesetzt_ = 1;
     if (definition == 1) merkeVorgabe();
     return 1;
 }
 
 KdoObjekt* KdoArgumentBoolKdoObjekt::liefereArgWertKdoObjekt() {
-    if (pfad.istLeer()) return nullptr;
+    if (pfad_.istLeer()) return nullptr;
     return loese();
 }
 
 void KdoArgumentBoolKdoObjekt::setzeArgWertKdoObjekt(KdoObjekt* objekt) {
     KdoArgumentKdoObjekt::setzeArgWertKdoObjekt(objekt);
-    gesetzt = 1;
+    gesetzt_ = 1;
 }
 
 // ---------------------------------------------------------------------------
@@ -295,25 +276,21 @@ void zeigePaare(std::ostream& strom, const std::vector<Paar>& paare) {
 
 template <class Paar>
 void KdoArgumentPaarListe<Paar>::zeigeWert(std::ostream& strom) const {
-    zeigePaare(strom, aktuell);
+    zeigePaare(strom, aktuell_);
 }
 
 template <class Paar>
 void KdoArgumentPaarListe<Paar>::zeigeVorgabe(std::ostream& strom) const {
-    zeigePaare(strom, vorgabe);
+    zeigePaare(strom, vorgabe_);
 }
 
 template <class Paar>
 int KdoArgumentPaarListe<Paar>::liesPaare(AnwKommando& anw, int definition, const char* funktion) {
+    if (!oeffne(anw, funktion)) return 0;
     std::istream& strom = anw.liefereStrom();
-    ueberspringe(strom);
-    if (!strom.good()) {
-        meldeKlammer(anw, funktion);
-        return 0;
-    }
     if (istLeer(strom)) {
-        aktuell.clear();
-        if (definition == 1) vorgabe.clear();
+        aktuell_.clear();
+        if (definition == 1) vorgabe_.clear();
         return 1;
     }
     const std::streampos pos = position(strom);
@@ -348,22 +325,22 @@ int KdoArgumentPaarListe<Paar>::liesPaare(AnwKommando& anw, int definition, cons
         strom.putback(static_cast<char>(c));
         if (c == ',' || c == ')') break;
     }
-    aktuell = neu;
-    if (definition == 1) vorgabe = neu;
+    aktuell_ = neu;
+    if (definition == 1) vorgabe_ = neu;
     return 1;
 }
 
 template <class Paar>
 Paar* KdoArgumentPaarListe<Paar>::paarAn(std::uint16_t i, const char* leerFunktion, const char* indexFunktion) {
-    if (aktuell.empty()) {
-        Fehler("CMD-LISTEMPTY", leerFunktion, name, 'E');
+    if (aktuell_.empty()) {
+        Fehler("CMD-LISTEMPTY", leerFunktion, name_, 'E');
         return nullptr;
     }
-    if (i >= aktuell.size()) {
+    if (i >= aktuell_.size()) {
         Fehler("CMD-INDEXCEEDED", indexFunktion, String(std::to_string(i)), 'W');
-        return &aktuell.back();
+        return &aktuell_.back();
     }
-    return &aktuell[i];
+    return &aktuell_[i];
 }
 
 template class KdoArgumentPaarListe<WertePaar>;
@@ -386,8 +363,8 @@ WertePaar* KdoArgumentWPListe::liefereArgWertWP(std::uint16_t i) {
 }
 
 void KdoArgumentWPListe::setzeArgWertWP(std::uint16_t i, const WertePaar& paar) {
-    if (i >= aktuell.size()) aktuell.push_back(paar);   // appended at the end, not at i
-    else aktuell[i] = paar;
+    if (i >= aktuell_.size()) aktuell_.push_back(paar);   // appended at the end, not at i
+    else aktuell_[i] = paar;
 }
 
 int KdoArgumentWPStrListe::interpretiere(AnwKommando& anw, int definition) {
@@ -406,21 +383,19 @@ WertePaarStr* KdoArgumentWPStrListe::liefereArgWertWPStr(std::uint16_t i) {
 }
 
 void KdoArgumentWPStrListe::setzeArgWertWPStr(std::uint16_t i, const WertePaarStr& paar) {
-    if (i >= aktuell.size()) {
-        std::ostringstream detail;
-        detail << std::hex << std::uppercase << i;
-        Fehler("CMD-INDEXINVALID", "KdoArgumentWPStrListe::setzeArgWertWPStr", String(detail.str()), 'W');
-        aktuell.push_back(paar);
+    if (i >= aktuell_.size()) {
+        Fehler("CMD-INDEXINVALID", "KdoArgumentWPStrListe::setzeArgWertWPStr", String(hex::text(i)), 'W');
+        aktuell_.push_back(paar);
         return;
     }
-    aktuell[i] = paar;
+    aktuell_[i] = paar;
 }
 
 // ---------------------------------------------------------------------------
 // ParameterListe
 
 KdoArgumentParameterListe::KdoArgumentParameterListe(const String& argName)
-    : KdoArgument(argName), aktuell(std::make_shared<DynArray<String>>()), vorgabe(aktuell) {}
+    : KdoArgument(argName), aktuell_(std::make_shared<DynArray<String>>()), vorgabe_(aktuell_) {}
 
 namespace {
 String verbinde(DynArray<String>& feld) {
@@ -434,23 +409,19 @@ String verbinde(DynArray<String>& feld) {
 }  // namespace
 
 void KdoArgumentParameterListe::zeigeWert(std::ostream& strom) const {
-    strom << verbinde(*aktuell);
+    strom << verbinde(*aktuell_);
 }
 
 void KdoArgumentParameterListe::zeigeVorgabe(std::ostream& strom) const {
-    strom << verbinde(*vorgabe);
+    strom << verbinde(*vorgabe_);
 }
 
 int KdoArgumentParameterListe::interpretiere(AnwKommando& anw, int definition) {
     const char* funktion = "KdoArgumentParameterListe::interpretiere";
+    if (!oeffne(anw, funktion)) return 0;
     std::istream& strom = anw.liefereStrom();
-    ueberspringe(strom);
-    if (!strom.good()) {
-        meldeKlammer(anw, funktion);
-        return 0;
-    }
     if (istLeer(strom)) {
-        aktuell = vorgabe;   // the same array
+        aktuell_ = vorgabe_;   // the same array
         return 1;
     }
     const std::streampos pos = position(strom);
@@ -460,8 +431,8 @@ int KdoArgumentParameterListe::interpretiere(AnwKommando& anw, int definition) {
     // The comma that ends a parameter also ends this argument: the command
     // syntax hands over one parameter. Intended.
     for (;;) {
-        if (eingabe.liesBis(strom, ",)") == 0) break;
-        (*neu)[index++] = eingabe;
+        if (eingabe_.liesBis(strom, ",)") == 0) break;
+        (*neu)[index++] = eingabe_;
         ueberspringe(strom);
         if (!folgtEnde(strom)) {
             if (!strom.good()) meldeKlammer(anw, funktion);
@@ -470,14 +441,14 @@ int KdoArgumentParameterListe::interpretiere(AnwKommando& anw, int definition) {
         }
     }
     if (ergebnis == 0) return 0;
-    aktuell = neu;
+    aktuell_ = neu;
     if (definition == 1) merkeVorgabe();
     return 1;
 }
 
 String& KdoArgumentParameterListe::liefereArgWertStr() {
-    eingabe = verbinde(*aktuell);
-    return eingabe;
+    eingabe_ = verbinde(*aktuell_);
+    return eingabe_;
 }
 
 void KdoArgumentParameterListe::setzeArgWertStr(const String& wert) {
@@ -493,5 +464,5 @@ void KdoArgumentParameterListe::setzeArgWertStr(const String& wert) {
         ueberspringe(strom);
         if (!strom.good()) break;
     }
-    aktuell = neu;
+    aktuell_ = neu;
 }

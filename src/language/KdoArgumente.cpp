@@ -6,6 +6,7 @@
 #include <ios>
 #include <ostream>
 
+#include "foundation/Hex.h"
 #include "language/KdoKommando.h"
 #include "reporting/Fehler.h"
 
@@ -31,14 +32,14 @@ int KdoBoolForm<Basis>::interpretiereBool(AnwKommando& anw, int definition, cons
     if (c != EOF && kannBeginnen(c)) {
         strom.putback(static_cast<char>(c));
         if (!Basis::interpretiere(anw, definition)) return 0;
-        gesetzt = 1;
+        gesetzt_ = 1;
         if (definition == 1) merkeVorgabe();
         return 1;
     }
-    if (c == platzhalter) {
+    if (c == platzhalter_) {
         KdoArgument::ueberspringe(strom);
         if (KdoArgument::folgtEnde(strom)) {
-            gesetzt = 0;
+            gesetzt_ = 0;
             if (definition == 1) merkeVorgabe();
             return 1;
         }
@@ -62,7 +63,7 @@ int KdoArgumentInteger::interpretiere(AnwKommando& anw, int definition) {
 }
 
 KdoArgument::Token KdoArgumentInteger::liesToken(AnwKommando&, std::istream& strom) {
-    return liesDezimal(strom, aktuell) ? Gelesen : Fehlgeschlagen;
+    return liesDezimal(strom, aktuell_) ? Gelesen : Fehlgeschlagen;
 }
 
 int KdoArgumentBoolInteger::interpretiere(AnwKommando& anw, int definition) {
@@ -70,8 +71,8 @@ int KdoArgumentBoolInteger::interpretiere(AnwKommando& anw, int definition) {
 }
 
 void KdoArgumentBoolInteger::setzeArgWertInt(const dataInteger& wert) {
-    aktuell = wert;
-    gesetzt = 1;
+    aktuell_ = wert;
+    gesetzt_ = 1;
 }
 
 // No sign: a leading "-" is a wrong argument here.
@@ -83,11 +84,7 @@ bool KdoArgumentBoolInteger::kannBeginnen(int c) const {
 // IntegerHex, BoolIntegerHex
 
 namespace {
-void zeigeHex(std::ostream& strom, adrInteger wert) {
-    const auto alt = strom.flags();
-    strom << std::hex << std::uppercase << wert;
-    strom.flags(alt);
-}
+void zeigeHex(std::ostream& strom, adrInteger wert) { strom << hex::text(wert); }
 }  // namespace
 
 void KdoArgumentIntegerHex::zeige(std::ostream& strom, const adrInteger& wert) const {
@@ -99,15 +96,15 @@ int KdoArgumentIntegerHex::interpretiere(AnwKommando& anw, int definition) {
 }
 
 KdoArgument::Token KdoArgumentIntegerHex::liesToken(AnwKommando&, std::istream& strom) {
-    return liesHex(strom, aktuell) ? Gelesen : Fehlgeschlagen;
+    return liesHex(strom, aktuell_) ? Gelesen : Fehlgeschlagen;
 }
 
 unsigned char KdoArgumentIntegerHex::liefereArgWertCharHex() {
-    if (aktuell >= 256) {
+    if (aktuell_ >= 256) {
         Fehler("CMD-VALTOOBIG", "KdoArgument::liefereArgWertCharHex",
-               name + " (" + typText() + ") <-> dataInteger ", 'E');
+               name_ + " (" + typText() + ") <-> dataInteger ", 'E');
     }
-    return static_cast<unsigned char>(aktuell);
+    return static_cast<unsigned char>(aktuell_);
 }
 
 int KdoArgumentBoolIntegerHex::interpretiere(AnwKommando& anw, int definition) {
@@ -115,8 +112,8 @@ int KdoArgumentBoolIntegerHex::interpretiere(AnwKommando& anw, int definition) {
 }
 
 void KdoArgumentBoolIntegerHex::setzeArgWertIntHex(const adrInteger& wert) {
-    aktuell = wert;
-    gesetzt = 1;
+    aktuell_ = wert;
+    gesetzt_ = 1;
 }
 
 bool KdoArgumentBoolIntegerHex::kannBeginnen(int c) const {
@@ -135,7 +132,7 @@ int KdoArgumentPhys::interpretiere(AnwKommando& anw, int definition) {
 }
 
 KdoArgument::Token KdoArgumentPhys::liesToken(AnwKommando&, std::istream& strom) {
-    return liesPhys(strom, aktuell) ? Gelesen : Fehlgeschlagen;
+    return liesPhys(strom, aktuell_) ? Gelesen : Fehlgeschlagen;
 }
 
 void KdoArgumentBool::zeige(std::ostream& strom, const YesNo& wert) const {
@@ -147,14 +144,14 @@ int KdoArgumentBool::interpretiere(AnwKommando& anw, int definition) {
 }
 
 KdoArgument::Token KdoArgumentBool::liesToken(AnwKommando&, std::istream& strom) {
-    if (eingabe.liesBis(strom, ",)") == 0) return Fehlgeschlagen;
-    eingabe.klein();
-    if (eingabe == "j" || eingabe == "ja" || eingabe == "y" || eingabe == "yes") {
-        aktuell = 1;
+    if (eingabe_.liesBis(strom, ",)") == 0) return Fehlgeschlagen;
+    eingabe_.klein();
+    if (eingabe_ == "j" || eingabe_ == "ja" || eingabe_ == "y" || eingabe_ == "yes") {
+        aktuell_ = 1;
         return Gelesen;
     }
-    if (eingabe == "n" || eingabe == "nein" || eingabe == "no") {
-        aktuell = 0;
+    if (eingabe_ == "n" || eingabe_ == "nein" || eingabe_ == "no") {
+        aktuell_ = 0;
         return Gelesen;
     }
     return Fehlgeschlagen;
@@ -168,22 +165,22 @@ void KdoArgumentText::zeige(std::ostream& strom, const String& wert) const {
 }
 
 KdoArgument::Token KdoArgumentText::liesWortToken(std::istream& strom) {
-    if (aktuell.liesWort(strom) == 0) return Fehlgeschlagen;
+    if (aktuell_.liesWort(strom) == 0) return Fehlgeschlagen;
     return Gelesen;
 }
 
 KdoArgument::Token KdoArgumentText::liesQuotiertToken(std::istream& strom) {
-    if (aktuell.liesQuotiert(strom, nullptr) < 0) return Fehlgeschlagen;
+    if (aktuell_.liesQuotiert(strom, nullptr) < 0) return Fehlgeschlagen;
     return Gelesen;
 }
 
 KdoArgument::Token KdoArgumentText::liesEinzeiligToken(AnwKommando& anw, std::istream& strom) {
     const Token t = liesQuotiertToken(strom);
     if (t != Gelesen) return t;
-    if (aktuell.suche("\n") >= 0) {
+    if (aktuell_.suche("\n") >= 0) {
         Fehler("CMD-WRONGARG-TOOLONG", "KdoArgumentString::interpretiere",
-               falschDetail(anw.liefereText(), aktuell), 'E');
-        aktuell = String();
+               falschDetail(anw.liefereText(), aktuell_), 'E');
+        aktuell_ = String();
         return Gemeldet;
     }
     return Gelesen;
@@ -202,8 +199,8 @@ int KdoArgumentBoolWort::interpretiere(AnwKommando& anw, int definition) {
 }
 
 void KdoArgumentBoolWort::setzeArgWertStr(const String& wert) {
-    aktuell = wert;
-    gesetzt = 1;
+    aktuell_ = wert;
+    gesetzt_ = 1;
 }
 
 int KdoArgumentNameInListe::interpretiere(AnwKommando& anw, int definition) {
@@ -215,8 +212,8 @@ int KdoArgumentBoolNameInListe::interpretiere(AnwKommando& anw, int definition) 
 }
 
 void KdoArgumentBoolNameInListe::setzeArgWertStr(const String& wert) {
-    aktuell = wert;
-    gesetzt = 1;
+    aktuell_ = wert;
+    gesetzt_ = 1;
 }
 
 int KdoArgumentLString::interpretiere(AnwKommando& anw, int definition) {
@@ -256,8 +253,8 @@ int KdoArgumentDateiName::interpretiere(AnwKommando& anw, int definition) {
 
 // Any run of bytes without white space, comma or ")"; quotes are plain bytes.
 KdoArgument::Token KdoArgumentDateiName::liesToken(AnwKommando&, std::istream& strom) {
-    if (eingabe.liesBis(strom, ",)") == 0) return Fehlgeschlagen;
-    aktuell = eingabe;
+    if (eingabe_.liesBis(strom, ",)") == 0) return Fehlgeschlagen;
+    aktuell_ = eingabe_;
     return Gelesen;
 }
 
@@ -269,10 +266,10 @@ int KdoArgumentDateiPfad::interpretiere(AnwKommando& anw, int definition) {
 // Enum
 
 KdoArgumentEnum::KdoArgumentEnum(const String& argName, const String& namenText)
-    : KdoWertArgument(argName), namen(std::make_unique<TextFeld>()) {
+    : KdoWertArgument(argName), namen_(std::make_unique<TextFeld>()) {
     int anzahl = 0;
     String* teile = namenText.zerlege(",", anzahl);
-    for (int i = 0; i < anzahl; ++i) namen->haengeAn(teile[i].links(127).c_str());
+    for (int i = 0; i < anzahl; ++i) namen_->haengeAn(teile[i].links(127).c_str());
     delete[] teile;
 }
 
@@ -280,19 +277,19 @@ KdoArgumentEnum::~KdoArgumentEnum() = default;
 
 void KdoArgumentEnum::ausgabe(std::ostream& strom) const {
     strom << "Enum{";
-    for (std::int32_t i = 0; i < namen->fuellstand(); ++i) {
+    for (std::int32_t i = 0; i < namen_->fuellstand(); ++i) {
         if (i > 0) strom << ',';
-        if (const char* t = namen->text(i)) strom << t;
+        if (const char* t = namen_->text(i)) strom << t;
     }
     strom << '}';
 }
 
 const TextFeld* KdoArgumentEnum::liefereEnumWerte() {
-    return namen.get();
+    return namen_.get();
 }
 
 void KdoArgumentEnum::zeige(std::ostream& strom, const dataInteger& wert) const {
-    if (const char* t = namen->text(wert)) strom << t;
+    if (const char* t = namen_->text(wert)) strom << t;
 }
 
 int KdoArgumentEnum::interpretiere(AnwKommando& anw, int definition) {
@@ -301,11 +298,11 @@ int KdoArgumentEnum::interpretiere(AnwKommando& anw, int definition) {
 
 KdoArgument::Token KdoArgumentEnum::liesToken(AnwKommando&, std::istream& strom) {
     // An empty token fails without a message; the only class that does so.
-    if (eingabe.liesBis(strom, ",)") == 0) return Gemeldet;
-    for (std::int32_t i = 0; i < namen->fuellstand(); ++i) {
-        const char* t = namen->text(i);
-        if (t && eingabe == t) {
-            aktuell = i;
+    if (eingabe_.liesBis(strom, ",)") == 0) return Gemeldet;
+    for (std::int32_t i = 0; i < namen_->fuellstand(); ++i) {
+        const char* t = namen_->text(i);
+        if (t && eingabe_ == t) {
+            aktuell_ = i;
             return Gelesen;
         }
     }
@@ -313,11 +310,9 @@ KdoArgument::Token KdoArgumentEnum::liesToken(AnwKommando&, std::istream& strom)
 }
 
 void KdoArgumentEnum::setzeArgWertInt(const dataInteger& wert) {
-    if (static_cast<std::uint32_t>(wert) >= static_cast<std::uint32_t>(namen->fuellstand())) {
-        std::ostringstream detail;
-        detail << std::hex << std::uppercase << static_cast<std::uint32_t>(wert);
-        Fehler("CMD-INDEXINVALID", "KdoArgumentEnum::setzeArgWertInt", String(detail.str()), 'W');
+    if (static_cast<std::uint32_t>(wert) >= static_cast<std::uint32_t>(namen_->fuellstand())) {
+        Fehler("CMD-INDEXINVALID", "KdoArgumentEnum::setzeArgWertInt", String(hex::text(static_cast<std::uint32_t>(wert))), 'W');
         return;
     }
-    aktuell = wert;
+    aktuell_ = wert;
 }

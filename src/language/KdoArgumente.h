@@ -26,23 +26,23 @@ class KdoBoolForm : public Basis {
 public:
     using Basis::Basis;
 
-    YesNo& liefereArgWertBool() override { return gesetzt; }
-    void setzeArgWertBool(const YesNo& wert) override { gesetzt = wert; }
+    YesNo& liefereArgWertBool() override { return gesetzt_; }
+    void setzeArgWertBool(const YesNo& wert) override { gesetzt_ = wert; }
     void zeigeWert(std::ostream& strom) const override {
-        if (gesetzt != 1) strom << platzhalter;
+        if (gesetzt_ != 1) strom << platzhalter_;
         else Basis::zeigeWert(strom);
     }
     void zeigeVorgabe(std::ostream& strom) const override {
-        if (vorgabeGesetzt != 1) strom << platzhalter;
+        if (vorgabeGesetzt_ != 1) strom << platzhalter_;
         else Basis::zeigeVorgabe(strom);
     }
     void ladeVorgabe() override {
         Basis::ladeVorgabe();
-        gesetzt = vorgabeGesetzt;
+        gesetzt_ = vorgabeGesetzt_;
     }
     void merkeVorgabe() override {
         Basis::merkeVorgabe();
-        vorgabeGesetzt = gesetzt;
+        vorgabeGesetzt_ = gesetzt_;
     }
 
 protected:
@@ -51,9 +51,9 @@ protected:
     // Empty place, a value of the plain form, or the placeholder.
     int interpretiereBool(AnwKommando& anw, int definition, const char* funktion);
 
-    YesNo gesetzt = 0;
-    YesNo vorgabeGesetzt = 0;
-    char platzhalter = '/';
+    YesNo gesetzt_ = 0;
+    YesNo vorgabeGesetzt_ = 0;
+    char platzhalter_ = '/';
 };
 
 // ---------------------------------------------------------------------------
@@ -64,17 +64,17 @@ template <class T>
 class KdoWertArgument : public KdoArgument {
 public:
     explicit KdoWertArgument(const String& name, const T& anfang = T{})
-        : KdoArgument(name), aktuell(anfang), vorgabe(anfang) {}
-    void zeigeWert(std::ostream& strom) const override { zeige(strom, aktuell); }
-    void zeigeVorgabe(std::ostream& strom) const override { zeige(strom, vorgabe); }
-    void ladeVorgabe() override { aktuell = vorgabe; }
-    void merkeVorgabe() override { vorgabe = aktuell; }
+        : KdoArgument(name), aktuell_(anfang), vorgabe_(anfang) {}
+    void zeigeWert(std::ostream& strom) const override { zeige(strom, aktuell_); }
+    void zeigeVorgabe(std::ostream& strom) const override { zeige(strom, vorgabe_); }
+    void ladeVorgabe() override { aktuell_ = vorgabe_; }
+    void merkeVorgabe() override { vorgabe_ = aktuell_; }
 
 protected:
     virtual void zeige(std::ostream& strom, const T& wert) const = 0;
 
-    T aktuell;
-    T vorgabe;
+    T aktuell_;
+    T vorgabe_;
 };
 
 // ---------------------------------------------------------------------------
@@ -86,8 +86,8 @@ public:
     String liefereTypName() const override { return "Integer"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::Integer; }
     int interpretiere(AnwKommando& anw, int definition) override;
-    dataInteger& liefereArgWertInt() override { return aktuell; }
-    void setzeArgWertInt(const dataInteger& wert) override { aktuell = wert; }
+    dataInteger& liefereArgWertInt() override { return aktuell_; }
+    void setzeArgWertInt(const dataInteger& wert) override { aktuell_ = wert; }
 
 protected:
     void zeige(std::ostream& strom, const dataInteger& wert) const override;
@@ -112,10 +112,10 @@ public:
     String liefereTypName() const override { return "IntegerHex"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::IntegerHex; }
     int interpretiere(AnwKommando& anw, int definition) override;
-    adrInteger& liefereArgWertIntHex() override { return aktuell; }
+    adrInteger& liefereArgWertIntHex() override { return aktuell_; }
     // The value as a byte; 256 and above report "CMD-VALTOOBIG".
     unsigned char liefereArgWertCharHex() override;
-    void setzeArgWertIntHex(const adrInteger& wert) override { aktuell = wert; }
+    void setzeArgWertIntHex(const adrInteger& wert) override { aktuell_ = wert; }
 
 protected:
     void zeige(std::ostream& strom, const adrInteger& wert) const override;
@@ -140,8 +140,8 @@ public:
     String liefereTypName() const override { return "Phys"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::Phys; }
     int interpretiere(AnwKommando& anw, int definition) override;
-    dataPhys& liefereArgWertPhys() override { return aktuell; }
-    void setzeArgWertPhys(const dataPhys& wert) override { aktuell = wert; }
+    dataPhys& liefereArgWertPhys() override { return aktuell_; }
+    void setzeArgWertPhys(const dataPhys& wert) override { aktuell_ = wert; }
 
 protected:
     void zeige(std::ostream& strom, const dataPhys& wert) const override;
@@ -154,8 +154,8 @@ public:
     String liefereTypName() const override { return "Bool"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::Bool; }
     int interpretiere(AnwKommando& anw, int definition) override;
-    YesNo& liefereArgWertBool() override { return aktuell; }
-    void setzeArgWertBool(const YesNo& wert) override { aktuell = wert; }
+    YesNo& liefereArgWertBool() override { return aktuell_; }
+    void setzeArgWertBool(const YesNo& wert) override { aktuell_ = wert; }
 
 protected:
     void zeige(std::ostream& strom, const YesNo& wert) const override;
@@ -169,8 +169,8 @@ protected:
 class KdoArgumentText : public KdoWertArgument<String> {
 public:
     explicit KdoArgumentText(const String& name) : KdoWertArgument(name) {}
-    String& liefereArgWertStr() override { return aktuell; }
-    void setzeArgWertStr(const String& wert) override { aktuell = wert; }
+    String& liefereArgWertStr() override { return aktuell_; }
+    void setzeArgWertStr(const String& wert) override { aktuell_ = wert; }
 
 protected:
     void zeige(std::ostream& strom, const String& wert) const override;
@@ -209,13 +209,13 @@ protected:
 class KdoArgumentNameInListe : public KdoArgumentWort {
 public:
     KdoArgumentNameInListe(const String& name, KdoKommando* kommando)
-        : KdoArgumentWort(name), kommando(kommando) {}
+        : KdoArgumentWort(name), kommando_(kommando) {}
     String liefereTypName() const override { return "NameInListe"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::NameInListe; }
     int interpretiere(AnwKommando& anw, int definition) override;
 
 protected:
-    KdoKommando* kommando;
+    KdoKommando* kommando_;
 };
 
 class KdoArgumentBoolNameInListe : public KdoBoolForm<KdoArgumentNameInListe> {
@@ -259,14 +259,14 @@ protected:
 class KdoArgumentNamenInListe : public KdoArgumentText {
 public:
     KdoArgumentNamenInListe(const String& name, KdoKommando* kommando)
-        : KdoArgumentText(name), kommando(kommando) {}
+        : KdoArgumentText(name), kommando_(kommando) {}
     String liefereTypName() const override { return "NamenInListe"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::NamenInListe; }
     int interpretiere(AnwKommando& anw, int definition) override;
     // Selects the named elements with `auswahl` 2, all of them for an empty
     // value. 1 if every name was found.
     int liefereArgWertListe() override;
-    void setzeArgWertListe(const String& namen) override { aktuell = namen; }
+    void setzeArgWertListe(const String& namen) override { aktuell_ = namen; }
 
 protected:
     Token liesToken(AnwKommando& anw, std::istream& strom) override;
@@ -274,7 +274,7 @@ protected:
     Liste* liefereListe();
     int waehleAus(Liste& liste);
 
-    KdoKommando* kommando;
+    KdoKommando* kommando_;
 };
 
 class KdoArgumentBoolNamenInListe : public KdoBoolForm<KdoArgumentNamenInListe> {
@@ -310,8 +310,8 @@ public:
     String liefereTypName() const override { return "DateiName"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::DateiName; }
     int interpretiere(AnwKommando& anw, int definition) override;
-    DateiName& liefereArgWertDatei() override { return aktuell; }
-    void setzeArgWertDatei(const DateiName& wert) override { aktuell = wert; }
+    DateiName& liefereArgWertDatei() override { return aktuell_; }
+    void setzeArgWertDatei(const DateiName& wert) override { aktuell_ = wert; }
 
 protected:
     void zeige(std::ostream& strom, const DateiName& wert) const override;
@@ -338,10 +338,10 @@ public:
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::KdoObjekt; }
     // The type name, then the allowed types in parentheses.
     void ausgabe(std::ostream& strom) const override;
-    void zeigeWert(std::ostream& strom) const override { strom << pfad; }
-    void zeigeVorgabe(std::ostream& strom) const override { strom << vorgabe; }
-    void ladeVorgabe() override { pfad = vorgabe; }
-    void merkeVorgabe() override { vorgabe = pfad; }
+    void zeigeWert(std::ostream& strom) const override { strom << pfad_; }
+    void zeigeVorgabe(std::ostream& strom) const override { strom << vorgabe_; }
+    void ladeVorgabe() override { pfad_ = vorgabe_; }
+    void merkeVorgabe() override { vorgabe_ = pfad_; }
     int interpretiere(AnwKommando& anw, int definition) override;
     KdoObjekt* liefereArgWertKdoObjekt() override;
     void setzeArgWertKdoObjekt(KdoObjekt* objekt) override;
@@ -350,11 +350,11 @@ protected:
     Token liesToken(AnwKommando& anw, std::istream& strom) override;
     KdoObjekt* loese();
 
-    std::vector<String> typen;
-    String pfad;
-    String vorgabe;
-    String kommandoText;   // for later messages
-    String rohText;
+    std::vector<String> typen_;
+    String pfad_;
+    String vorgabe_;
+    String kommandoText_;   // for later messages
+    String rohText_;
 };
 
 class KdoArgumentBoolKdoObjekt : public KdoBoolForm<KdoArgumentKdoObjekt> {
@@ -382,7 +382,7 @@ public:
     void ausgabe(std::ostream& strom) const override;
     const TextFeld* liefereEnumWerte() override;
     int interpretiere(AnwKommando& anw, int definition) override;
-    dataInteger& liefereArgWertInt() override { return aktuell; }
+    dataInteger& liefereArgWertInt() override { return aktuell_; }
     // Only an index below the name count is taken ("CMD-INDEXINVALID").
     void setzeArgWertInt(const dataInteger& wert) override;
 
@@ -390,7 +390,7 @@ protected:
     void zeige(std::ostream& strom, const dataInteger& wert) const override;
     Token liesToken(AnwKommando& anw, std::istream& strom) override;
 
-    std::unique_ptr<TextFeld> namen;
+    std::unique_ptr<TextFeld> namen_;
 };
 
 // ---------------------------------------------------------------------------
@@ -404,8 +404,8 @@ public:
     explicit KdoArgumentPaarListe(const String& name) : KdoArgument(name) {}
     void zeigeWert(std::ostream& strom) const override;
     void zeigeVorgabe(std::ostream& strom) const override;
-    void ladeVorgabe() override { aktuell = vorgabe; }
-    void merkeVorgabe() override { vorgabe = aktuell; }
+    void ladeVorgabe() override { aktuell_ = vorgabe_; }
+    void merkeVorgabe() override { vorgabe_ = aktuell_; }
 
 protected:
     // Reads the pairs up to "," or ")". An empty place gives the empty list,
@@ -417,8 +417,8 @@ protected:
     // and gives the last pair.
     Paar* paarAn(std::uint16_t i, const char* leerFunktion, const char* indexFunktion);
 
-    std::vector<Paar> aktuell;
-    std::vector<Paar> vorgabe;
+    std::vector<Paar> aktuell_;
+    std::vector<Paar> vorgabe_;
 };
 
 extern template class KdoArgumentPaarListe<WertePaar>;
@@ -433,8 +433,8 @@ public:
     int interpretiere(AnwKommando& anw, int definition) override;
     WertePaar* liefereArgWertWP(std::uint16_t i) override;
     void setzeArgWertWP(std::uint16_t i, const WertePaar& paar) override;
-    void initWPListe() override { aktuell.clear(); }
-    std::int32_t liefereAnzahlWP() override { return static_cast<std::int32_t>(aktuell.size()); }
+    void initWPListe() override { aktuell_.clear(); }
+    std::int32_t liefereAnzahlWP() override { return static_cast<std::int32_t>(aktuell_.size()); }
 
 protected:
     bool liesWert(std::istream& strom, dataInteger iwert, std::vector<WertePaar>& neu) override;
@@ -450,8 +450,8 @@ public:
     WertePaarStr* liefereArgWertWPStr(std::uint16_t i) override;
     // An index not below the count warns and appends all the same.
     void setzeArgWertWPStr(std::uint16_t i, const WertePaarStr& paar) override;
-    void initWPStrListe() override { aktuell.clear(); }
-    std::int32_t liefereAnzahlWPStr() override { return static_cast<std::int32_t>(aktuell.size()); }
+    void initWPStrListe() override { aktuell_.clear(); }
+    std::int32_t liefereAnzahlWPStr() override { return static_cast<std::int32_t>(aktuell_.size()); }
 
 protected:
     bool liesWert(std::istream& strom, dataInteger iwert, std::vector<WertePaarStr>& neu) override;
@@ -465,16 +465,16 @@ public:
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::ParameterListe; }
     void zeigeWert(std::ostream& strom) const override;
     void zeigeVorgabe(std::ostream& strom) const override;
-    void ladeVorgabe() override { aktuell = vorgabe; }
-    void merkeVorgabe() override { vorgabe = aktuell; }
+    void ladeVorgabe() override { aktuell_ = vorgabe_; }
+    void merkeVorgabe() override { vorgabe_ = aktuell_; }
     int interpretiere(AnwKommando& anw, int definition) override;
-    DynArray<String>& liefereArgWertDynArrStr() override { return *aktuell; }
+    DynArray<String>& liefereArgWertDynArrStr() override { return *aktuell_; }
     // The elements joined by ",".
     String& liefereArgWertStr() override;
     // Splits the text at "," and ")" into a new array.
     void setzeArgWertStr(const String& wert) override;
 
 protected:
-    std::shared_ptr<DynArray<String>> aktuell;
-    std::shared_ptr<DynArray<String>> vorgabe;
+    std::shared_ptr<DynArray<String>> aktuell_;
+    std::shared_ptr<DynArray<String>> vorgabe_;
 };

@@ -102,24 +102,24 @@ std::unique_ptr<KdoArgument> erzeugeKdoArgument(const String& typWort, const Str
 // AnwKommando
 
 AnwKommando::AnwKommando(const String& anwText)
-    : text(anwText), strom(std::make_unique<std::istringstream>(anwText.str())) {
-    KdoArgument::ueberspringe(*strom);
-    if (strom->peek() == '?') {
-        strom->get();
-        kommandoName = "?";
+    : text_(anwText), strom_(std::make_unique<std::istringstream>(anwText.str())) {
+    KdoArgument::ueberspringe(*strom_);
+    if (strom_->peek() == '?') {
+        strom_->get();
+        kommandoName_ = "?";
     } else {
-        kommandoName.liesWort(*strom);
+        kommandoName_.liesWort(*strom_);
     }
-    KdoArgument::ueberspringe(*strom);
-    const int c = strom->peek();
-    if (strom->good() && c != '(' && c != '?') {
+    KdoArgument::ueberspringe(*strom_);
+    const int c = strom_->peek();
+    if (strom_->good() && c != '(' && c != '?') {
         ok = 0;
-        Fehler("CMD-WRONGCMD", "AnwKommando::AnwKommando", text, 'E');
+        Fehler("CMD-WRONGCMD", "AnwKommando::AnwKommando", text_, 'E');
     }
 }
 
 int AnwKommando::pruefeOk() {
-    if (!ok) Fehler("CMD-WRONGCMD", "AnwKommando::pruefeOk", text, 'E');
+    if (!ok) Fehler("CMD-WRONGCMD", "AnwKommando::pruefeOk", text_, 'E');
     return ok;
 }
 

@@ -47,14 +47,14 @@ public:
 
     // Returns `ok`; reports "CMD-WRONGCMD" when it is 0.
     int pruefeOk();
-    const String& liefereText() const { return text; }
-    const String& liefereKommandoName() const { return kommandoName; }
-    std::istream& liefereStrom() { return *strom; }
+    const String& liefereText() const { return text_; }
+    const String& liefereKommandoName() const { return kommandoName_; }
+    std::istream& liefereStrom() { return *strom_; }
 
 private:
-    String text;
-    std::unique_ptr<std::istringstream> strom;
-    String kommandoName;
+    String text_;
+    std::unique_ptr<std::istringstream> strom_;
+    String kommandoName_;
     std::int32_t ok = 1;
 };
 

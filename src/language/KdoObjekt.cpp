@@ -19,8 +19,8 @@ Liste* KdoObjektBasis::liefereListeFuerKdoArg(const String& listenName) {
     return nullptr;
 }
 
-KdoObjekt::KdoObjekt(const String& kurzName, const String& voll) : name(kurzName) {
-    vollerName = voll;
+KdoObjekt::KdoObjekt(const String& kurzName, const String& voll) : name_(kurzName) {
+    vollerName_ = voll;
 }
 
 const String& KdoObjekt::liefereKdoOTyp() const {

@@ -31,14 +31,14 @@ public:
     virtual String liefereName() const = 0;
     virtual const String& liefereKdoOTyp() const = 0;
     virtual const String& liefereZusatzTyp() const = 0;
-    virtual String liefereVollenNamen() const { return vollerName; }
-    virtual void setzeVollenNamen(const String& text) { vollerName = text; }
+    virtual String liefereVollenNamen() const { return vollerName_; }
+    virtual void setzeVollenNamen(const String& text) { vollerName_ = text; }
     // Lists that argument types of the kind "names in a list" choose from.
     // No class of the system has such lists: the base reports and gives null.
     virtual Liste* liefereListeFuerKdoArg(const String& listenName);
 
 protected:
-    String vollerName;
+    String vollerName_;
 };
 
 // A plain KdoObjekt is a "Pseudo" object without commands; real command
@@ -49,7 +49,7 @@ public:
     ~KdoObjekt() override = default;
 
     KdoListe* liefereKdoListe() override { return nullptr; }
-    String liefereName() const override { return name; }
+    String liefereName() const override { return name_; }
     const String& liefereKdoOTyp() const override;
     const String& liefereZusatzTyp() const override;
 
@@ -58,7 +58,7 @@ public:
     int fuehreAus(AnwKommando& anwKommando);
 
 protected:
-    String name;
+    String name_;
 };
 
 // A parsed path such as "<Kiv>Kiv.<Eprom>a" or "a": one element per name.

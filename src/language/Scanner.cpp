@@ -26,110 +26,110 @@ const NilZustand nilZustand;
 
 // ---------------------------------------------------------------- Scanner
 
-Scanner::Scanner() : text(64, 64), zustand(&nilZustand), fehlerText(64, 64) { zustandsStapel.reserve(1024); }
+Scanner::Scanner() : text_(64, 64), zustand_(&nilZustand), fehlerText_(64, 64) { zustandsStapel_.reserve(1024); }
 
 Scanner::~Scanner() = default;
 
 void Scanner::oeffne(std::istream& strom, dataInteger zeile) {
-    quelle.oeffne(strom, zeile);
-    zustand = &nilZustand;
-    zustandsStapel.clear();
-    brauchtZeichen = 1;
-    fehler = 0;
-    fertig = 0;
-    text.leere();
-    fehlerText.leere();
-    letztesToken = KdoToken::ENDE;
+    quelle_.oeffne(strom, zeile);
+    zustand_ = &nilZustand;
+    zustandsStapel_.clear();
+    brauchtZeichen_ = 1;
+    fehler_ = 0;
+    fertig_ = 0;
+    text_.leere();
+    fehlerText_.leere();
+    letztesToken_ = KdoToken::ENDE;
 }
 
 dataInteger Scanner::naechstesToken(String& wert, QuellPosition& pos) {
-    fertig = 0;
-    fehler = 0;
+    fertig_ = 0;
+    fehler_ = 0;
     start();
-    while (!fertig) {
-        if (fehler) {
+    while (!fertig_) {
+        if (fehler_) {
             // The place where the scanner gave up, not where the token began.
-            pos = quelle.position();
-            letztesToken = KdoToken::SCANFEHLER;
+            pos = quelle_.position();
+            letztesToken_ = KdoToken::SCANFEHLER;
             return KdoToken::SCANFEHLER;
         }
-        if (brauchtZeichen) {
-            zeichen = static_cast<unsigned char>(quelle.naechstes());
-            brauchtZeichen = 0;
+        if (brauchtZeichen_) {
+            zeichen_ = static_cast<unsigned char>(quelle_.naechstes());
+            brauchtZeichen_ = 0;
         }
-        (*zustand)(*this);
+        (*zustand_)(*this);
     }
-    if (fehler) {
-        pos = quelle.position();
-        letztesToken = KdoToken::SCANFEHLER;
+    if (fehler_) {
+        pos = quelle_.position();
+        letztesToken_ = KdoToken::SCANFEHLER;
         return KdoToken::SCANFEHLER;
     }
-    wert = String(std::string_view(text.c_str(), text.laenge()));
-    pos = position;
-    letztesToken = token;
-    return token;
+    wert = String(std::string_view(text_.c_str(), text_.laenge()));
+    pos = position_;
+    letztesToken_ = token_;
+    return token_;
 }
 
 void Scanner::liefere(dataInteger tokenNummer, int verbrauche) {
-    token = tokenNummer;
-    brauchtZeichen = verbrauche ? 1 : 0;
-    fertig = 1;
+    token_ = tokenNummer;
+    brauchtZeichen_ = verbrauche ? 1 : 0;
+    fertig_ = 1;
 }
 
 void Scanner::beginne() {
-    text.leere();
-    position = quelle.position();
+    text_.leere();
+    position_ = quelle_.position();
 }
 
 void Scanner::beginneMit() {
     beginne();
-    text.haengeAn(static_cast<char>(zeichen));
-    brauchtZeichen = 1;
+    text_.haengeAn(static_cast<char>(zeichen_));
+    brauchtZeichen_ = 1;
 }
 
 void Scanner::beginneOhne() {
     beginne();
-    brauchtZeichen = 1;
+    brauchtZeichen_ = 1;
 }
 
 void Scanner::haengeAn() {
-    text.haengeAn(static_cast<char>(zeichen));
-    brauchtZeichen = 1;
+    text_.haengeAn(static_cast<char>(zeichen_));
+    brauchtZeichen_ = 1;
 }
 
-void Scanner::ueberlies() { brauchtZeichen = 1; }
+void Scanner::ueberlies() { brauchtZeichen_ = 1; }
 
 void Scanner::lieferZeichen() {
     beginneMit();
-    liefere(zeichen, 1);
+    liefere(zeichen_, 1);
 }
 
 bool Scanner::istLeerVon(int c) const { return c == ' ' || c == '\t' || c == '\n'; }
 
 void Scanner::rufe(const ScannerZustand& naechster) {
-    zustandsStapel.push_back(zustand);
-    zustand = &naechster;
+    zustandsStapel_.push_back(zustand_);
+    zustand_ = &naechster;
 }
 
 void Scanner::kehreZurueck() {
-    if (zustandsStapel.empty()) brichAb(std::cerr, "Scanner::Stack::pop(): fatal error #1");
-    zustand = zustandsStapel.back();
-    zustandsStapel.pop_back();
+    if (zustandsStapel_.empty()) brichAb(std::cerr, "Scanner::Stack::pop(): fatal error #1");
+    zustand_ = zustandsStapel_.back();
+    zustandsStapel_.pop_back();
 }
 
 void Scanner::unerwartetesZeichen() {
-    fehler = 1;
+    fehler_ = 1;
     StringPuffer zeile;
     StringPuffer marke;
-    QuellPosition pos = quelle.position();
-    quelle.zeilenText(pos, zeile);
-    quelle.marke(pos, marke);
+    QuellPosition pos = quelle_.position();
+    quelle_.zeilenText(pos, zeile);
+    quelle_.marke(pos, marke);
     std::cout << "ErrorUnexpectedChar\n" << zeile << '\n' << marke << std::endl;
 }
 
 void Scanner::setzeFehler(const char* meldung) {
-    fehler = 1;
-    fehlerText.setze(meldung);
+    fehler_ = 1;
+    fehlerText_.setze(meldung);
 }
 
 // ------------------------------------------------------------- KdoScanner
@@ -237,8 +237,8 @@ bool KdoScanner::istLeerVon(int c) const {
 }
 
 void KdoScanner::start() {
-    doppelteHochkommas = 0;
-    hochkommas = 0;
+    doppelteHochkommas_ = 0;
+    hochkommas_ = 0;
     geheZu(start_);
 }
 
@@ -259,7 +259,7 @@ void KdoScanner::zustandStartRohtext() {
         liefere(ENDE, 0);
         return;
     }
-    switch (zeichen) {
+    switch (zeichen_) {
     case '\n':
         beginne();
         liefere(ZEILENENDE, 1);
@@ -281,12 +281,12 @@ void KdoScanner::zustandStartRohtext() {
         }
         return;
     case '"':
-        doppelteHochkommas = 1;
+        doppelteHochkommas_ = 1;
         beginneMit();
         geheZu(rohtext_);
         return;
     case '\'':
-        hochkommas = 1;
+        hochkommas_ = 1;
         beginneMit();
         geheZu(rohtext_);
         return;
@@ -304,22 +304,22 @@ void KdoScanner::zustandRohtext() {
         liefere(TEXT, 0);
         return;
     }
-    switch (zeichen) {
+    switch (zeichen_) {
     case '\n':
         liefere(TEXT, 0);
         return;
     case '"':
-        ++doppelteHochkommas;
+        ++doppelteHochkommas_;
         haengeAn();
         return;
     case '\'':
-        ++hochkommas;
+        ++hochkommas_;
         haengeAn();
         return;
     case ')':
     case ',':
         // Parentheses do not nest: the first one outside quotes ends the text.
-        if (doppelteHochkommas % 2 == 0 && hochkommas % 2 == 0)
+        if (doppelteHochkommas_ % 2 == 0 && hochkommas_ % 2 == 0)
             liefere(TEXT, 0);
         else
             haengeAn();
@@ -335,10 +335,10 @@ void KdoScanner::zustandRohtext() {
 }
 
 void KdoScanner::zustandRohtextFortsetzung() {
-    if (zeichen == '\n')
+    if (zeichen_ == '\n')
         ueberlies();
     else
-        text.haengeAn('\\');
+        text_.haengeAn('\\');
     geheZu(rohtext_);
 }
 
@@ -346,12 +346,12 @@ void KdoScanner::zustandStartNormal() {
     using namespace KdoToken;
     // A byte 255 in the input ends it as well; intended, the source can not
     // tell it from the end of input in this state.
-    if (zeichen == 255) {
+    if (zeichen_ == 255) {
         beginne();
         liefere(ENDE, 0);
         return;
     }
-    switch (zeichen) {
+    switch (zeichen_) {
     case '!':
         ueberlies();
         geheZu(kommentar_);
@@ -371,7 +371,7 @@ void KdoScanner::zustandStartNormal() {
         ueberlies();
         return;
     }
-    switch (zeichen) {
+    switch (zeichen_) {
     case '-':
         beginneMit();
         liefere(MINUS, 1);
@@ -397,7 +397,7 @@ void KdoScanner::zustandStartNormal() {
     if (istZiffer()) {
         beginneMit();
         geheZu(KdoLaufzeit::aktuelle().scannerModus == ScannerModus::Zahl ? zahl_ : bezeichner_);
-    } else if (istBuchstabe() || zeichen == '_') {
+    } else if (istBuchstabe() || zeichen_ == '_') {
         beginneMit();
         geheZu(bezeichner_);
     } else {
@@ -407,7 +407,7 @@ void KdoScanner::zustandStartNormal() {
 }
 
 void KdoScanner::zustandSchraegstrich() {
-    if (zeichen == '/') {
+    if (zeichen_ == '/') {
         ueberlies();
         geheZu(kommentar_);
     } else {
@@ -417,7 +417,7 @@ void KdoScanner::zustandSchraegstrich() {
 
 void KdoScanner::zustandKommentar() {
     // The newline stays current: it still ends the line.
-    if (zeichen == '\n' || quellEnde())
+    if (zeichen_ == '\n' || quellEnde())
         geheZu(start_);
     else
         ueberlies();
@@ -425,10 +425,10 @@ void KdoScanner::zustandKommentar() {
 
 // A backslash-newline continues a token or a line; any other backslash stays.
 void KdoScanner::zustandFortsetzung() {
-    if (zeichen == '\n')
+    if (zeichen_ == '\n')
         ueberlies();
     else
-        text.haengeAn('\\');
+        text_.haengeAn('\\');
     kehreZurueck();
 }
 
@@ -438,7 +438,7 @@ void KdoScanner::zustandZeichenkette() {
         fehlerStringEnde();
         return;
     }
-    switch (zeichen) {
+    switch (zeichen_) {
     case '\n':
     case '\r':
         setzeFehler("Das Zeichen '\\n' wurde im String gefunden.");
@@ -459,31 +459,31 @@ void KdoScanner::zustandZeichenkette() {
 // A backslash does not protect a double quote; intended, strings can not
 // hold one.
 void KdoScanner::zustandZeichenketteFortsetzung() {
-    if (zeichen == '\n' || zeichen == '\r')
+    if (zeichen_ == '\n' || zeichen_ == '\r')
         ueberlies();
     else
-        text.haengeAn('\\');
+        text_.haengeAn('\\');
     geheZu(zeichenkette_);
 }
 
 void KdoScanner::zustandBezeichner() {
-    if (istBuchstabe() || istZiffer() || zeichen == '_') {
+    if (istBuchstabe() || istZiffer() || zeichen_ == '_') {
         haengeAn();
-    } else if (zeichen == '\\') {
+    } else if (zeichen_ == '\\') {
         ueberlies();
         rufe(fortsetzung_);
     } else {
-        liefere(sucheSchluesselwort(text.c_str()), 0);
+        liefere(sucheSchluesselwort(text_.c_str()), 0);
     }
 }
 
 void KdoScanner::zustandZahl() {
     if (istZiffer()) {
         haengeAn();
-    } else if (zeichen == '.') {
+    } else if (zeichen_ == '.') {
         haengeAn();
         geheZu(nachkomma_);
-    } else if (zeichen == '\\') {
+    } else if (zeichen_ == '\\') {
         ueberlies();
         rufe(fortsetzung_);
     } else {
@@ -494,7 +494,7 @@ void KdoScanner::zustandZahl() {
 void KdoScanner::zustandNachkomma() {
     if (istZiffer()) {
         haengeAn();
-    } else if (zeichen == '\\') {
+    } else if (zeichen_ == '\\') {
         ueberlies();
         rufe(fortsetzung_);
     } else {

@@ -84,8 +84,8 @@ public:
     // `position`. A scanner error gives SCANFEHLER.
     dataInteger naechstesToken(String& wert, QuellPosition& position);
 
-    ZeichenQuelle& liefereQuelle() { return quelle; }
-    const char* liefereFehlerText() const { return fehlerText.c_str(); }
+    ZeichenQuelle& liefereQuelle() { return quelle_; }
+    const char* liefereFehlerText() const { return fehlerText_.c_str(); }
 
     // The building blocks of the states.
     void liefere(dataInteger tokenNummer, int verbrauche);
@@ -95,37 +95,37 @@ public:
     void haengeAn();
     void ueberlies();
     void lieferZeichen();
-    bool istZiffer() const { return istZifferVon(zeichen); }
+    bool istZiffer() const { return istZifferVon(zeichen_); }
     static bool istZifferVon(int c) { return c >= '0' && c <= '9'; }
-    bool istLeer() const { return istLeerVon(zeichen); }
+    bool istLeer() const { return istLeerVon(zeichen_); }
     virtual bool istLeerVon(int c) const;
-    bool istBuchstabe() const { return (zeichen >= 'A' && zeichen <= 'Z') || (zeichen >= 'a' && zeichen <= 'z'); }
+    bool istBuchstabe() const { return (zeichen_ >= 'A' && zeichen_ <= 'Z') || (zeichen_ >= 'a' && zeichen_ <= 'z'); }
     void rufe(const ScannerZustand& naechster);
     void kehreZurueck();
     void unerwartetesZeichen();
 
-    void geheZu(const ScannerZustand& naechster) { zustand = &naechster; }
-    unsigned char liefereZeichen() const { return zeichen; }
+    void geheZu(const ScannerZustand& naechster) { zustand_ = &naechster; }
+    unsigned char liefereZeichen() const { return zeichen_; }
 
 protected:
     // The token delivered before the current one (ENDE after `oeffne`).
-    dataInteger liefereLetztesToken() const { return letztesToken; }
+    dataInteger liefereLetztesToken() const { return letztesToken_; }
     void setzeFehler(const char* text);
 
-    ZeichenQuelle quelle;
-    StringPuffer text;
-    dataInteger token = KdoToken::ENDE;
-    unsigned char zeichen = 0;
-    unsigned char brauchtZeichen = 1;
-    const ScannerZustand* zustand;
-    dataInteger fertig = 0;
-    QuellPosition position;
-    dataInteger fehler = 0;
-    StringPuffer fehlerText;
-    std::vector<const ScannerZustand*> zustandsStapel;
+    ZeichenQuelle quelle_;
+    StringPuffer text_;
+    dataInteger token_ = KdoToken::ENDE;
+    unsigned char zeichen_ = 0;
+    unsigned char brauchtZeichen_ = 1;
+    const ScannerZustand* zustand_;
+    dataInteger fertig_ = 0;
+    QuellPosition position_;
+    dataInteger fehler_ = 0;
+    StringPuffer fehlerText_;
+    std::vector<const ScannerZustand*> zustandsStapel_;
 
 private:
-    dataInteger letztesToken = KdoToken::ENDE;
+    dataInteger letztesToken_ = KdoToken::ENDE;
 };
 
 // The scanner of the command language with its twelve states.
@@ -151,7 +151,7 @@ private:
     class Zustand;
 
     // The character source is exhausted (as opposed to a byte 255 read).
-    bool quellEnde() const { return zeichen == 255 && quelle.amEnde(); }
+    bool quellEnde() const { return zeichen_ == 255 && quelle_.amEnde(); }
 
     void zustandStart();
     void zustandStartRohtext();
@@ -167,8 +167,8 @@ private:
     void zustandZahl();
     void zustandNachkomma();
 
-    dataInteger doppelteHochkommas = 0;   // quote counters of raw text
-    dataInteger hochkommas = 0;
+    dataInteger doppelteHochkommas_ = 0;   // quote counters of raw text
+    dataInteger hochkommas_ = 0;
 
     static const Zustand start_, rohtext_, rohtextFortsetzung_, schraegstrich_, kommentar_, fortsetzung_,
         zeichenkette_, zeichenketteFortsetzung_, bezeichner_, zahl_, nachkomma_;

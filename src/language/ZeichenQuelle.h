@@ -42,14 +42,14 @@ public:
     virtual void marke(const QuellPosition& position, StringPuffer& puffer) const;
 
     // True once the input is exhausted (a byte 255 read from it is not).
-    bool amEnde() const { return ende; }
+    bool amEnde() const { return ende_; }
 
 private:
-    std::istream* strom = nullptr;
-    long long basis = -1;        // stream position at `oeffne`, -1 if unknown
-    dataInteger gelesen = 0;     // bytes taken since `oeffne`
-    QuellPosition aktuell;       // line, column and line offset now
-    QuellPosition vorher;        // the same for the line before
-    bool zeilenEnde = false;     // the last byte ended a line
-    bool ende = true;
+    std::istream* strom_ = nullptr;
+    long long basis_ = -1;        // stream position at `oeffne`, -1 if unknown
+    dataInteger gelesen_ = 0;     // bytes taken since `oeffne`
+    QuellPosition aktuell_;       // line, column and line offset now
+    QuellPosition vorher_;        // the same for the line before
+    bool zeilenEnde_ = false;     // the last byte ended a line
+    bool ende_ = true;
 };

@@ -40,7 +40,7 @@ BearbeitungsAnzeigeCout::BearbeitungsAnzeigeCout(char z)
     : BearbeitungsAnzeigeCout(z, std::cout, std::cerr) {}
 
 BearbeitungsAnzeigeCout::BearbeitungsAnzeigeCout(char z, std::ostream& aus, std::ostream& err)
-    : zeichen(z), aus_(aus), err_(err) {}
+    : zeichen_(z), aus_(aus), err_(err) {}
 
 BearbeitungsAnzeigeCout::~BearbeitungsAnzeigeCout() {
     // Ends the mark line whether or not beende ran (intended: the line end
@@ -51,26 +51,26 @@ BearbeitungsAnzeigeCout::~BearbeitungsAnzeigeCout() {
 }
 
 void BearbeitungsAnzeigeCout::starteAbs(const String& text) {
-    if (modus != 0) {
+    if (modus_ != 0) {
         Fehler("BEFO-ISINIT", "BearbeitungsAnzeigeCout::starteAbs", text, 'I');
         return;
     }
-    modus = 2;
+    modus_ = 2;
     aus_ << text << '\n';
     aus_.flush();
 }
 
 void BearbeitungsAnzeigeCout::starteRel(dataInteger schritt, const String& text) {
-    if (modus != 0) {
+    if (modus_ != 0) {
         Fehler("BEFO-ISINIT", "BearbeitungsAnzeigeCout::starteRel", text, 'I');
         return;
     }
     // A step below 1 percent would divide by zero; it counts as 1.
-    prozentSchritt = schritt < 1 ? 1 : schritt;
-    letzterWert = 0;
-    modus = 1;
+    prozentSchritt_ = schritt < 1 ? 1 : schritt;
+    letzterWert_ = 0;
+    modus_ = 1;
     aus_ << text << '\n';
-    const dataInteger n = 100 / prozentSchritt - 1;
+    const dataInteger n = 100 / prozentSchritt_ - 1;
     aus_ << '!';
     for (dataInteger i = 0; i < n - 1; ++i) aus_ << '.';
     aus_ << "!\n";
@@ -102,19 +102,19 @@ void BearbeitungsAnzeigeCout::gibPufferFrei() {
 }
 
 void BearbeitungsAnzeigeCout::weiter(dataInteger wert) {
-    if (modus == 2) {
-        aus_ << zeichen;
+    if (modus_ == 2) {
+        aus_ << zeichen_;
         zeigeSofort();
-    } else if (modus == 1) {
+    } else if (modus_ == 1) {
         const bool dazwischen = (ausZaehler_ && ausZaehler_->anzahl() != coutPosition) ||
                                 (errZaehler_ && errZaehler_->anzahl() != cerrPosition);
         if (dazwischen) {
             // Something else wrote since the last mark: rebuild the line.
-            for (dataInteger i = letzterWert / prozentSchritt; i > 0; --i) aus_ << '.';
+            for (dataInteger i = letzterWert_ / prozentSchritt_; i > 0; --i) aus_ << '.';
         }
-        aus_ << zeichen;
+        aus_ << zeichen_;
         zeigeSofort();
-        letzterWert = wert;
+        letzterWert_ = wert;
         merkePositionen();
     }
 }
@@ -128,7 +128,7 @@ void BearbeitungsAnzeigeCout::zeigeSofort() {
 void BearbeitungsAnzeigeCout::beende() {
     aus_ << '\n';
     aus_.flush();
-    modus = 0;
+    modus_ = 0;
     gibPufferFrei();
 }
 
@@ -143,23 +143,23 @@ std::unique_ptr<BearbeitungsAnzeige> erzeugeStandardAnzeige() {
 
 BearbeitungsFortschritt::BearbeitungsFortschritt(dataInteger s, const String& t,
                                                  BearbeitungsAnzeigeFabrik fabrik)
-    : text(t), schritt(s) {
-    naechsteMarke = schritt >= 1 ? schritt : std::numeric_limits<std::int64_t>::max();
+    : text_(t), schritt_(s) {
+    naechsteMarke = schritt_ >= 1 ? schritt_ : std::numeric_limits<std::int64_t>::max();
     ++aktiveFortschritte;
     if (!fabrik) fabrik = standardFabrik ? standardFabrik : &erzeugeStandardAnzeige;
-    anzeige = fabrik();
-    if (anzeige) anzeige->starteAbs(text);
+    anzeige_ = fabrik();
+    if (anzeige_) anzeige_->starteAbs(text_);
 }
 
 BearbeitungsFortschritt::~BearbeitungsFortschritt() {
     --aktiveFortschritte;
-    anzeige.reset();
+    anzeige_.reset();
 }
 
 void BearbeitungsFortschritt::zeigeMarken() {
     while (naechsteMarke <= position) {
         naechsterPunkt = naechsteMarke;
-        naechsteMarke += schritt;
-        if (anzeige) anzeige->weiter(static_cast<dataInteger>(naechsterPunkt));
+        naechsteMarke += schritt_;
+        if (anzeige_) anzeige_->weiter(static_cast<dataInteger>(naechsterPunkt));
     }
 }

@@ -31,10 +31,10 @@ public:
     // Ends the mark line.
     virtual void beende() = 0;
 
-    int liefereModus() const { return modus; }
+    int liefereModus() const { return modus_; }
 
 protected:
-    int modus = 0;
+    int modus_ = 0;
 };
 
 class ZaehlPuffer;
@@ -54,16 +54,16 @@ public:
     void weiter(dataInteger wert) override;
     void beende() override;
 
-    char liefereZeichen() const { return zeichen; }
+    char liefereZeichen() const { return zeichen_; }
 
 private:
     void merkePositionen();
     void zeigeSofort();
     void gibPufferFrei();
 
-    char zeichen;
-    dataInteger prozentSchritt = 1;
-    dataInteger letzterWert = 0;
+    char zeichen_;
+    dataInteger prozentSchritt_ = 1;
+    dataInteger letzterWert_ = 0;
     std::int64_t coutPosition = 0;
     std::int64_t cerrPosition = 0;
     std::ostream& aus_;
@@ -107,8 +107,8 @@ public:
     }
 
     std::int64_t lieferePosition() const { return position; }
-    const String& liefereText() const { return text; }
-    BearbeitungsAnzeige* liefereAnzeige() const { return anzeige.get(); }
+    const String& liefereText() const { return text_; }
+    BearbeitungsAnzeige* liefereAnzeige() const { return anzeige_.get(); }
 
     // Process-wide state, set once at start-up.
     static int aktiveFortschritte;                 // nesting count
@@ -118,11 +118,11 @@ public:
 private:
     void zeigeMarken();
 
-    std::unique_ptr<BearbeitungsAnzeige> anzeige;
+    std::unique_ptr<BearbeitungsAnzeige> anzeige_;
     // 64-bit so that long runs and odd step sizes never overflow.
     std::int64_t position = 0;
-    String text;
-    dataInteger schritt;
+    String text_;
+    dataInteger schritt_;
     std::int64_t naechsterPunkt = 0;   // unit count of the last mark
     std::int64_t naechsteMarke;        // naechsterPunkt + schritt, kept for the fast path
 };

@@ -6,6 +6,7 @@
 #include <map>
 #include <string>
 
+#include "foundation/Hex.h"
 #include "foundation/Kollation.h"
 #include "foundation/Meldung.h"
 #include "reporting/FehlerListen.h"
@@ -35,17 +36,11 @@ const bool melderInstalliert = (setzeMelder(&alsFehler), true);
 
 const char* const kRegel = "+---------------------------------------------------";
 
-std::string hex(unsigned wert) {
-    char puffer[16];
-    std::snprintf(puffer, sizeof puffer, "%X", wert);
-    return puffer;
-}
-
 // Detail of "FHL-INT-LEVEL": the letter, optionally a blank, its code in hex.
 String levelDetail(char level, bool mitBlank) {
     std::string d(1, level);
     if (mitBlank) d += ' ';
-    d += hex(static_cast<unsigned char>(level));
+    d += hex::text(static_cast<unsigned char>(level));
     return String(d);
 }
 

@@ -37,23 +37,23 @@ void setzeLetzten(FmtZustand& zustand, char wert) {
 // ---------------------------------------------------------------- FmtTrennerTeile
 
 FmtTrennerTeile::FmtTrennerTeile(const String& trenner) {
-    teile.reset(trenner.zerlege(String("<>"), anzahl));
+    teile.reset(trenner.zerlege(String("<>"), anzahl_));
 }
 
 const String& FmtTrennerTeile::liefereTeil(int i) const {
-    return (i >= 0 && i < anzahl) ? teile[i] : leererText;
+    return (i >= 0 && i < anzahl_) ? teile[i] : leererText;
 }
 
 const String& FmtTrennerTeile::ersterTeil() {
-    if (position != 0) return leererText;
-    position = 1;
+    if (position_ != 0) return leererText;
+    position_ = 1;
     return liefereTeil(0);
 }
 
 const String& FmtTrennerTeile::naechsterTeil() {
     const String* ergebnis = &leererText;
-    if (position >= 1 && position <= anzahl - 1) ergebnis = &teile[position++];
-    if (position >= anzahl) position = 0;
+    if (position_ >= 1 && position_ <= anzahl_ - 1) ergebnis = &teile[position_++];
+    if (position_ >= anzahl_) position_ = 0;
     return *ergebnis;
 }
 
@@ -66,16 +66,16 @@ FmtVariable::FmtVariable(const String& text) {
 
     // name -> bytes up to the first backslash or "("
     while (i < n && t[i] != '\\' && t[i] != '(') ++i;
-    name = String(std::string_view(t).substr(0, i));
+    name_ = String(std::string_view(t).substr(0, i));
 
     // argument -> "(" bytes up to ")"
     if (i < n && t[i] == '(') {
         const std::size_t start = ++i;
         while (i < n && t[i] != ')') ++i;
-        argument = String(std::string_view(t).substr(start, i - start));
+        argument_ = String(std::string_view(t).substr(start, i - start));
         if (i < n) {
             ++i;
-            if (argument.istLeer())
+            if (argument_.istLeer())
                 Fehler("FMTVAR-NOAGRINTOBRACKETS", "FmtVariable::FmtVariable",
                        String("Format-Variable: ") + "<" + text + ">", 'W');
         }
@@ -123,10 +123,10 @@ FmtVariable::FmtVariable(const String& text) {
         if (!opt.empty()) opt.push_back('\n');
         while (i < n && t[i] != '\\') opt.push_back(t[i++]);
     }
-    optionen = String(opt);
-    vorspann = String(vor);
-    trenner = String(trennerText);
-    nachspann = String(nach);
+    optionen_ = String(opt);
+    vorspann_ = String(vor);
+    trenner_ = String(trennerText);
+    nachspann_ = String(nach);
 
     // Keywords count wherever they stand in an option, so "lower" sets low
     // (intended). Of the number styles the last one in this order wins; the
@@ -143,21 +143,21 @@ FmtVariable::FmtVariable(const String& text) {
     if (hat("?")) merkmale |= OHNE_WERT;
     if (hat("tag")) {
         merkmale |= TAG;
-        vorspann = String("<") + trenner + ">" + vorspann;
-        nachspann = nachspann + "</" + trenner + ">";
-        trenner = String();
+        vorspann_ = String("<") + trenner_ + ">" + vorspann_;
+        nachspann_ = nachspann_ + "</" + trenner_ + ">";
+        trenner_ = String();
     }
 
-    if (!trenner.istLeer()) teile = std::make_unique<FmtTrennerTeile>(trenner);
+    if (!trenner_.istLeer()) teile_ = std::make_unique<FmtTrennerTeile>(trenner_);
 }
 
 FmtVariable::~FmtVariable() = default;
 
 int FmtVariable::liefereIndex(const String& namenListe) {
-    if (listenIndex >= 0 && liste == namenListe.str()) return listenIndex;
+    if (listenIndex >= 0 && liste_ == namenListe.str()) return listenIndex;
 
     const std::string& s = namenListe.str();
-    const std::string_view gesucht = name;
+    const std::string_view gesucht = name_;
     int ergebnis = -1;
     std::size_t pos = 0;
     // Only lines closed by a line feed count; the closing blank of a list
@@ -172,20 +172,20 @@ int FmtVariable::liefereIndex(const String& namenListe) {
         }
         pos = lf + 1;
     }
-    liste = s;
+    liste_ = s;
     listenIndex = static_cast<std::int16_t>(std::clamp(ergebnis, -1, 0x7FFF));
     return listenIndex;
 }
 
 void FmtVariable::schreibe(const std::string& wert) {
-    ++wertAnzahl;
-    if (wertAnzahl == 1 && !vorspann.istLeer()) schreibeText(*ziel, vorspann);
-    if (teile) {
-        if (wertAnzahl > 1) schreibeText(*ziel, teile->naechsterTeil());
-        schreibeText(*ziel, teile->ersterTeil());
+    ++wertAnzahl_;
+    if (wertAnzahl_ == 1 && !vorspann_.istLeer()) schreibeText(*ziel_, vorspann_);
+    if (teile_) {
+        if (wertAnzahl_ > 1) schreibeText(*ziel_, teile_->naechsterTeil());
+        schreibeText(*ziel_, teile_->ersterTeil());
     }
     if (merkmale == 0) {
-        ziel->write(wert.data(), static_cast<std::streamsize>(wert.size()));
+        ziel_->write(wert.data(), static_cast<std::streamsize>(wert.size()));
         return;
     }
     String kopie(wert);
@@ -195,34 +195,34 @@ void FmtVariable::schreibe(const std::string& wert) {
     if (merkmale & QUOTE) kopie = kopie.quotiere();
     if (merkmale & SGML) kopie = kopie.sgml();
     if (merkmale & OHNE_WERT) kopie = String();
-    schreibeText(*ziel, kopie);
+    schreibeText(*ziel_, kopie);
 }
 
 int FmtVariable::ausgabe(const String& wert) {
-    if (!ziel) return 0;
+    if (!ziel_) return 0;
     schreibe(wert.str());
     return 1;
 }
 
 int FmtVariable::ausgabe(const std::ostringstream& wert) {
-    if (!ziel) return 0;
+    if (!ziel_) return 0;
     // Through String, so that a value never carries a NUL byte.
     return ausgabe(String(wert.str()));
 }
 
 int FmtVariable::unbekannteVariable(const String& funktion, const FmtObjekt& objekt) {
-    Fehler("RPL-NO-SUCH-SW", funktion, objekt.liefereName() + ": " + name, 'E');
-    ausgabe(name);
+    Fehler("RPL-NO-SUCH-SW", funktion, objekt.liefereName() + ": " + name_, 'E');
+    ausgabe(name_);
     return 0;
 }
 
 int FmtVariable::ausgeben(FmtObjekt& objekt, std::ostream& strom) {
-    ziel = &strom;
-    if (teile) teile->setzePosition(0);
-    wertAnzahl = 0;
+    ziel_ = &strom;
+    if (teile_) teile_->setzePosition(0);
+    wertAnzahl_ = 0;
     const int ergebnis = objekt.ersetzeVariable(*this);
-    if (wertAnzahl > 0 && !nachspann.istLeer()) schreibeText(strom, nachspann);
-    ziel = nullptr;
+    if (wertAnzahl_ > 0 && !nachspann_.istLeer()) schreibeText(strom, nachspann_);
+    ziel_ = nullptr;
     return ergebnis;
 }
 
@@ -302,13 +302,13 @@ FmtAnweisung::FmtAnweisung(const String& t) { initUndZerlege(t); }
 FmtAnweisung::~FmtAnweisung() = default;
 
 int FmtAnweisung::initUndZerlege(const String& t) {
-    text = t;
-    kopf.reset();
-    ok = 1;
+    text_ = t;
+    kopf_.reset();
+    ok_ = 1;
 
-    const std::string& s = text.str();
+    const std::string& s = text_.str();
     const std::size_t n = s.size();
-    std::unique_ptr<FmtBaustein>* ende = &kopf;
+    std::unique_ptr<FmtBaustein>* ende = &kopf_;
     const auto haengeAn = [&ende](std::unique_ptr<FmtBaustein> baustein) {
         *ende = std::move(baustein);
         ende = &(*ende)->naechster;
@@ -362,7 +362,7 @@ int FmtAnweisung::initUndZerlege(const String& t) {
         if (!geschlossen) {
             Fehler("ERRFMTVARIABLE", "FmtAnweisung::initUndZerlege", String(var), 'E');
             haengeAn(std::make_unique<FmtText>(String("********\n")));
-            ok = 0;
+            ok_ = 0;
             break;
         }
         const String rest(std::string_view(var).substr(var.empty() ? 0 : 1));
@@ -378,14 +378,14 @@ int FmtAnweisung::initUndZerlege(const String& t) {
             haengeAn(std::make_unique<FmtVariablenBaustein>(String(var)));
     }
     schliesseText();
-    return ok;
+    return ok_;
 }
 
 int FmtAnweisung::ausgabe(std::ostream& strom, FmtObjekt& objekt, const String& startName,
                           const String& stopName) {
-    if (!kopf) return ok;
+    if (!kopf_) return ok_;
     FmtZustand zustand(1, startName.istLeer() ? '1' : '0');
-    for (FmtBaustein* b = kopf.get(); b; b = b->naechster.get())
+    for (FmtBaustein* b = kopf_.get(); b; b = b->naechster.get())
         if (!b->fuehreAus(strom, objekt, zustand, startName, stopName)) break;
-    return ok;
+    return ok_;
 }

@@ -61,15 +61,15 @@ public:
     // otherwise empty; at anzahl the position returns to 0.
     const String& naechsterTeil();
 
-    void setzePosition(int p) { position = p; }
-    int lieferePosition() const { return position; }
-    int liefereAnzahl() const { return anzahl; }
+    void setzePosition(int p) { position_ = p; }
+    int lieferePosition() const { return position_; }
+    int liefereAnzahl() const { return anzahl_; }
     const String& liefereTeil(int i) const;
 
 private:
     std::unique_ptr<String[]> teile;
-    int anzahl = 0;
-    int position = 0;
+    int anzahl_ = 0;
+    int position_ = 0;
 };
 
 // One variable of a statement, parsed from the text between < and > (for a
@@ -110,33 +110,33 @@ public:
     // text before, between and after them. Returns ersetzeVariable's answer.
     int ausgeben(FmtObjekt& objekt, std::ostream& strom);
 
-    const String& liefereName() const { return name; }
-    const String& liefereArgument() const { return argument; }
-    const String& liefereOptionen() const { return optionen; }
+    const String& liefereName() const { return name_; }
+    const String& liefereArgument() const { return argument_; }
+    const String& liefereOptionen() const { return optionen_; }
     std::int32_t liefereZahlenFormat() const { return zahlenFormat; }
     std::uint8_t liefereMerkmale() const { return merkmale; }
-    const String& liefereVorspann() const { return vorspann; }
-    const String& liefereNachspann() const { return nachspann; }
-    const String& liefereTrenner() const { return trenner; }
-    const FmtTrennerTeile* liefereTeile() const { return teile.get(); }
-    dataInteger liefereWertAnzahl() const { return wertAnzahl; }
+    const String& liefereVorspann() const { return vorspann_; }
+    const String& liefereNachspann() const { return nachspann_; }
+    const String& liefereTrenner() const { return trenner_; }
+    const FmtTrennerTeile* liefereTeile() const { return teile_.get(); }
+    dataInteger liefereWertAnzahl() const { return wertAnzahl_; }
 
 private:
     void schreibe(const std::string& wert);
 
-    String name;
-    std::string liste;              // copy of the list of the cached index
+    String name_;
+    std::string liste_;              // copy of the list of the cached index
     std::int16_t listenIndex = -1;
-    String argument;
-    String optionen;
+    String argument_;
+    String optionen_;
     std::int32_t zahlenFormat = 0;
     std::uint8_t merkmale = 0;
-    String vorspann;
-    String nachspann;
-    String trenner;
-    std::ostream* ziel = nullptr;
-    std::unique_ptr<FmtTrennerTeile> teile;
-    dataInteger wertAnzahl = 0;
+    String vorspann_;
+    String nachspann_;
+    String trenner_;
+    std::ostream* ziel_ = nullptr;
+    std::unique_ptr<FmtTrennerTeile> teile_;
+    dataInteger wertAnzahl_ = 0;
 };
 
 // The run state: a stack of '0' (output suppressed) and '1'. The empty
@@ -214,12 +214,12 @@ public:
     int ausgabe(std::ostream& strom, FmtObjekt& objekt, const String& startName = String(),
                 const String& stopName = String());
 
-    int liefereOk() const { return ok; }
-    const String& liefereText() const { return text; }
-    const FmtBaustein* liefereKopf() const { return kopf.get(); }
+    int liefereOk() const { return ok_; }
+    const String& liefereText() const { return text_; }
+    const FmtBaustein* liefereKopf() const { return kopf_.get(); }
 
 private:
-    String text;
-    std::unique_ptr<FmtBaustein> kopf;
-    int ok = 1;
+    String text_;
+    std::unique_ptr<FmtBaustein> kopf_;
+    int ok_ = 1;
 };

@@ -106,7 +106,7 @@ TEST_F(KivEpromSucheTest, TheWalkAgreesWithTheByteByByteReference) {
         EXPECT_EQ(zeile("suche(\"" + text + "\")", 1), kopf + (anzahl ? liste : "Muster nicht gefunden\n"))
             << runde;
         zurWurzel();
-        fuehre("schliesse(" + kiv.name.str() + ", YES)");
+        fuehre("schliesse(" + kiv.name_.str() + ", YES)");
     }
 }
 

@@ -3,6 +3,7 @@
 #include <random>
 
 #include "KivObjektTestUmgebung.h"
+#include "support/EpromDifferenzen.h"
 
 namespace {
 
@@ -85,9 +86,9 @@ TEST_F(KivEpromPruefenTest, ComparisonShowsWhatTheImagesOwnDisplayShows) {
         const adrInteger ziel = runde % 5 == 0 ? 0xFFFFFFF0u + zufall() % 16 : zufall() % 0x180;
         std::ostringstream erwartet;
         const std::uint32_t anzahl =
-            a.eprom->anzeigeDifferenzen(erwartet, a.name, b.name, *b.eprom, von, ziel, bis);
+            anzeigeDifferenzen(erwartet, a.name_, b.name_, *a.eprom, *b.eprom, von, ziel, bis);
         char zeile[80];
-        std::snprintf(zeile, sizeof zeile, "vergleiche(%X, %X, %X, %s)", von, bis, ziel, b.name.c_str());
+        std::snprintf(zeile, sizeof zeile, "vergleiche(%X, %X, %X, %s)", von, bis, ziel, b.name_.c_str());
         faenger.leere();
         ausgabe.str("");
         EXPECT_EQ(fuehre(zeile), anzahl == 0 ? 1 : 0);

@@ -55,3 +55,9 @@ TEST(HexAusgabe, LongOutputArrivesWholeAndInOrder) {
     }
     EXPECT_EQ(o.str(), soll + lang + "|!");
 }
+
+TEST(HexText, WidthCaseAndTheSixteenDigitCap) {
+    EXPECT_EQ(hex::text(0), "0");
+    EXPECT_EQ(hex::text(0xAB, 4, false), "00ab");
+    EXPECT_EQ(hex::text(0xFFFFFFFFFFFFFFFFull, 20), "FFFFFFFFFFFFFFFF");
+}

@@ -4,6 +4,7 @@
 
 #include "Meldungen.h"
 #include "image/Eprom.h"
+#include "support/EpromDifferenzen.h"
 
 using bildtest::MitMeldungen;
 
@@ -90,7 +91,7 @@ TEST_F(EpromAnzeigeTest, DifferencesOfTwoImages) {
         if (x != 0x15) b.setzeByte(x + 0x100, static_cast<std::uint8_t>(x == 0x12 ? 0xFF : x));
     }
     std::ostringstream o;
-    EXPECT_EQ(a.anzeigeDifferenzen(o, "a.hex", "b.hex", b, 0x10, 0x110, 0x21), 2u);
+    EXPECT_EQ(anzeigeDifferenzen(o, "a.hex", "b.hex", a, b, 0x10, 0x110, 0x21), 2u);
     EXPECT_EQ(o.str(),
               "\nZeile 1: a.hex\nZeile 2: b.hex\n"
               "Daten [000010]\t = 10 11 12 13 14 15 16 17 18 19 1A 1B 1C 1D 1E 1F \n"
@@ -100,7 +101,7 @@ TEST_F(EpromAnzeigeTest, DifferencesOfTwoImages) {
     Eprom c(a);
     c.setzeByte(0x21, 0x99);
     std::ostringstream p;
-    EXPECT_EQ(a.anzeigeDifferenzen(p, "", "", c, 0x10, 0x10, 0x21), 1u);
+    EXPECT_EQ(anzeigeDifferenzen(p, "", "", a, c, 0x10, 0x10, 0x21), 1u);
     EXPECT_EQ(p.str(), "\nDaten [000020]\t = 20 21 \n\t\t   .. 99 \n");
 }
 

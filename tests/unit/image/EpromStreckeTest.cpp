@@ -140,9 +140,9 @@ TEST_F(EpromStreckeTest, SkipsTheEmptyAddressSpaceAtOnceAndMarksEachWindowRead) 
     fest.definiereBereich(0x10, 0x1F);
     fest.definiereBereich(0xFFFFFFF0, 0xFFFFFFFF);
     strecken = 0;
-    fest.laufe(0, 0xFFFFFFFF, [&](const EpromStrecke& s) {
+    fest.laufe(0, 0xFFFFFFFF, [&](const EpromStrecke& st) {
         ++strecken;
-        EXPECT_EQ(s.imEprom, s.von == 0x10 || s.von == 0xFFFFFFF0) << std::hex << s.von;
+        EXPECT_EQ(st.imEprom, st.von == 0x10 || st.von == 0xFFFFFFF0) << std::hex << st.von;
         return true;
     });
     EXPECT_EQ(strecken, 4);

@@ -2,6 +2,7 @@
 // split and merge, delete, fill, swap, even/odd split, walks at the top of
 // the address space, and the bulk paths against the byte-wise ones.
 #include "image/Eprom.h"
+#include "support/EpromDifferenzen.h"
 
 #include <random>
 #include <sstream>
@@ -264,7 +265,7 @@ TEST_F(EpromTest, WalksStopAtTheTopOfTheAddressSpace) {
     EXPECT_EQ(u.liefereEndAdr(), 0x7FFFFFFFu);
 
     Eprom k(e);
-    EXPECT_EQ(e.anzeigeDifferenzen(o, "", "", k, 0xFFFFFFF0, 0xFFFFFFF0, 0xFFFFFFFF), 0u);
+    EXPECT_EQ(anzeigeDifferenzen(o, "", "", e, k, 0xFFFFFFF0, 0xFFFFFFF0, 0xFFFFFFFF), 0u);
 }
 
 TEST_F(EpromTest, HugeRegionsEndQuickly) {

@@ -64,7 +64,7 @@ TEST_F(CompilerTest, HoleParameterAndLiefereNameReportUnderTheirFunctions) {
 TEST_F(CompilerTest, EscapedApostropheProtectsAKey) {
     DynArray<String> p;
     p[0] = "X";
-    Compiler c(&p, 1);
+    Compiler mitParametern(&p, 1);
     struct {
         const char* zeile;
         const char* ergebnis;
@@ -78,7 +78,7 @@ TEST_F(CompilerTest, EscapedApostropheProtectsAKey) {
         {"\\^", "\\^"},
         {"'p1'", ""},
     };
-    for (const auto& f : faelle) EXPECT_EQ(c.ersetzeDefinitionen(f.zeile), f.ergebnis) << f.zeile;
+    for (const auto& f : faelle) EXPECT_EQ(mitParametern.ersetzeDefinitionen(f.zeile), f.ergebnis) << f.zeile;
 
     // p0 is replaced first; its value then holds the key of p1, which comes
     // later and is replaced in turn, but p0's own key is not taken again.
