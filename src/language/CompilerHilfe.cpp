@@ -29,7 +29,9 @@ void Compiler::hilfe(int mitObjekt) {
         ": bzw. sohn()      Gehe zu Sohn-KdoObjekt (aeltester Sohn)",
         "> bzw. naechster() Gehe zu Geschwister-KdoObjekt (naechst aeltestes)",
         // The one line of the program in Latin-1: kept as it always was.
+        // clang-format off
         "kdoOTypCheck       \xDC" "berpr\xFC" "fen des Kommando-Objekt-Typs",
+        // clang-format on
         "imFehlerfall       Steuerung bei Auftreten eines Fehlers",
         "anzeigeImFehlerfall Anzeige der fuer Fehlerfall definierten Steuerung",
         "<id>=holeParameter(<num>) weist <id> den <num>-ten Parameter zu",

@@ -52,6 +52,7 @@ private:
         }
     }
 
+    // clang-format off
 #define AKTION(name)                \
     void name() override {          \
         KdoParser::name();          \
@@ -76,6 +77,7 @@ private:
     AKTION(setzeName) AKTION(umsetzeDat) AKTION(umsetzeOSp)
 #undef AKTION
 #undef AKTION_MIT_TEXT
+    // clang-format on
 
     std::string log_;
     int modus_ = 1;
