@@ -5,9 +5,9 @@
 //
 // Goals: CRC-32 >= 1 GB/s; CRC-16 and four-lane sum >= 300 MB/s; standard sum
 // with 1-, 2-, 4-byte addends >= 500 MB/s.
-#include <ctime>
 #include <cstdint>
 #include <cstdio>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -29,22 +29,19 @@ constexpr std::size_t groesse = 16u << 20;
 
 // Best of a few runs, in seconds of processor time, so that other work on
 // a shared machine does not count.
-double miss(const std::function<std::uint32_t()>& lauf, std::uint32_t& ergebnis)
-{
+double miss(const std::function<std::uint32_t()>& lauf, std::uint32_t& ergebnis) {
     double best = 1e30;
     for (int i = 0; i < 5; ++i) {
         std::clock_t t0 = std::clock();
         ergebnis = lauf();
         std::clock_t t1 = std::clock();
         double s = static_cast<double>(t1 - t0) / CLOCKS_PER_SEC;
-        if (s < best)
-            best = s;
+        if (s < best) best = s;
     }
     return best > 0 ? best : 1e-9;
 }
 
-void zeile(const char* name, double sekunden, std::uint32_t ergebnis, double ziel)
-{
+void zeile(const char* name, double sekunden, std::uint32_t ergebnis, double ziel) {
     double mbs = static_cast<double>(groesse) / sekunden / 1e6;
     std::printf("%-28s %9.1f MB/s  (goal %6.0f MB/s%s)  result %08X\n", name, mbs, ziel,
                 mbs >= ziel ? "" : ", BELOW", static_cast<unsigned>(ergebnis));
@@ -52,8 +49,7 @@ void zeile(const char* name, double sekunden, std::uint32_t ergebnis, double zie
 
 // Runs Python's zlib.crc32 over the file; gives its seconds, or a negative
 // value if Python could not be run.
-double pythonZlib(const std::string& datei, std::uint32_t& crc)
-{
+double pythonZlib(const std::string& datei, std::uint32_t& crc) {
     std::string kommando =
         "python3 -c \"import sys,time,zlib\n"
         "d=open(sys.argv[1],'rb').read()\n"
@@ -61,73 +57,78 @@ double pythonZlib(const std::string& datei, std::uint32_t& crc)
         "for i in range(5):\n"
         "    t=time.process_time(); c=zlib.crc32(d); t=time.process_time()-t\n"
         "    b=min(b,t)\n"
-        "print(c, b)\" '" + datei + "' 2>/dev/null";
+        "print(c, b)\" '" +
+        datei + "' 2>/dev/null";
     FILE* rohr = popen(kommando.c_str(), "r");
-    if (!rohr)
-        return -1;
+    if (!rohr) return -1;
     unsigned long long c = 0;
     double s = -1;
     int gelesen = std::fscanf(rohr, "%llu %lf", &c, &s);
     pclose(rohr);
-    if (gelesen != 2)
-        return -1;
-    if (s <= 0)
-        s = 1e-9;
+    if (gelesen != 2) return -1;
+    if (s <= 0) s = 1e-9;
     crc = static_cast<std::uint32_t>(c);
     return s;
 }
 
-} // namespace
+}  // namespace
 
-int main()
-{
+int main() {
     std::vector<std::uint8_t> daten(groesse);
     std::mt19937_64 zufall(1234);
     for (std::size_t i = 0; i < groesse; i += 8) {
         std::uint64_t w = zufall();
-        for (std::size_t k = 0; k < 8; ++k)
-            daten[i + k] = static_cast<std::uint8_t>(w >> (8 * k));
+        for (std::size_t k = 0; k < 8; ++k) daten[i + k] = static_cast<std::uint8_t>(w >> (8 * k));
     }
     std::printf("checksum throughput on %zu MiB\n", groesse >> 20);
 
     std::uint32_t crc32 = 0, r = 0;
-    double tCrc32 = miss([&] {
-        Crc32Rechner c;
-        c.nimm(daten.data(), daten.size());
-        return c.ergebnis();
-    }, crc32);
+    double tCrc32 = miss(
+        [&] {
+            Crc32Rechner c;
+            c.nimm(daten.data(), daten.size());
+            return c.ergebnis();
+        },
+        crc32);
     zeile("CRC-32", tCrc32, crc32, 1000);
 
-    double t = miss([&] {
-        Crc16Rechner c(0x1021);
-        c.nimm(daten.data(), daten.size());
-        return static_cast<std::uint32_t>(c.ergebnis());
-    }, r);
+    double t = miss(
+        [&] {
+            Crc16Rechner c(0x1021);
+            c.nimm(daten.data(), daten.size());
+            return static_cast<std::uint32_t>(c.ergebnis());
+        },
+        r);
     zeile("CRC-16 0x1021", t, r, 300);
 
-    t = miss([&] {
-        Crc16Rechner c(0xA001);
-        c.nimm(daten.data(), daten.size());
-        return static_cast<std::uint32_t>(c.ergebnis());
-    }, r);
+    t = miss(
+        [&] {
+            Crc16Rechner c(0xA001);
+            c.nimm(daten.data(), daten.size());
+            return static_cast<std::uint32_t>(c.ergebnis());
+        },
+        r);
     zeile("CRC-16 0xA001", t, r, 300);
 
-    t = miss([&] {
-        SiemensSummierer s;
-        s.nimm(0, daten.data(), daten.size());
-        return s.ergebnis();
-    }, r);
+    t = miss(
+        [&] {
+            SiemensSummierer s;
+            s.nimm(0, daten.data(), daten.size());
+            return s.ergebnis();
+        },
+        r);
     zeile("four-lane sum", t, r, 300);
 
     for (int n : {1, 2, 4})
         for (bool swap : {false, true}) {
-            if (n == 1 && swap)
-                continue;
-            t = miss([&] {
-                StandardSummierer s(n, swap);
-                s.nimm(daten.data(), daten.size());
-                return s.summe();
-            }, r);
+            if (n == 1 && swap) continue;
+            t = miss(
+                [&] {
+                    StandardSummierer s(n, swap);
+                    s.nimm(daten.data(), daten.size());
+                    return s.summe();
+                },
+                r);
             std::string name = "standard sum, " + std::to_string(n) + "-byte" + (swap ? " swap" : "");
             zeile(name.c_str(), t, r, 500);
         }
@@ -149,7 +150,8 @@ int main()
     }
 
     std::error_code fehler;
-    auto pfad = std::filesystem::temp_directory_path(fehler) / ("checksum_bench_" + std::to_string(zufall()) + ".bin");
+    auto pfad = std::filesystem::temp_directory_path(fehler) /
+                ("checksum_bench_" + std::to_string(zufall()) + ".bin");
     {
         std::ofstream aus(pfad, std::ios::binary);
         aus.write(reinterpret_cast<const char*>(daten.data()), static_cast<std::streamsize>(daten.size()));

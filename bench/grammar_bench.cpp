@@ -81,7 +81,8 @@ void umsetze(std::size_t bytes) {
     const std::clock_t start = std::clock();
     Compiler::ausfuehreZeile("umsetze(gb_in.txt, DAT, ./gb_gram.txt, gb_out.txt)\n");
     const double t = sekunden(start);
-    std::printf("umsetze        %9zu bytes  %7.3f s  %7.2f ns/byte\n", bytes, t, t * 1e9 / static_cast<double>(bytes));
+    std::printf("umsetze        %9zu bytes  %7.3f s  %7.2f ns/byte\n", bytes, t,
+                t * 1e9 / static_cast<double>(bytes));
 }
 
 void ausfuehreTrans(std::size_t zeilen) {
@@ -89,7 +90,8 @@ void ausfuehreTrans(std::size_t zeilen) {
     const std::clock_t start = std::clock();
     Compiler::ausfuehreZeile("ausfuehreTrans(\"gb_in.txt\", DAT, ./gb_zeile.txt)\n");
     const double t = sekunden(start);
-    std::printf("ausfuehreTrans %9zu lines  %7.3f s  %7.2f us/line\n", zeilen, t, t * 1e6 / static_cast<double>(zeilen));
+    std::printf("ausfuehreTrans %9zu lines  %7.3f s  %7.2f us/line\n", zeilen, t,
+                t * 1e6 / static_cast<double>(zeilen));
 }
 
 }  // namespace
@@ -102,13 +104,14 @@ int main(int argc, char** argv) {
     Fehler::fehlerAusgabeRoutine = &zaehle;
 
     KdoListe liste{"Bench"};
-    liste.fuegeEin(new KdoKommando("setze",
-                                   "IntegerHex startAdresse  BoolIntegerHex endAdresse  IntegerHex hexWert", kdoSetze));
+    liste.fuegeEin(new KdoKommando(
+        "setze", "IntegerHex startAdresse  BoolIntegerHex endAdresse  IntegerHex hexWert", kdoSetze));
     liste.definiere(AnwKommando("setze(0, /, 0)"));
     BenchObjekt wurzel(&liste);
     wurzel.setzeVollenNamen("<Bench>B");
     KdoLaufzeit laufzeit;
-    laufzeit.setzeBaum(std::make_unique<KdoBaum>(&wurzel, kdoRelation, kdoVergleich, kdoNamensVergleich, kdoLoesche));
+    laufzeit.setzeBaum(
+        std::make_unique<KdoBaum>(&wurzel, kdoRelation, kdoVergleich, kdoNamensVergleich, kdoLoesche));
 
     schreibe("gb_gram.txt", GRAMMATIK);
     schreibe("gb_zeile.txt", ZEILEN_GRAMMATIK);
@@ -116,8 +119,8 @@ int main(int argc, char** argv) {
     umsetze(mb * 1000 * 1000);
     ausfuehreTrans(zeilen / 2);
     ausfuehreTrans(zeilen);
-    std::printf("(checksum %lld, %lld messages%s%s)\n", summe, meldungen, ersterFehler.empty() ? "" : ", first error: ",
-                ersterFehler.c_str());
+    std::printf("(checksum %lld, %lld messages%s%s)\n", summe, meldungen,
+                ersterFehler.empty() ? "" : ", first error: ", ersterFehler.c_str());
 
     for (const char* name : {"gb_in.txt", "gb_out.txt", "gb_gram.txt", "gb_zeile.txt"}) std::remove(name);
     return 0;

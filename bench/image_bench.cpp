@@ -1,8 +1,8 @@
 // Throughput of the image files and of the whole-image operations on a
 // 16 MiB image. Prints MB/s per operation; it measures, it never fails.
 #include <chrono>
-#include <ctime>
 #include <cstdio>
+#include <ctime>
 #include <functional>
 #include <memory>
 #include <random>
@@ -20,7 +20,6 @@ namespace {
 constexpr std::uint32_t groesse = 16u << 20;
 
 void verwerfe(Fehler&, int) {}
-
 
 // Wall time and the process's CPU time: on a busy machine the second tells
 // more about the code.
@@ -52,12 +51,14 @@ int main() {
     const char* hex = "image_bench.hex";
     const char* mot = "image_bench.s";
 
-    miss("binary save", groesse, [&] { return EpromDateiBinaer(bin).schreibe(bild, nullptr, nullptr, nullptr); });
+    miss("binary save", groesse,
+         [&] { return EpromDateiBinaer(bin).schreibe(bild, nullptr, nullptr, nullptr); });
     miss("binary load", groesse, [&] {
         Eprom e;
         return EpromDateiBinaer(bin).lies(e, nullptr, nullptr, nullptr);
     });
-    miss("Intel hex save (16/line)", groesse, [&] { return EpromDateiIntel(hex, 16).schreibe(bild, nullptr, nullptr, nullptr); });
+    miss("Intel hex save (16/line)", groesse,
+         [&] { return EpromDateiIntel(hex, 16).schreibe(bild, nullptr, nullptr, nullptr); });
     miss("Intel hex load", groesse, [&] {
         Eprom e;
         return EpromDateiIntel(hex, 16).lies(e, nullptr, nullptr, nullptr);

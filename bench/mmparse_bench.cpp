@@ -82,8 +82,8 @@ int main(int argc, char** argv) {
     // Byte-wise alternation without commits, translated by the output walk.
     const std::size_t klein = std::min<std::size_t>(subjekt.size(), 200000);
     start = std::chrono::steady_clock::now();
-    r = mmparse(puffer.data(), laenge + 1, "([0-9]+%N|@)*", subjekt.data(), static_cast<std::int32_t>(klein), "",
-                nullptr);
+    r = mmparse(puffer.data(), laenge + 1, "([0-9]+%N|@)*", subjekt.data(), static_cast<std::int32_t>(klein),
+                "", nullptr);
     zeige("in memory, alternation per byte (200 kB)", klein, sekunden(start), r);
     return 0;
 }

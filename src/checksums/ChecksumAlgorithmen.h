@@ -51,9 +51,9 @@ private:
     bool swap_;
     // Sums of the bytes by their position inside the addend; weighted only
     // when the result is asked for, which keeps the inner loop free of shifts.
-    std::array<std::uint64_t, 4> positionsSumme_ {};
-    std::uint32_t einzelSumme_ = 0;   // short addends of schliesseAb
-    std::uint8_t teil_[4] {};
+    std::array<std::uint64_t, 4> positionsSumme_{};
+    std::uint32_t einzelSumme_ = 0;  // short addends of schliesseAb
+    std::uint8_t teil_[4]{};
     int offen_ = 0;
 };
 
@@ -69,8 +69,8 @@ public:
     std::uint32_t ergebnis() const;
 
 private:
-    std::uint8_t summe_[4] {};
-    std::uint32_t uebertrag_[4] {};
+    std::uint8_t summe_[4]{};
+    std::uint32_t uebertrag_[4]{};
 };
 
 // CRC-32 as used by IEEE 802.3: reflected polynomial 0xEDB88320, start and
@@ -106,12 +106,11 @@ public:
 private:
     std::uint16_t register_ = 0;
     const Tabellen* tabellen_;
-    std::unique_ptr<Tabellen> eigene_;   // for a polynomial without a ready table
+    std::unique_ptr<Tabellen> eigene_;  // for a polynomial without a ready table
 };
 
 // The 16-bit result handed on as a signed number widened to 32 bits: bit 15
 // set fills the upper half with ones.
-inline std::uint32_t vorzeichenErweitert(std::uint16_t wert)
-{
+inline std::uint32_t vorzeichenErweitert(std::uint16_t wert) {
     return static_cast<std::uint32_t>(static_cast<std::int32_t>(static_cast<std::int16_t>(wert)));
 }

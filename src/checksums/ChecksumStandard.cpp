@@ -14,71 +14,48 @@ namespace {
 
 const char* const funktionBilde = "ChecksumStandard::bilde";
 
-std::uint16_t begrenzt(std::uint16_t anzahlBytes)
-{
-    return std::clamp<std::uint16_t>(anzahlBytes, 1, 4);
-}
+std::uint16_t begrenzt(std::uint16_t anzahlBytes) { return std::clamp<std::uint16_t>(anzahlBytes, 1, 4); }
 
-} // namespace
+}  // namespace
 
 ChecksumStandard::ChecksumStandard(int kompensierung, adrInteger anfAdr, adrInteger endAdr,
-                                   Checksumme* naechste, adrInteger addierWert,
-                                   std::uint16_t anzahlBytes, int swap, std::uint16_t ergebnisGroesse)
+                                   Checksumme* naechste, adrInteger addierWert, std::uint16_t anzahlBytes,
+                                   int swap, std::uint16_t ergebnisGroesse)
     : Checksumme(anfAdr, endAdr),
       naechste_(naechste),
       addierWert_(addierWert),
       kompensierung_(kompensierung != 0),
       anzahlBytes_(begrenzt(anzahlBytes)),
       swap_(swap != 0),
-      ergebnisGroesse_(ergebnisGroesse)
-{
-}
+      ergebnisGroesse_(ergebnisGroesse) {}
 
-String ChecksumStandard::liefereName() const
-{
-    return SprachText("Checksumme Standard");
-}
+String ChecksumStandard::liefereName() const { return SprachText("Checksumme Standard"); }
 
-std::uint16_t ChecksumStandard::liefereGroesse() const
-{
-    return ergebnisGroesse_;
-}
+std::uint16_t ChecksumStandard::liefereGroesse() const { return ergebnisGroesse_; }
 
-void ChecksumStandard::addiere(adrInteger* summe, adrInteger wert)
-{
-    *summe += wert;
-}
+void ChecksumStandard::addiere(adrInteger* summe, adrInteger wert) { *summe += wert; }
 
-void ChecksumStandard::komplement(adrInteger* ziel, adrInteger wert)
-{
-    *ziel = ~wert;
-}
+void ChecksumStandard::komplement(adrInteger* ziel, adrInteger wert) { *ziel = ~wert; }
 
-adrInteger ChecksumStandard::tauscheFeld(adrInteger wert) const
-{
-    if (!swap_)
-        return wert;
-    if (ergebnisGroesse_ == 2)
-        return (wert & 0xFFFF0000u) | ((wert & 0xFFu) << 8) | ((wert >> 8) & 0xFFu);
+adrInteger ChecksumStandard::tauscheFeld(adrInteger wert) const {
+    if (!swap_) return wert;
+    if (ergebnisGroesse_ == 2) return (wert & 0xFFFF0000u) | ((wert & 0xFFu) << 8) | ((wert >> 8) & 0xFFu);
     if (ergebnisGroesse_ == 4)
         return (wert >> 24) | ((wert >> 8) & 0xFF00u) | ((wert << 8) & 0xFF0000u) | (wert << 24);
     // Fields of 1 and 3 bytes keep their order.
     return wert;
 }
 
-int ChecksumStandard::schreibeFeld(Eprom& eprom, adrInteger ziel, adrInteger wert)
-{
+int ChecksumStandard::schreibeFeld(Eprom& eprom, adrInteger ziel, adrInteger wert) {
     for (std::uint32_t i = 0; i < ergebnisGroesse_; ++i) {
         std::uint32_t schieben = 8 * (ergebnisGroesse_ - 1 - i);
         auto byte = static_cast<std::uint8_t>(schieben < 32 ? (wert >> schieben) & 0xFFu : 0u);
-        if (!eprom.setzeByte(ziel + i, byte))
-            return 0;
+        if (!eprom.setzeByte(ziel + i, byte)) return 0;
     }
     return 1;
 }
 
-int ChecksumStandard::summiere(Eprom& eprom, adrInteger von, adrInteger bis, adrInteger* summe)
-{
+int ChecksumStandard::summiere(Eprom& eprom, adrInteger von, adrInteger bis, adrInteger* summe) {
     StandardSummierer summierer(anzahlBytes_, swap_ != 0);
     int ok = 1;
     eprom.laufe(von, bis, [&](const EpromStrecke& s) {
@@ -116,8 +93,7 @@ int ChecksumStandard::summiere(Eprom& eprom, adrInteger von, adrInteger bis, adr
     return ok;
 }
 
-int ChecksumStandard::bilde(int modus, Eprom& eprom, adrInteger* summe)
-{
+int ChecksumStandard::bilde(int modus, Eprom& eprom, adrInteger* summe) {
     int fehler = 0;
     *summe = 0;
     const adrInteger von = std::max(eprom.liefereAnfAdr(), std::min(anfAdr_, endAdr_));
@@ -169,10 +145,8 @@ int ChecksumStandard::bilde(int modus, Eprom& eprom, adrInteger* summe)
     }
 
     if (!fehler) {
-        if (naechste_)
-            addiere(summe, naechste_->liefereSumme(eprom));
-        if (von <= bis && !summiere(eprom, von, bis, summe))
-            ++fehler;
+        if (naechste_) addiere(summe, naechste_->liefereSumme(eprom));
+        if (von <= bis && !summiere(eprom, von, bis, summe)) ++fehler;
     }
 
     if (!fehler) {
@@ -197,13 +171,11 @@ int ChecksumStandard::bilde(int modus, Eprom& eprom, adrInteger* summe)
                     Fehler("CHK-DIFFERENT", funktionBilde,
                            "Soll: " + hex(*summe & maske, 0) + " != " + "Ist: " + hex(ist, 0), 'E');
             } else if (modus == 1) {
-                if (!schreibeFeld(eprom, t, tauscheFeld(*summe)))
-                    ++fehler;
+                if (!schreibeFeld(eprom, t, tauscheFeld(*summe))) ++fehler;
                 if (!fehler && kompensierung_) {
                     adrInteger gegen = 0;
                     komplement(&gegen, *summe);
-                    if (!schreibeFeld(eprom, t + w, tauscheFeld(gegen)))
-                        ++fehler;
+                    if (!schreibeFeld(eprom, t + w, tauscheFeld(gegen))) ++fehler;
                 }
             }
         }

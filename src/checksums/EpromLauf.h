@@ -9,8 +9,7 @@
 // Walks von..bis (von <= bis) by the image's stretches. `daten(adr, zeiger,
 // anzahl)` takes stored bytes, `nullen(adr, anzahl)` runs of zeros.
 template <typename Daten, typename Nullen>
-void laufeMitNullen(Eprom& eprom, adrInteger von, adrInteger bis, Daten daten, Nullen nullen)
-{
+void laufeMitNullen(Eprom& eprom, adrInteger von, adrInteger bis, Daten daten, Nullen nullen) {
     eprom.laufe(von, bis, [&](const EpromStrecke& s) {
         if (s.imEprom && s.daten)
             daten(s.von, s.daten, s.laenge());

@@ -20,8 +20,7 @@ using Adresse = ArgPos<KdoArgTyp::BoolIntegerHex>;
 // Start and end of the range; an absent one is the image's bound.
 // Every 32-bit address passes the images' address check, so none is made.
 void liesBereich(Eprom& eprom, KdoKommando& kommando, Adresse anf, Adresse end, adrInteger& start,
-                 adrInteger& ende)
-{
+                 adrInteger& ende) {
     start = kommando[anf].liefereArgWertBool() ? kommando[anf].liefereArgWertIntHex() : eprom.liefereAnfAdr();
     ende = kommando[end].liefereArgWertBool() ? kommando[end].liefereArgWertIntHex() : eprom.liefereEndAdr();
 }
@@ -37,49 +36,47 @@ struct ErgebnisDatei {
                   ArgPos<KdoArgTyp::String> f)
         : datei(kommando[d].liefereArgWertDatei()),
           modus(kommando[m].liefereArgWertInt()),
-          format(kommando[f].liefereArgWertStr())
-    {
-    }
-    void schreibe(Checksumme& summe, Eprom& eprom, adrInteger wert) const
-    {
+          format(kommando[f].liefereArgWertStr()) {}
+    void schreibe(Checksumme& summe, Eprom& eprom, adrInteger wert) const {
         if (datei.liefereGanz() != "/") summe.anzeigeErgebnis(eprom, wert, datei, modus, format);
     }
 };
 
-} // namespace
+}  // namespace
 
-int kdoCheckSumme(Eprom& eprom, adrInteger& letzteChecksumme, std::int32_t& geaendert, KdoKommando& kommando)
-{
+int kdoCheckSumme(Eprom& eprom, adrInteger& letzteChecksumme, std::int32_t& geaendert,
+                  KdoKommando& kommando) {
     namespace arg = checksumKommando::checksumme;
     adrInteger start, ende;
     liesBereich(eprom, kommando, arg::startAdresse, arg::endAdresse, start, ende);
     const adrInteger* ziel = optionaleAdresse(kommando, arg::zielAdresse);
     const int kompensierung = kommando[arg::kompensierung].liefereArgWertBool();
-    const adrInteger addierWert = kommando[arg::addiereLetzteChecksumme].liefereArgWertBool() ? letzteChecksumme : 0;
+    const adrInteger addierWert =
+        kommando[arg::addiereLetzteChecksumme].liefereArgWertBool() ? letzteChecksumme : 0;
     const auto anzahlBytes = static_cast<std::uint16_t>(kommando[arg::anzahlBytes].liefereArgWertInt() + 1);
-    const auto ergebnisGroesse = static_cast<std::uint16_t>(kommando[arg::ergebnisGroesse].liefereArgWertInt() + 1);
+    const auto ergebnisGroesse =
+        static_cast<std::uint16_t>(kommando[arg::ergebnisGroesse].liefereArgWertInt() + 1);
     const int swap = kommando[arg::swap].liefereArgWertBool();
     const ErgebnisDatei datei(kommando, arg::datei, arg::modus, arg::format);
 
     int ergebnis;
     {
-        ChecksumStandard summe(kompensierung, start, ende, nullptr, addierWert, anzahlBytes, swap, ergebnisGroesse);
-        if (ziel)
-            summe.setzeZielAdr(*ziel);
+        ChecksumStandard summe(kompensierung, start, ende, nullptr, addierWert, anzahlBytes, swap,
+                               ergebnisGroesse);
+        if (ziel) summe.setzeZielAdr(*ziel);
         ergebnis = summe.bildeSumme(eprom, &letzteChecksumme);
         // The file is written even after a failed sum, with what it reached;
         // intended.
         datei.schreibe(summe, eprom, letzteChecksumme);
     }
     // Also after a failure, with the unmasked partial sum; intended.
-    Fehler("CHECKSUM", "KivEprom::kdoCheckSumme ", Checksumme::hex(letzteChecksumme, 2 * ergebnisGroesse), 'S');
-    if (ziel)
-        geaendert = 1;
+    Fehler("CHECKSUM", "KivEprom::kdoCheckSumme ", Checksumme::hex(letzteChecksumme, 2 * ergebnisGroesse),
+           'S');
+    if (ziel) geaendert = 1;
     return ergebnis;
 }
 
-int kdoCheckSummeSiemens(Eprom& eprom, KdoKommando& kommando)
-{
+int kdoCheckSummeSiemens(Eprom& eprom, KdoKommando& kommando) {
     namespace arg = checksumKommando::siemens;
     adrInteger start, ende;
     liesBereich(eprom, kommando, arg::startAdresse, arg::endAdresse, start, ende);
@@ -96,8 +93,7 @@ int kdoCheckSummeSiemens(Eprom& eprom, KdoKommando& kommando)
     return ergebnis;
 }
 
-int kdoCheckSummeCRC(Eprom& eprom, std::int32_t& geaendert, KdoKommando& kommando)
-{
+int kdoCheckSummeCRC(Eprom& eprom, std::int32_t& geaendert, KdoKommando& kommando) {
     namespace arg = checksumKommando::crc;
     adrInteger start, ende;
     liesBereich(eprom, kommando, arg::startAdresse, arg::endAdresse, start, ende);
@@ -126,34 +122,29 @@ int kdoCheckSummeCRC(Eprom& eprom, std::int32_t& geaendert, KdoKommando& kommand
         maske = 0xFFFFFFFFu;
         break;
     }
-    if (ziel)
-        summe->setzeZielAdr(*ziel);
+    if (ziel) summe->setzeZielAdr(*ziel);
     adrInteger wert = 0;
     const int ergebnis = summe->bildeSumme(eprom, &wert);
     datei.schreibe(*summe, eprom, wert);
     summe.reset();
     Fehler(label, "KivEprom::kdoCheckSummeCRC ", Checksumme::hex(wert & maske, stellen), 'S');
     // Set even when the field was refused and nothing was written; intended.
-    if (ziel)
-        geaendert = 1;
+    if (ziel) geaendert = 1;
     return ergebnis;
 }
 
 // The handlers of the image's command table: the image as a command object.
 
-int kdoCheckSumme(KdoObjekt& objekt, KdoKommando& kommando)
-{
+int kdoCheckSumme(KdoObjekt& objekt, KdoKommando& kommando) {
     auto& kiv = static_cast<KivEprom&>(objekt);
     return kdoCheckSumme(*kiv.eprom, kiv.letzteChecksumme, kiv.geaendert, kommando);
 }
 
-int kdoCheckSummeSiemens(KdoObjekt& objekt, KdoKommando& kommando)
-{
+int kdoCheckSummeSiemens(KdoObjekt& objekt, KdoKommando& kommando) {
     return kdoCheckSummeSiemens(*static_cast<KivEprom&>(objekt).eprom, kommando);
 }
 
-int kdoCheckSummeCRC(KdoObjekt& objekt, KdoKommando& kommando)
-{
+int kdoCheckSummeCRC(KdoObjekt& objekt, KdoKommando& kommando) {
     auto& kiv = static_cast<KivEprom&>(objekt);
     return kdoCheckSummeCRC(*kiv.eprom, kiv.geaendert, kommando);
 }

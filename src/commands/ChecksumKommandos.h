@@ -39,9 +39,10 @@ inline constexpr ArgPos<KdoArgTyp::Bool> swap{7};
 inline constexpr ArgPos<KdoArgTyp::DateiName> datei{8};
 inline constexpr ArgPos<KdoArgTyp::Enum> modus{9};
 inline constexpr ArgPos<KdoArgTyp::String> format{10};
-inline constexpr KdoArgDekl positionen[] = {startAdresse, endAdresse,  zielAdresse, kompensierung,
-                                            addiereLetzteChecksumme, anzahlBytes, ergebnisGroesse,
-                                            swap, datei, modus, format};
+inline constexpr KdoArgDekl positionen[] = {
+    startAdresse, endAdresse,      zielAdresse, kompensierung, addiereLetzteChecksumme,
+    anzahlBytes,  ergebnisGroesse, swap,        datei,         modus,
+    format};
 }  // namespace checksumme
 
 inline constexpr const char* siemensName = "checksummeSiemens";
@@ -74,7 +75,7 @@ inline constexpr KdoArgDekl positionen[] = {startAdresse, endAdresse, zielAdress
                                             swap,         datei,      modus,       format};
 }  // namespace crc
 
-} // namespace checksumKommando
+}  // namespace checksumKommando
 
 // checksumme: the standard sum. Reports "CHECKSUM" with the sum, also after
 // a failure; gives what ChecksumStandard::bilde gave.

@@ -53,7 +53,7 @@ public:
     static constexpr std::int32_t typMotorolaS3S7 = 1;
     static constexpr std::int32_t typMotorolaS1S9 = 2;
     static constexpr std::int32_t typMotorolaS2S8 = 3;
-    static constexpr std::int32_t typMotorola = 4;   // also Motorola_DYN when writing
+    static constexpr std::int32_t typMotorola = 4;  // also Motorola_DYN when writing
     static constexpr std::int32_t typBinaer = 5;
 
     // Takes the image over.
@@ -78,10 +78,9 @@ public:
     int leseVonDatei(const DateiName& datei, std::int32_t typ, std::uint32_t nutzBytes, int swap,
                      adrInteger fuellByte, int bytesPruefen, const adrInteger* startAdresse,
                      const adrInteger* endAdresse, const adrInteger* externeAdresse);
-    int schreibeInDatei(const DateiName& datei, int ueberschreiben, std::int32_t typ,
-                        dataInteger nutzBytes, int swap, adrInteger fuellbyte,
-                        const adrInteger* startAdresse, const adrInteger* endAdresse,
-                        const adrInteger* externeAdresse);
+    int schreibeInDatei(const DateiName& datei, int ueberschreiben, std::int32_t typ, dataInteger nutzBytes,
+                        int swap, adrInteger fuellbyte, const adrInteger* startAdresse,
+                        const adrInteger* endAdresse, const adrInteger* externeAdresse);
     // Values outside 0..255 are refused ("INVALID-VALUE").
     int setzeWertVonBis(adrInteger anf, adrInteger end, std::int64_t wert);
     // Gives the number of bytes filled.
@@ -115,16 +114,16 @@ public:
     int pruefeBytes(adrInteger adresse, const String& text);
 
     // ---- Fields ----
-    using KdoObjekt::name_;                  // the short name
+    using KdoObjekt::name_;  // the short name
     std::unique_ptr<Eprom> eprom;
-    std::int32_t geaendert = 0;             // 1: differs from the file last read or saved
-    std::unique_ptr<DateiName> aktDatei;    // the file last read or written
+    std::int32_t geaendert = 0;           // 1: differs from the file last read or saved
+    std::unique_ptr<DateiName> aktDatei;  // the file last read or written
     std::int32_t aktDateiTyp = 0;
     adrInteger letzteChecksumme = 0;
     std::unique_ptr<DynArray<unsigned char>> suchMuster;
     std::int32_t suchLaenge = 0;
     adrInteger suchAdresse = 0;
-    adrInteger anzeigeAnfAdr = 0;           // range of a running display into a file
+    adrInteger anzeigeAnfAdr = 0;  // range of a running display into a file
     adrInteger anzeigeEndAdr = 0;
     std::int32_t anzeigeHex = 1;
 };

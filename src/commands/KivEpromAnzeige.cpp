@@ -26,8 +26,7 @@ constexpr std::uint32_t blockGroesse = 65536;
 // The texts of one byte value in both forms, made once.
 struct ByteTexte {
     std::array<String, 256> hex, text;
-    ByteTexte()
-    {
+    ByteTexte() {
         for (int i = 0; i < 256; ++i) {
             hex[static_cast<std::size_t>(i)] = String(hex::text(static_cast<unsigned>(i), 2));
             text[static_cast<std::size_t>(i)] = String(i < 32 ? '.' : static_cast<char>(i), 1);
@@ -35,21 +34,16 @@ struct ByteTexte {
     }
 };
 
-const ByteTexte& byteTexte()
-{
+const ByteTexte& byteTexte() {
     static const ByteTexte texte;
     return texte;
 }
 
-String hex8(adrInteger wert)
-{
-    return String(hex::text(wert, 8));
-}
+String hex8(adrInteger wert) { return String(hex::text(wert, 8)); }
 
 // The number of bytes of the regions that nobody wrote, over the whole image.
-std::uint32_t leereBytes(Eprom& eprom)
-{
-    std::ostream nirgends(nullptr);   // the listing itself is not wanted
+std::uint32_t leereBytes(Eprom& eprom) {
+    std::ostream nirgends(nullptr);  // the listing itself is not wanted
     return eprom.anzeigeBelegung(nirgends, eprom.liefereAnfAdr(), eprom.liefereEndAdr());
 }
 
@@ -57,8 +51,7 @@ std::uint32_t leereBytes(Eprom& eprom)
 // if it is `belegt`, a dash if it is not, a blank if it is not in the image.
 // Bytes are fetched in blocks; outside a free image's span and in the gaps
 // of a fixed one nothing is read, since those reads could only fail.
-void gibBytesAus(KivEprom& kiv, FmtVariable& variable)
-{
+void gibBytesAus(KivEprom& kiv, FmtVariable& variable) {
     Eprom& eprom = *kiv.eprom;
     const bool hex = kiv.anzeigeHex != 0;
     const ByteTexte& texte = byteTexte();
@@ -76,8 +69,10 @@ void gibBytesAus(KivEprom& kiv, FmtVariable& variable)
         std::uint64_t lesbarAb = a;
         std::uint64_t lesbarBis = ende;
         if (frei) {
-            if (a < anfEpr) lesbarAb = anfEpr;
-            else if (a > endEpr) lesbarAb = ende + 1;
+            if (a < anfEpr)
+                lesbarAb = anfEpr;
+            else if (a > endEpr)
+                lesbarAb = ende + 1;
             lesbarBis = std::min<std::uint64_t>(ende, endEpr);
         } else {
             adrInteger rv, rb;
@@ -93,7 +88,8 @@ void gibBytesAus(KivEprom& kiv, FmtVariable& variable)
             for (; a <= bisLeer; ++a) variable.ausgabe(leer);
             continue;
         }
-        const auto anzahl = static_cast<std::uint32_t>(std::min<std::uint64_t>(lesbarBis - a + 1, blockGroesse));
+        const auto anzahl =
+            static_cast<std::uint32_t>(std::min<std::uint64_t>(lesbarBis - a + 1, blockGroesse));
         const auto adr = static_cast<adrInteger>(a);
         if (eprom.liefereBytes(adr, anzahl, daten.data(), zaehler.data())) {
             for (std::uint32_t i = 0; i < anzahl; ++i)
@@ -117,42 +113,27 @@ void gibBytesAus(KivEprom& kiv, FmtVariable& variable)
 
 }  // namespace
 
-int KivEprom::ersetzeVariable(FmtVariable& variable)
-{
+int KivEprom::ersetzeVariable(FmtVariable& variable) {
     const int index = variable.liefereIndex(variablenListe());
     // The counts over the image's span; for an empty image the unsigned
     // difference wraps, as these counts always did.
     const auto anzahl = [this] { return eprom->liefereEndAdr() - eprom->liefereAnfAdr() + 1; };
     switch (index) {
-    case 0:
-        variable.ausgabe(hex8(anzeigeAnfAdr));
-        return 1;
-    case 1:
-        variable.ausgabe(hex8(anzeigeEndAdr));
-        return 1;
-    case 2:
-        gibBytesAus(*this, variable);
-        return 1;
-    case 3:
-        variable.ausgabe(String(std::to_string(anzahl())));
-        return 1;
+    case 0: variable.ausgabe(hex8(anzeigeAnfAdr)); return 1;
+    case 1: variable.ausgabe(hex8(anzeigeEndAdr)); return 1;
+    case 2: gibBytesAus(*this, variable); return 1;
+    case 3: variable.ausgabe(String(std::to_string(anzahl()))); return 1;
     case 4:
         variable.ausgabe(String(std::to_string(static_cast<adrInteger>(anzahl() - leereBytes(*eprom)))));
         return 1;
-    case 5:
-        variable.ausgabe(String(std::to_string(leereBytes(*eprom))));
-        return 1;
-    case 6:
-        variable.ausgabe(aktDatei ? aktDatei->liefereGanz() : String());
-        return 1;
-    default:
-        return variable.unbekannteVariable("KivEprom::anzeigeBytes", *this);
+    case 5: variable.ausgabe(String(std::to_string(leereBytes(*eprom)))); return 1;
+    case 6: variable.ausgabe(aktDatei ? aktDatei->liefereGanz() : String()); return 1;
+    default: return variable.unbekannteVariable("KivEprom::anzeigeBytes", *this);
     }
 }
 
 int KivEprom::anzeigeBytes(adrInteger anf, adrInteger end, int hex, const DateiName& datei, int modus,
-                           const String& format)
-{
+                           const String& format) {
     anzeigeAnfAdr = anf;
     anzeigeEndAdr = end;
     anzeigeHex = hex;
@@ -196,13 +177,16 @@ int KivEprom::anzeigeBytes(adrInteger anf, adrInteger end, int hex, const DateiN
     return 1;
 }
 
-int kdoAnzeige(KdoObjekt& objekt, KdoKommando& kommando)
-{
+int kdoAnzeige(KdoObjekt& objekt, KdoKommando& kommando) {
     namespace arg = kdoArg::anzeige;
     auto& kiv = static_cast<KivEprom&>(objekt);
     Eprom& eprom = *kiv.eprom;
-    const adrInteger von = kommando[arg::startAdresse].liefereArgWertBool() ? kommando[arg::startAdresse].liefereArgWertIntHex() : eprom.liefereAnfAdr();
-    const adrInteger bis = kommando[arg::endAdresse].liefereArgWertBool() ? kommando[arg::endAdresse].liefereArgWertIntHex() : eprom.liefereEndAdr();
+    const adrInteger von = kommando[arg::startAdresse].liefereArgWertBool()
+                               ? kommando[arg::startAdresse].liefereArgWertIntHex()
+                               : eprom.liefereAnfAdr();
+    const adrInteger bis = kommando[arg::endAdresse].liefereArgWertBool()
+                               ? kommando[arg::endAdresse].liefereArgWertIntHex()
+                               : eprom.liefereEndAdr();
     const char* funktion = "KivEprom::kdoAnzeige ";
     if (!KivEprom::pruefeAdresse(von, funktion) || !KivEprom::pruefeAdresse(bis, funktion)) return 0;
     const int hex = kommando[arg::darstellung].liefereArgWertInt() == 0;
@@ -211,6 +195,7 @@ int kdoAnzeige(KdoObjekt& objekt, KdoKommando& kommando)
         eprom.anzeigeBytes(von, bis, String(), *kdoAnzeigeStream, hex);
     else
         // A refused file has been reported; the command counts as done.
-        kiv.anzeigeBytes(von, bis, hex, datei, kommando[arg::modus].liefereArgWertInt(), kommando[arg::format].liefereArgWertStr());
+        kiv.anzeigeBytes(von, bis, hex, datei, kommando[arg::modus].liefereArgWertInt(),
+                         kommando[arg::format].liefereArgWertStr());
     return 1;
 }

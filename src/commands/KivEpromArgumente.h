@@ -14,7 +14,8 @@ using T = KdoArgTyp;
 
 namespace lies {
 inline constexpr const char* signatur =
-    "Enum{Intel,Motorola,Binaer} dateiTyp\t\t\t DateiName epromDatei\t\t\t BoolIntegerHex\tstartAdresse\t\t\t "
+    "Enum{Intel,Motorola,Binaer} dateiTyp\t\t\t DateiName epromDatei\t\t\t "
+    "BoolIntegerHex\tstartAdresse\t\t\t "
     "BoolIntegerHex endAdresse\t\t\t BoolIntegerHex externeAdresse\t\t\t BoolIntegerHex\tfuellByte\t\t\t "
     "Bool bytesPruefen\t\t\t Bool swap";
 inline constexpr ArgPos<T::Enum> dateiTyp{0};
@@ -36,8 +37,9 @@ inline constexpr ArgPos<T::DateiName> epromDatei{1};
 inline constexpr ArgPos<T::BoolIntegerHex> startAdresse{2}, endAdresse{3}, externeAdresse{4}, fuellbyte{5};
 inline constexpr ArgPos<T::Bool> ueberschreiben{6}, swap{7};
 inline constexpr ArgPos<T::Integer> nutzBytes{8};
-inline constexpr KdoArgDekl positionen[] = {dateiTyp,  epromDatei,     startAdresse, endAdresse, externeAdresse,
-                                            fuellbyte, ueberschreiben, swap,         nutzBytes};
+inline constexpr KdoArgDekl positionen[] = {dateiTyp,       epromDatei,     startAdresse,
+                                            endAdresse,     externeAdresse, fuellbyte,
+                                            ueberschreiben, swap,           nutzBytes};
 }  // namespace schreibe
 
 namespace schreibeEvenOdd {
@@ -51,9 +53,9 @@ inline constexpr ArgPos<T::DateiName> epromDateiEven{1}, epromDateiOdd{2};
 inline constexpr ArgPos<T::BoolIntegerHex> startAdresse{3}, endAdresse{4}, externeAdresse{5}, fuellbyte{6};
 inline constexpr ArgPos<T::Bool> ueberschreiben{7}, swap{8};
 inline constexpr ArgPos<T::Integer> nutzBytes{9};
-inline constexpr KdoArgDekl positionen[] = {dateiTyp,       epromDateiEven, epromDateiOdd, startAdresse,
-                                            endAdresse,     externeAdresse, fuellbyte,     ueberschreiben,
-                                            swap,           nutzBytes};
+inline constexpr KdoArgDekl positionen[] = {dateiTyp,   epromDateiEven, epromDateiOdd, startAdresse,
+                                            endAdresse, externeAdresse, fuellbyte,     ueberschreiben,
+                                            swap,       nutzBytes};
 }  // namespace schreibeEvenOdd
 
 namespace anzeige {

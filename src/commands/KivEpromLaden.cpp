@@ -23,25 +23,17 @@ namespace {
 constexpr std::uint64_t fortschrittAb = 4001;
 constexpr dataInteger fortschrittSchritt = 1000;
 
-String dezimal(std::uint64_t wert)
-{
-    return String(std::to_string(wert));
-}
+String dezimal(std::uint64_t wert) { return String(std::to_string(wert)); }
 
-String hexKlein(std::int64_t wert)
-{
+String hexKlein(std::int64_t wert) {
     if (wert < 0) return String("-" + hex::text(-static_cast<std::uint64_t>(wert), 1, false));
     return String(hex::text(static_cast<std::uint64_t>(wert), 1, false));
 }
 
-String hexGross(std::int64_t wert)
-{
-    return String(hex::text(static_cast<std::uint64_t>(wert)));
-}
+String hexGross(std::int64_t wert) { return String(hex::text(static_cast<std::uint64_t>(wert))); }
 
 // The Motorola line form of a write type.
-std::int32_t motorolaModus(std::int32_t typ)
-{
+std::int32_t motorolaModus(std::int32_t typ) {
     switch (typ) {
     case KivEprom::typMotorolaS3S7: return EpromDateiMotorola::S3S7;
     case KivEprom::typMotorolaS1S9: return EpromDateiMotorola::S1S9;
@@ -50,31 +42,23 @@ std::int32_t motorolaModus(std::int32_t typ)
     }
 }
 
-KivEprom& kivVon(KdoObjekt& objekt)
-{
-    return static_cast<KivEprom&>(objekt);
-}
+KivEprom& kivVon(KdoObjekt& objekt) { return static_cast<KivEprom&>(objekt); }
 
 // The file of a load or save: the one given, else the file the image last
 // came from or went to, else a file named like the image. An image made by
 // `neu(/)` keeps "/" as its file, which stands for none as everywhere.
-DateiName dateiVon(KivEprom& kiv, KdoKommando& kommando, ArgPos<KdoArgTyp::DateiName> position)
-{
+DateiName dateiVon(KivEprom& kiv, KdoKommando& kommando, ArgPos<KdoArgTyp::DateiName> position) {
     const DateiName& datei = kommando[position].liefereArgWertDatei();
     if (datei.liefereGanz() != "/") return datei;
     if (kiv.aktDatei && kiv.aktDatei->liefereGanz() != "/") return *kiv.aktDatei;
     return DateiName(kiv.liefereName());
 }
 
-adrInteger fuellWert(KdoKommando& kommando, ArgPos<KdoArgTyp::BoolIntegerHex> position)
-{
+adrInteger fuellWert(KdoKommando& kommando, ArgPos<KdoArgTyp::BoolIntegerHex> position) {
     return kommando[position].liefereArgWertBool() == 1 ? kommando[position].liefereArgWertIntHex() : 0;
 }
 
-bool istLeer(Eprom& eprom)
-{
-    return eprom.liefereAnfAdr() > eprom.liefereEndAdr();
-}
+bool istLeer(Eprom& eprom) { return eprom.liefereAnfAdr() > eprom.liefereEndAdr(); }
 
 }  // namespace
 
@@ -84,8 +68,8 @@ bool istLeer(Eprom& eprom)
 namespace {
 // The optional addresses of a file transfer, checked in order; the first
 // bad one is reported.
-bool adressenGut(const adrInteger* start, const adrInteger* ende, const adrInteger* extern_, const char* funktion)
-{
+bool adressenGut(const adrInteger* start, const adrInteger* ende, const adrInteger* extern_,
+                 const char* funktion) {
     return KivEprom::pruefeAdresse(start, funktion) && KivEprom::pruefeAdresse(ende, funktion) &&
            KivEprom::pruefeAdresse(extern_, funktion);
 }
@@ -93,8 +77,7 @@ bool adressenGut(const adrInteger* start, const adrInteger* ende, const adrInteg
 
 int KivEprom::leseVonDatei(const DateiName& datei, std::int32_t typ, std::uint32_t nutzBytes, int tausche,
                            adrInteger fuellByte, int bytesPruefen, const adrInteger* startAdresse,
-                           const adrInteger* endAdresse, const adrInteger* externeAdresse)
-{
+                           const adrInteger* endAdresse, const adrInteger* externeAdresse) {
     const char* funktion = "KivEprom::leseVonDatei ";
     if (!adressenGut(startAdresse, endAdresse, externeAdresse, funktion)) return 0;
     {
@@ -143,10 +126,10 @@ int KivEprom::leseVonDatei(const DateiName& datei, std::int32_t typ, std::uint32
     return 1;
 }
 
-int KivEprom::schreibeInDatei(const DateiName& datei, int ueberschreiben, std::int32_t typ, dataInteger nutzBytes,
-                              int tausche, adrInteger fuellbyte, const adrInteger* startAdresse,
-                              const adrInteger* endAdresse, const adrInteger* externeAdresse)
-{
+int KivEprom::schreibeInDatei(const DateiName& datei, int ueberschreiben, std::int32_t typ,
+                              dataInteger nutzBytes, int tausche, adrInteger fuellbyte,
+                              const adrInteger* startAdresse, const adrInteger* endAdresse,
+                              const adrInteger* externeAdresse) {
     const char* funktion = "KivEprom::schreibeInDatei ";
     if (!adressenGut(startAdresse, endAdresse, externeAdresse, funktion)) return 0;
     // The line writers cannot cut a record into pieces of no byte, and a
@@ -220,8 +203,7 @@ int KivEprom::schreibeInDatei(const DateiName& datei, int ueberschreiben, std::i
     return ergebnis;
 }
 
-int KivEprom::setzeWertVonBis(adrInteger anf, adrInteger end, std::int64_t wert)
-{
+int KivEprom::setzeWertVonBis(adrInteger anf, adrInteger end, std::int64_t wert) {
     const char* funktion = "KivEprom::setzeWertVonBis ";
     if (!pruefeAdresse(anf, funktion) || !pruefeAdresse(end, funktion)) return 0;
     const adrInteger lo = std::min(anf, end);
@@ -245,8 +227,7 @@ int KivEprom::setzeWertVonBis(adrInteger anf, adrInteger end, std::int64_t wert)
     return 1;
 }
 
-std::uint32_t KivEprom::fuelleVonBis(adrInteger anf, adrInteger end, std::int64_t wert)
-{
+std::uint32_t KivEprom::fuelleVonBis(adrInteger anf, adrInteger end, std::int64_t wert) {
     const char* funktion = "KivEprom::fuelleVonBis ";
     if (!pruefeAdresse(anf, funktion) || !pruefeAdresse(end, funktion)) return 0;
     adrInteger lo = std::min(anf, end);
@@ -264,15 +245,14 @@ std::uint32_t KivEprom::fuelleVonBis(adrInteger anf, adrInteger end, std::int64_
     eprom->umfasse(lo, hi);
     anzahl += eprom->fuelle(byte, &lo, &hi);
     if (anzahl != 0) {
-        Fehler("EPR-BYTES-FILLED-WITH", "KivEprom::fuelleVonBis", dezimal(anzahl) + " bytes -> " + hexGross(wert),
-               'S');
+        Fehler("EPR-BYTES-FILLED-WITH", "KivEprom::fuelleVonBis",
+               dezimal(anzahl) + " bytes -> " + hexGross(wert), 'S');
         geaendert = 1;
     }
     return anzahl;
 }
 
-int KivEprom::swap(const adrInteger* anf, const adrInteger* end)
-{
+int KivEprom::swap(const adrInteger* anf, const adrInteger* end) {
     const char* funktion = "KivEprom::swap ";
     if (!pruefeAdresse(anf, funktion) || !pruefeAdresse(end, funktion)) return 0;
     const adrInteger a = anf ? *anf : eprom->liefereAnfAdr();
@@ -290,8 +270,7 @@ int KivEprom::swap(const adrInteger* anf, const adrInteger* end)
     return ergebnis;
 }
 
-int KivEprom::setzeBereich(adrInteger anf, adrInteger end)
-{
+int KivEprom::setzeBereich(adrInteger anf, adrInteger end) {
     const char* funktion = "KivEprom::setzeBereich ";
     if (!pruefeAdresse(anf, funktion) || !pruefeAdresse(end, funktion)) return 0;
     // A region lives in one byte array of bounded span; a larger one would
@@ -310,8 +289,7 @@ int KivEprom::setzeBereich(adrInteger anf, adrInteger end)
     return ergebnis;
 }
 
-int KivEprom::loescheBereich(adrInteger adr)
-{
+int KivEprom::loescheBereich(adrInteger adr) {
     const char* funktion = "KivEprom::loescheBereich ";
     if (!pruefeAdresse(adr, funktion)) return 0;
     if (eprom->loescheBereich(adr) > 0) {
@@ -322,18 +300,18 @@ int KivEprom::loescheBereich(adrInteger adr)
     return 0;
 }
 
-int KivEprom::kopiere(adrInteger anf, adrInteger end, adrInteger ziel, KivEprom& zielEprom)
-{
+int KivEprom::kopiere(adrInteger anf, adrInteger end, adrInteger ziel, KivEprom& zielEprom) {
     const char* funktion = "KivEprom::kopiere ";
     if (!pruefeAdresse(anf, funktion) || !pruefeAdresse(end, funktion) || !pruefeAdresse(ziel, funktion))
         return 0;
     BearbeitungsFortschritt fortschritt(fortschrittSchritt, String());
     const bool lang = end >= anf && std::uint64_t(end) - anf >= fortschrittAb;
-    if (end < anf) return 1;   // nothing to copy
+    if (end < anf) return 1;  // nothing to copy
 
     const std::uint64_t laenge = std::uint64_t(end) - anf;
     if (std::uint64_t(ziel) + laenge > 0xFFFFFFFFu) {
-        Fehler("INVALID-ADDRESS", funktion, "Adresse zu gross: " + hexGross(std::uint64_t(ziel) + laenge), 'E');
+        Fehler("INVALID-ADDRESS", funktion, "Adresse zu gross: " + hexGross(std::uint64_t(ziel) + laenge),
+               'E');
         return 0;
     }
     // The direction follows the addresses alone, so that a copy within one
@@ -364,7 +342,8 @@ int KivEprom::kopiere(adrInteger anf, adrInteger end, adrInteger ziel, KivEprom&
         if (eprom->liefereBytes(von, static_cast<std::uint32_t>(n), puffer.data()) &&
             nimmtAn(nach, static_cast<adrInteger>(nach + (n - 1)))) {
             geschrieben = true;
-            if (zielEprom.eprom->setzeBytes(nach, puffer.data(), static_cast<std::uint32_t>(n), 1) != n) ergebnis = 0;
+            if (zielEprom.eprom->setzeBytes(nach, puffer.data(), static_cast<std::uint32_t>(n), 1) != n)
+                ergebnis = 0;
             if (lang) fortschritt += static_cast<dataInteger>(n);
         } else {
             for (std::uint64_t i = 0; i < n; ++i) {
@@ -387,8 +366,7 @@ int KivEprom::kopiere(adrInteger anf, adrInteger end, adrInteger ziel, KivEprom&
 // ---------------------------------------------------------------------------
 // Handlers
 
-int kdoInfo(KdoObjekt& objekt, KdoKommando&)
-{
+int kdoInfo(KdoObjekt& objekt, KdoKommando&) {
     KivEprom& kiv = kivVon(objekt);
     std::ostream& os = *kdoAnzeigeStream;
     os << std::dec << "Dateiname: " << (kiv.aktDatei ? kiv.aktDatei->liefereGanz() : String()) << '\n';
@@ -398,32 +376,32 @@ int kdoInfo(KdoObjekt& objekt, KdoKommando&)
     return 1;
 }
 
-int kdoLies(KdoObjekt& objekt, KdoKommando& kommando)
-{
+int kdoLies(KdoObjekt& objekt, KdoKommando& kommando) {
     namespace arg = kdoArg::lies;
     KivEprom& kiv = kivVon(objekt);
     static const std::int32_t typen[] = {KivEprom::typIntel, KivEprom::typMotorola, KivEprom::typBinaer};
     const dataInteger wahl = kommando[arg::dateiTyp].liefereArgWertInt();
     const std::int32_t typ = typen[wahl >= 0 && wahl < 3 ? wahl : 0];
     const DateiName datei = dateiVon(kiv, kommando, arg::epromDatei);
-    return kiv.leseVonDatei(datei, typ, 16, kommando[arg::swap].liefereArgWertBool(), fuellWert(kommando, arg::fuellByte),
-                            kommando[arg::bytesPruefen].liefereArgWertBool(), optionaleAdresse(kommando, arg::startAdresse),
-                            optionaleAdresse(kommando, arg::endAdresse), optionaleAdresse(kommando, arg::externeAdresse));
+    return kiv.leseVonDatei(
+        datei, typ, 16, kommando[arg::swap].liefereArgWertBool(), fuellWert(kommando, arg::fuellByte),
+        kommando[arg::bytesPruefen].liefereArgWertBool(), optionaleAdresse(kommando, arg::startAdresse),
+        optionaleAdresse(kommando, arg::endAdresse), optionaleAdresse(kommando, arg::externeAdresse));
 }
 
-int kdoSchreibe(KdoObjekt& objekt, KdoKommando& kommando)
-{
+int kdoSchreibe(KdoObjekt& objekt, KdoKommando& kommando) {
     namespace arg = kdoArg::schreibe;
     KivEprom& kiv = kivVon(objekt);
     const DateiName datei = dateiVon(kiv, kommando, arg::epromDatei);
-    return kiv.schreibeInDatei(datei, kommando[arg::ueberschreiben].liefereArgWertBool(), kommando[arg::dateiTyp].liefereArgWertInt(),
-                               kommando[arg::nutzBytes].liefereArgWertInt(), kommando[arg::swap].liefereArgWertBool(),
-                               fuellWert(kommando, arg::fuellbyte), optionaleAdresse(kommando, arg::startAdresse),
-                               optionaleAdresse(kommando, arg::endAdresse), optionaleAdresse(kommando, arg::externeAdresse));
+    return kiv.schreibeInDatei(
+        datei, kommando[arg::ueberschreiben].liefereArgWertBool(),
+        kommando[arg::dateiTyp].liefereArgWertInt(), kommando[arg::nutzBytes].liefereArgWertInt(),
+        kommando[arg::swap].liefereArgWertBool(), fuellWert(kommando, arg::fuellbyte),
+        optionaleAdresse(kommando, arg::startAdresse), optionaleAdresse(kommando, arg::endAdresse),
+        optionaleAdresse(kommando, arg::externeAdresse));
 }
 
-int kdoSchreibeEvenOdd(KdoObjekt& objekt, KdoKommando& kommando)
-{
+int kdoSchreibeEvenOdd(KdoObjekt& objekt, KdoKommando& kommando) {
     namespace arg = kdoArg::schreibeEvenOdd;
     KivEprom& kiv = kivVon(objekt);
     const DateiName gerade = kommando[arg::epromDateiEven].liefereArgWertDatei();
@@ -444,50 +422,50 @@ int kdoSchreibeEvenOdd(KdoObjekt& objekt, KdoKommando& kommando)
     const adrInteger* start = optionaleAdresse(kommando, arg::startAdresse);
     const adrInteger* ende = optionaleAdresse(kommando, arg::endAdresse);
     const adrInteger* extern_ = optionaleAdresse(kommando, arg::externeAdresse);
-    int ergebnis = even.schreibeInDatei(gerade, ueberschreiben, typ, nutzBytes, tausche, fuell, start, ende, extern_);
+    int ergebnis =
+        even.schreibeInDatei(gerade, ueberschreiben, typ, nutzBytes, tausche, fuell, start, ende, extern_);
     if (ergebnis == 1)
-        ergebnis = odd.schreibeInDatei(ungerade, ueberschreiben, typ, nutzBytes, tausche, fuell, start, ende, extern_);
+        ergebnis = odd.schreibeInDatei(ungerade, ueberschreiben, typ, nutzBytes, tausche, fuell, start, ende,
+                                       extern_);
     return ergebnis;
 }
 
-int kdoSetze(KdoObjekt& objekt, KdoKommando& kommando)
-{
+int kdoSetze(KdoObjekt& objekt, KdoKommando& kommando) {
     namespace arg = kdoArg::setze;
     const adrInteger start = kommando[arg::startAdresse].liefereArgWertIntHex();
     const adrInteger* ende = optionaleAdresse(kommando, arg::endAdresse);
-    return kivVon(objekt).setzeWertVonBis(start, ende ? *ende : start, kommando[arg::hexWert].liefereArgWertIntHex());
+    return kivVon(objekt).setzeWertVonBis(start, ende ? *ende : start,
+                                          kommando[arg::hexWert].liefereArgWertIntHex());
 }
 
-int kdoDefiniereBereich(KdoObjekt& objekt, KdoKommando& kommando)
-{
+int kdoDefiniereBereich(KdoObjekt& objekt, KdoKommando& kommando) {
     namespace arg = kdoArg::definiereBereich;
-    return kivVon(objekt).setzeBereich(kommando[arg::anfAdresse].liefereArgWertIntHex(), kommando[arg::endAdresse].liefereArgWertIntHex());
+    return kivVon(objekt).setzeBereich(kommando[arg::anfAdresse].liefereArgWertIntHex(),
+                                       kommando[arg::endAdresse].liefereArgWertIntHex());
 }
 
-int kdoLoescheBereich(KdoObjekt& objekt, KdoKommando& kommando)
-{
+int kdoLoescheBereich(KdoObjekt& objekt, KdoKommando& kommando) {
     namespace arg = kdoArg::loescheBereich;
     return kivVon(objekt).loescheBereich(kommando[arg::anfAdresse].liefereArgWertIntHex());
 }
 
-int kdoFuelle(KdoObjekt& objekt, KdoKommando& kommando)
-{
+int kdoFuelle(KdoObjekt& objekt, KdoKommando& kommando) {
     namespace arg = kdoArg::fuelle;
     // Nothing left to fill fails the command, without a message.
-    return kivVon(objekt).fuelleVonBis(kommando[arg::startAdresse].liefereArgWertIntHex(), kommando[arg::endAdresse].liefereArgWertIntHex(),
+    return kivVon(objekt).fuelleVonBis(kommando[arg::startAdresse].liefereArgWertIntHex(),
+                                       kommando[arg::endAdresse].liefereArgWertIntHex(),
                                        kommando[arg::hexWert].liefereArgWertIntHex()) != 0
                ? 1
                : 0;
 }
 
-int kdoSwap(KdoObjekt& objekt, KdoKommando& kommando)
-{
+int kdoSwap(KdoObjekt& objekt, KdoKommando& kommando) {
     namespace arg = kdoArg::bereich;
-    return kivVon(objekt).swap(optionaleAdresse(kommando, arg::startAdresse), optionaleAdresse(kommando, arg::endAdresse));
+    return kivVon(objekt).swap(optionaleAdresse(kommando, arg::startAdresse),
+                               optionaleAdresse(kommando, arg::endAdresse));
 }
 
-int kdoKopiere(KdoObjekt& objekt, KdoKommando& kommando)
-{
+int kdoKopiere(KdoObjekt& objekt, KdoKommando& kommando) {
     namespace arg = kdoArg::kopiere;
     KivEprom& kiv = kivVon(objekt);
     const adrInteger* anf = optionaleAdresse(kommando, arg::quelleStartAdresse);

@@ -3,8 +3,8 @@
 // Covered by tests/unit/commands/KivEpromPruefenTest.cpp.
 #include <algorithm>
 #include <bit>
-#include <cstring>
 #include <cstdio>
+#include <cstring>
 #include <fstream>
 #include <iomanip>
 #include <ostream>
@@ -24,8 +24,7 @@
 namespace {
 
 // One line of the occupancy listing, in the stream's present letter case.
-std::uint64_t schreibeLauf(std::ostream& os, adrInteger von, adrInteger bis, int anzahl)
-{
+std::uint64_t schreibeLauf(std::ostream& os, adrInteger von, adrInteger bis, int anzahl) {
     const char alt = os.fill('0');
     os << std::hex << "[" << std::setw(5) << von << " .. " << std::setw(5) << bis << "] -> " << std::dec
        << anzahl << std::hex << "\n";
@@ -39,10 +38,11 @@ std::uint64_t schreibeLauf(std::ostream& os, adrInteger von, adrInteger bis, int
 // both images, as the display reads it, so the regions that reads leave in
 // free images are the same. Gives the number of differing addresses.
 std::uint32_t zeigeDifferenzen(std::ostream& os, const String& name1, const String& name2, Eprom& eins,
-                               Eprom& anderes, adrInteger anf1, adrInteger anf2, adrInteger end1)
-{
+                               Eprom& anderes, adrInteger anf1, adrInteger anf2, adrInteger end1) {
     os << std::hex << std::uppercase << "\n";
-    if (!name1.istLeer()) os << "Zeile 1: " << name1 << "\n" << "Zeile 2: " << name2 << "\n";
+    if (!name1.istLeer())
+        os << "Zeile 1: " << name1 << "\n"
+           << "Zeile 2: " << name2 << "\n";
     if (end1 < anf1) return 0;
 
     // Whole lines of 16 addresses; as long as a storage chunk, so that a
@@ -51,7 +51,8 @@ std::uint32_t zeigeDifferenzen(std::ostream& os, const String& name1, const Stri
     constexpr std::uint32_t block = 32768;
     std::vector<std::uint8_t> puffer1(block), puffer2(block), zpuffer1(block), zpuffer2(block);
     const std::uint8_t *w1, *w2, *z1, *z2;
-    auto direkt = [](Eprom& e, adrInteger von, std::uint32_t n, const std::uint8_t*& w, const std::uint8_t*& z) {
+    auto direkt = [](Eprom& e, adrInteger von, std::uint32_t n, const std::uint8_t*& w,
+                     const std::uint8_t*& z) {
         EpromStrecke st;
         e.liefereStrecke(von, 0xFFFFFFFF, st);
         if (std::uint64_t(st.bis) < std::uint64_t(von) + n - 1 || !st.imEprom || !st.daten || !st.anzSchr)
@@ -72,7 +73,8 @@ std::uint32_t zeigeDifferenzen(std::ostream& os, const String& name1, const Stri
         if (vorWrap < anzahl || !direkt(anderes, b, anzahl, w2, z2)) {
             anderes.liefereBytes(b, vorWrap, puffer2.data(), zpuffer2.data());
             if (vorWrap < anzahl)
-                anderes.liefereBytes(0, anzahl - vorWrap, puffer2.data() + vorWrap, zpuffer2.data() + vorWrap);
+                anderes.liefereBytes(0, anzahl - vorWrap, puffer2.data() + vorWrap,
+                                     zpuffer2.data() + vorWrap);
             w2 = puffer2.data();
             z2 = zpuffer2.data();
         }
@@ -86,7 +88,8 @@ std::uint32_t zeigeDifferenzen(std::ostream& os, const String& name1, const Stri
         if (std::memcmp(w1, w2, anzahl) == 0 && std::memcmp(z1, z2, anzahl) == 0) continue;
         for (std::uint32_t i = 0; i < anzahl; i += 16) {
             const std::uint32_t laenge = std::min<std::uint32_t>(16, anzahl - i);
-            if (std::memcmp(&w1[i], &w2[i], laenge) == 0 && std::memcmp(&z1[i], &z2[i], laenge) == 0) continue;
+            if (std::memcmp(&w1[i], &w2[i], laenge) == 0 && std::memcmp(&z1[i], &z2[i], laenge) == 0)
+                continue;
             std::uint32_t maske = 0;
             for (std::uint32_t k = 0; k < laenge; ++k) {
                 const std::uint32_t j = i + k;
@@ -131,20 +134,17 @@ std::uint32_t zeigeDifferenzen(std::ostream& os, const String& name1, const Stri
 
 }  // namespace
 
-int KivEprom::pruefeAdresse(std::uint64_t adr, const char* funktion)
-{
+int KivEprom::pruefeAdresse(std::uint64_t adr, const char* funktion) {
     if (adr <= 0xFFFFFFFF) return 1;
     Fehler("INVALID-ADDRESS", funktion, String("Adresse zu gross: " + hex::text(adr)), 'E');
     return 0;
 }
 
-int KivEprom::pruefeAdresse(const adrInteger* adr, const char* funktion)
-{
+int KivEprom::pruefeAdresse(const adrInteger* adr, const char* funktion) {
     return adr ? pruefeAdresse(std::uint64_t(*adr), funktion) : 1;
 }
 
-std::uint32_t KivEprom::pruefeBelegt(const adrInteger* anf, const adrInteger* end)
-{
+std::uint32_t KivEprom::pruefeBelegt(const adrInteger* anf, const adrInteger* end) {
     const adrInteger anfEpr = eprom->liefereAnfAdr();
     const adrInteger endEpr = eprom->liefereEndAdr();
     const adrInteger von = anf ? *anf : anfEpr;
@@ -162,8 +162,7 @@ std::uint32_t KivEprom::pruefeBelegt(const adrInteger* anf, const adrInteger* en
     return static_cast<std::uint32_t>(std::min<std::uint64_t>(frei, 0xFFFFFFFF));
 }
 
-int kdoPruefeMehrfachbelegung(KdoObjekt& objekt, KdoKommando& kommando)
-{
+int kdoPruefeMehrfachbelegung(KdoObjekt& objekt, KdoKommando& kommando) {
     namespace arg = kdoArg::bereich;
     auto& kiv = static_cast<KivEprom&>(objekt);
     const adrInteger* anf = optionaleAdresse(kommando, arg::startAdresse);
@@ -174,8 +173,7 @@ int kdoPruefeMehrfachbelegung(KdoObjekt& objekt, KdoKommando& kommando)
     return 1;
 }
 
-int kdoVergleiche(KdoObjekt& objekt, KdoKommando& kommando)
-{
+int kdoVergleiche(KdoObjekt& objekt, KdoKommando& kommando) {
     namespace arg = kdoArg::vergleiche;
     auto& kiv = static_cast<KivEprom&>(objekt);
     const char* funktion = "KivEprom::kdoVergleiche ";
@@ -200,8 +198,8 @@ int kdoVergleiche(KdoObjekt& objekt, KdoKommando& kommando)
     const String& dateiText = datei.liefereGanz();
     std::uint32_t unterschiede;
     if (dateiText == "/") {
-        unterschiede =
-            zeigeDifferenzen(*kdoAnzeigeStream, kiv.name_, anderes->name_, eprom, *anderes->eprom, von, ziel, bis);
+        unterschiede = zeigeDifferenzen(*kdoAnzeigeStream, kiv.name_, anderes->name_, eprom, *anderes->eprom,
+                                        von, ziel, bis);
         Fehler("NO-OF-DIFFERENCES", funktion, String(std::to_string(unterschiede)), 'S');
     } else {
         SichereAusgabe ausgabe(dateiText);
@@ -211,7 +209,8 @@ int kdoVergleiche(KdoObjekt& objekt, KdoKommando& kommando)
         }
         std::ostream& strom = ausgabe.strom();
         Fehler("WRITE-DIFFERENCES-TO-FILE", funktion, dateiText, 'S');
-        unterschiede = zeigeDifferenzen(strom, kiv.name_, anderes->name_, eprom, *anderes->eprom, von, ziel, bis);
+        unterschiede =
+            zeigeDifferenzen(strom, kiv.name_, anderes->name_, eprom, *anderes->eprom, von, ziel, bis);
         // The count follows the base the display left the stream in:
         // hexadecimal. Intended.
         strom << "NO-OF-DIFFERENCES " << unterschiede << "\n";

@@ -23,16 +23,14 @@ constexpr std::uint64_t letzteAdresse = 0xFFFFFFFF;
 
 // Writes an address with five digits, "0"-filled, and leaves the fill as it
 // was; the stream's base and case stay as the caller set them.
-void schreibeAdresse(std::ostream& os, adrInteger adr)
-{
+void schreibeAdresse(std::ostream& os, adrInteger adr) {
     char alt = os.fill('0');
     os << std::setw(5) << adr;
     os.fill(alt);
 }
 
 // The pattern as stored: through the byte array with its element limit.
-std::vector<std::uint8_t> musterVon(const KivEprom& kiv)
-{
+std::vector<std::uint8_t> musterVon(const KivEprom& kiv) {
     std::vector<std::uint8_t> m;
     if (!kiv.suchMuster || kiv.suchLaenge <= 0) return m;
     m.reserve(static_cast<std::size_t>(kiv.suchLaenge));
@@ -42,8 +40,7 @@ std::vector<std::uint8_t> musterVon(const KivEprom& kiv)
 
 }  // namespace
 
-int KivEprom::setzeSuchMuster(const String& text, int hex)
-{
+int KivEprom::setzeSuchMuster(const String& text, int hex) {
     String t = text;
     std::vector<std::uint8_t> bytes;
     const bool gut = leseMuster(t, hex, bytes);
@@ -55,8 +52,7 @@ int KivEprom::setzeSuchMuster(const String& text, int hex)
     return 1;
 }
 
-int KivEprom::sucheMuster(adrInteger von, adrInteger bis)
-{
+int KivEprom::sucheMuster(adrInteger von, adrInteger bis) {
     MusterSuche suche(*eprom, musterVon(*this), von, bis);
     adrInteger treffer = 0;
     const int gefunden = suche.naechster(treffer);
@@ -64,8 +60,7 @@ int KivEprom::sucheMuster(adrInteger von, adrInteger bis)
     return gefunden;
 }
 
-int KivEprom::pruefeBytes(adrInteger adresse, const String& text)
-{
+int KivEprom::pruefeBytes(adrInteger adresse, const String& text) {
     pruefeAdresse(adresse, "KivEprom::pruefeBytes");
     std::ostringstream meldung;
     meldung << "[" << std::hex << std::uppercase << std::setfill('0') << std::setw(6) << adresse << "]: ";
@@ -82,7 +77,8 @@ int KivEprom::pruefeBytes(adrInteger adresse, const String& text)
         Fehler("INVALID-CHECK-VALUE", "KivEprom::kdoPruefeByteFolge ", wert, 'E');
         ergebnis = 0;
     } else {
-        const std::uint64_t ende = std::min<std::uint64_t>(std::uint64_t(adresse) + suchLaenge - 1, letzteAdresse);
+        const std::uint64_t ende =
+            std::min<std::uint64_t>(std::uint64_t(adresse) + suchLaenge - 1, letzteAdresse);
         ergebnis = sucheMuster(adresse, static_cast<adrInteger>(ende));
         meldung << wert;
         Fehler(ergebnis ? "CHECK-BYTE-TRUE" : "CHECK-BYTE-FALSE", "KivEprom::kdoPruefeByte ", meldung, 'S');
@@ -101,8 +97,7 @@ namespace {
 
 // Reads the search text of suche and sucheErstes into the pattern; reports
 // a refused one.
-bool setzeSuche(KivEprom& kiv, KdoKommando& kommando)
-{
+bool setzeSuche(KivEprom& kiv, KdoKommando& kommando) {
     namespace arg = kdoArg::suche;
     String text = kommando[arg::suchText].liefereArgWertStr();
     const int hex = kommando[arg::darstellung].liefereArgWertInt() == 0;
@@ -114,26 +109,27 @@ bool setzeSuche(KivEprom& kiv, KdoKommando& kommando)
 
 // The answer of sucheErstes and sucheNaechstes: the first match in von..bis
 // after `vorspann`, or that there is none.
-int zeigeTreffer(std::ostream& os, KivEprom& kiv, adrInteger von, adrInteger bis, const char* vorspann)
-{
+int zeigeTreffer(std::ostream& os, KivEprom& kiv, adrInteger von, adrInteger bis, const char* vorspann) {
     if (kiv.sucheMuster(von, bis)) {
         os << vorspann;
         schreibeAdresse(os, kiv.suchAdresse);
-        os << "] " << "\n";
+        os << "] "
+           << "\n";
         return 1;
     }
-    os << "Muster nicht gefunden" << "\n";
+    os << "Muster nicht gefunden"
+       << "\n";
     return 0;
 }
 
 }  // namespace
 
-int kdoSuche(KdoObjekt& objekt, KdoKommando& kommando)
-{
+int kdoSuche(KdoObjekt& objekt, KdoKommando& kommando) {
     auto& kiv = static_cast<KivEprom&>(objekt);
     if (!setzeSuche(kiv, kommando)) return 0;
     std::ostream& os = *kdoAnzeigeStream;
-    os << std::hex << std::uppercase << "Suchergebnis: " << "\n";
+    os << std::hex << std::uppercase << "Suchergebnis: "
+       << "\n";
 
     // One walk for all matches: each next one is looked for from the byte
     // behind the last, so overlapping matches count.
@@ -148,49 +144,50 @@ int kdoSuche(KdoObjekt& objekt, KdoKommando& kommando)
     }
     kiv.suchAdresse = 0;
     if (anzahl == 0)
-        os << "Muster nicht gefunden" << "\n";
+        os << "Muster nicht gefunden"
+           << "\n";
     else if (anzahl % 8 != 0)
         os << "\n";
     return 1;
 }
 
-int kdoSucheErstes(KdoObjekt& objekt, KdoKommando& kommando)
-{
+int kdoSucheErstes(KdoObjekt& objekt, KdoKommando& kommando) {
     auto& kiv = static_cast<KivEprom&>(objekt);
     if (!setzeSuche(kiv, kommando)) return 0;
     std::ostream& os = *kdoAnzeigeStream;
-    os << std::hex << std::uppercase << " " << "\n";
+    os << std::hex << std::uppercase << " "
+       << "\n";
     return zeigeTreffer(os, kiv, kiv.eprom->liefereAnfAdr(), kiv.eprom->liefereEndAdr(), "Erste Adresse: [");
 }
 
-int kdoSucheNaechstes(KdoObjekt& objekt, KdoKommando&)
-{
+int kdoSucheNaechstes(KdoObjekt& objekt, KdoKommando&) {
     auto& kiv = static_cast<KivEprom&>(objekt);
     if (!kiv.suchMuster || kiv.suchLaenge <= 0) return 0;
     // A search that failed left suchAdresse 0, so the next one starts at 1.
     const adrInteger von = kiv.suchAdresse + 1;
     const adrInteger bis = kiv.eprom->liefereEndAdr();
     std::ostream& os = *kdoAnzeigeStream;
-    os << std::hex << std::uppercase << " " << "\n";
+    os << std::hex << std::uppercase << " "
+       << "\n";
     if (bis < von) {
-        os << "Epromende erreicht" << "\n";
+        os << "Epromende erreicht"
+           << "\n";
         kiv.suchAdresse = 0;
         return 0;
     }
     return zeigeTreffer(os, kiv, von, bis, "Naechste Adresse: [");
 }
 
-int kdoPruefeByte(KdoObjekt& objekt, KdoKommando& kommando)
-{
+int kdoPruefeByte(KdoObjekt& objekt, KdoKommando& kommando) {
     namespace arg = kdoArg::pruefeByte;
     auto& kiv = static_cast<KivEprom&>(objekt);
     const adrInteger adresse = kommando[arg::adresse].liefereArgWertIntHex();
     if (!KivEprom::pruefeAdresse(adresse, "KivEprom::kdoPruefeByte")) return 0;
-    return kiv.pruefeBytes(adresse, String(hex::text(kommando[arg::hexWert].liefereArgWertIntHex(), 1, false)));
+    return kiv.pruefeBytes(adresse,
+                           String(hex::text(kommando[arg::hexWert].liefereArgWertIntHex(), 1, false)));
 }
 
-int kdoPruefeBytefolge(KdoObjekt& objekt, KdoKommando& kommando)
-{
+int kdoPruefeBytefolge(KdoObjekt& objekt, KdoKommando& kommando) {
     namespace arg = kdoArg::pruefeBytefolge;
     auto& kiv = static_cast<KivEprom&>(objekt);
     const adrInteger adresse = kommando[arg::adresse].liefereArgWertIntHex();

@@ -3,9 +3,9 @@
 #include <iostream>
 
 #include "commands/ChecksumKommandos.h"
-#include "foundation/Abbruch.h"
 #include "commands/KivEprom.h"
 #include "commands/KivEpromArgumente.h"
+#include "foundation/Abbruch.h"
 #include "language/KdoGlobal.h"
 #include "language/KdoKommando.h"
 #include "language/KdoListe.h"
@@ -55,8 +55,7 @@ const KdoEintrag tabelle[] = {
 
 }  // namespace
 
-void bauKivEpromListe()
-{
+void bauKivEpromListe() {
     // The inspect commands write to this stream; without it the table is
     // useless, and the program stops here.
     if (!kdoAnzeigeStream) zusicherungVerletzt("kdoAnzeigeStream != NULL, file kiveprom, line 174");
@@ -65,7 +64,4 @@ void bauKivEpromListe()
     kivEpromListe->fuegeEin(tabelle);
 }
 
-std::span<const KdoEintrag> kivEpromTabelle()
-{
-    return tabelle;
-}
+std::span<const KdoEintrag> kivEpromTabelle() { return tabelle; }

@@ -21,34 +21,24 @@ const char* const schliesseFunktion = "KivEprom::kdoSchliesse ";
 // The longest word the commands read as an image name.
 constexpr std::size_t maxNamenLaenge = 32;
 
-String dezimal(std::int32_t wert)
-{
-    return String(static_cast<dataInteger>(wert));
-}
+String dezimal(std::int32_t wert) { return String(static_cast<dataInteger>(wert)); }
 
 }  // namespace
 
 KivObjekt::KivObjekt(const String& name, const String& vollerName)
-    : KdoObjekt(name, vollerName), epromListe(std::make_unique<Liste>(1, "Eprom-Liste"))
-{
-}
+    : KdoObjekt(name, vollerName), epromListe(std::make_unique<Liste>(1, "Eprom-Liste")) {}
 
 // The list owns the images; each one leaves the tree as it dies.
 KivObjekt::~KivObjekt() = default;
 
-KdoListe* KivObjekt::liefereKdoListe()
-{
-    return kivObjektListe;
-}
+KdoListe* KivObjekt::liefereKdoListe() { return kivObjektListe; }
 
-const String& KivObjekt::liefereKdoOTyp() const
-{
+const String& KivObjekt::liefereKdoOTyp() const {
     static const String typ("Kiv");
     return typ;
 }
 
-KivEprom* KivObjekt::neuesEprom(const DateiName& datei)
-{
+KivEprom* KivObjekt::neuesEprom(const DateiName& datei) {
     String name;
     if (datei.liefereGanz() != "/") {
         name = datei.liefereName();
@@ -93,20 +83,18 @@ KivEprom* KivObjekt::neuesEprom(const DateiName& datei)
     return neu;
 }
 
-KivEprom* KivObjekt::sucheEprom(const String& name)
-{
-    ListenElement* e = epromListe->sucheElementF(name, ListenSuche::JEDE_AUSWAHL, ListenSuche::STILL, ListenSuche::EXAKT);
+KivEprom* KivObjekt::sucheEprom(const String& name) {
+    ListenElement* e =
+        epromListe->sucheElementF(name, ListenSuche::JEDE_AUSWAHL, ListenSuche::STILL, ListenSuche::EXAKT);
     return e ? static_cast<KivEprom*>(e) : nullptr;
 }
 
-int KivObjekt::entferneEprom(KivEprom* kivEprom)
-{
+int KivObjekt::entferneEprom(KivEprom* kivEprom) {
     if (!kivEprom || sucheEprom(kivEprom->liefereName()) != kivEprom) return 0;
     return epromListe->entferneAktuell() == kivEprom ? 1 : 0;
 }
 
-int KivObjekt::schliesse(const String& name, int immer)
-{
+int KivObjekt::schliesse(const String& name, int immer) {
     KdoObjektBasis* objekt = kdoBaum() ? kdoBaum()->suche(name, 0) : nullptr;
     // The name may lead to the root itself or another object that is not an
     // open image; that is no image to close.
@@ -130,8 +118,7 @@ int KivObjekt::schliesse(const String& name, int immer)
     return 1;
 }
 
-int KivObjekt::pruefeGeaendert(int melden)
-{
+int KivObjekt::pruefeGeaendert(int melden) {
     String namen;
     int gefunden = 0;
     ListenIterator it(*epromListe);
@@ -142,7 +129,8 @@ int KivObjekt::pruefeGeaendert(int melden)
         namen += kiv->liefereName();
         gefunden = 1;
     }
-    if (gefunden && melden == 1) Fehler("EPROM-CHANGED-AND-NOT-SAVED", "KivObjekt::pruefeGeaendert ", namen, 'W');
+    if (gefunden && melden == 1)
+        Fehler("EPROM-CHANGED-AND-NOT-SAVED", "KivObjekt::pruefeGeaendert ", namen, 'W');
     return gefunden;
 }
 
@@ -156,7 +144,8 @@ using T = KdoArgTyp;
 
 namespace oeffne {
 constexpr const char* signatur =
-    "Enum{Intel,Motorola,Binaer} dateiTyp\t\t\t DateiName epromDatei\t\t\t BoolIntegerHex\tstartAdresse\t\t\t "
+    "Enum{Intel,Motorola,Binaer} dateiTyp\t\t\t DateiName epromDatei\t\t\t "
+    "BoolIntegerHex\tstartAdresse\t\t\t "
     "BoolIntegerHex endAdresse\t\t\t BoolIntegerHex externeAdresse\t\t\t BoolIntegerHex\tfuellbyte\t\t\t "
     "Bool bytesPruefen\t\t\t Bool swap";
 constexpr ArgPos<T::Enum> dateiTyp{0};
@@ -192,11 +181,11 @@ constexpr KdoArgDekl positionen[] = {schliesseImmer};
 // ---------------------------------------------------------------------------
 // Handlers
 
-int kdoOeffne(KdoObjekt& objekt, KdoKommando& kommando)
-{
+int kdoOeffne(KdoObjekt& objekt, KdoKommando& kommando) {
     namespace arg = kdoArg::oeffne;
     KivObjekt& wurzel = static_cast<KivObjekt&>(objekt);
-    static const std::int32_t typen[] = {EpromDatei::typIntel, EpromDatei::typMotorola, EpromDatei::typBinaer};
+    static const std::int32_t typen[] = {EpromDatei::typIntel, EpromDatei::typMotorola,
+                                         EpromDatei::typBinaer};
     const dataInteger wahl = kommando[arg::dateiTyp].liefereArgWertInt();
     const std::int32_t typ = typen[wahl >= 0 && wahl < 3 ? wahl : 0];
     const DateiName datei = kommando[arg::epromDatei].liefereArgWertDatei();
@@ -207,8 +196,9 @@ int kdoOeffne(KdoObjekt& objekt, KdoKommando& kommando)
     const adrInteger* start = optionaleAdresse(kommando, arg::startAdresse);
     const adrInteger* ende = optionaleAdresse(kommando, arg::endAdresse);
     const adrInteger* extern_ = optionaleAdresse(kommando, arg::externeAdresse);
-    const adrInteger fuell =
-        kommando[arg::fuellbyte].liefereArgWertBool() == 1 ? kommando[arg::fuellbyte].liefereArgWertIntHex() : 0;
+    const adrInteger fuell = kommando[arg::fuellbyte].liefereArgWertBool() == 1
+                                 ? kommando[arg::fuellbyte].liefereArgWertIntHex()
+                                 : 0;
     const int pruefen = kommando[arg::bytesPruefen].liefereArgWertBool();
     const int tausche = kommando[arg::swap].liefereArgWertBool();
 
@@ -233,21 +223,19 @@ int kdoOeffne(KdoObjekt& objekt, KdoKommando& kommando)
     return ergebnis;
 }
 
-int kdoNeu(KdoObjekt& objekt, KdoKommando& kommando)
-{
+int kdoNeu(KdoObjekt& objekt, KdoKommando& kommando) {
     KivObjekt& wurzel = static_cast<KivObjekt&>(objekt);
     return wurzel.neuesEprom(kommando[kdoArg::neu::dateiName].liefereArgWertDatei()) ? 1 : 0;
 }
 
-int kdoSchliesse(KdoObjekt& objekt, KdoKommando& kommando)
-{
+int kdoSchliesse(KdoObjekt& objekt, KdoKommando& kommando) {
     KivObjekt& wurzel = static_cast<KivObjekt&>(objekt);
     namespace arg = kdoArg::schliesse;
-    return wurzel.schliesse(kommando[arg::epromName].liefereArgWertStr(), kommando[arg::schliesseImmer].liefereArgWertBool());
+    return wurzel.schliesse(kommando[arg::epromName].liefereArgWertStr(),
+                            kommando[arg::schliesseImmer].liefereArgWertBool());
 }
 
-int kdoSchliesseAlle(KdoObjekt& objekt, KdoKommando& kommando)
-{
+int kdoSchliesseAlle(KdoObjekt& objekt, KdoKommando& kommando) {
     KivObjekt& wurzel = static_cast<KivObjekt&>(objekt);
     const int immer = kommando[kdoArg::schliesseAlle::schliesseImmer].liefereArgWertBool();
     // Closing changes the list; walk over a copy of the names.
@@ -266,23 +254,21 @@ int kdoSchliesseAlle(KdoObjekt& objekt, KdoKommando& kommando)
 namespace {
 
 const KdoEintrag tabelle[] = {
-    {"oeffne", kdoArg::oeffne::signatur, kdoOeffne, "oeffne(Intel, /, /, /, /, /, YES, NO)", kdoArg::oeffne::positionen},
+    {"oeffne", kdoArg::oeffne::signatur, kdoOeffne, "oeffne(Intel, /, /, /, /, /, YES, NO)",
+     kdoArg::oeffne::positionen},
     {"neu", kdoArg::neu::signatur, kdoNeu, "neu(/)", kdoArg::neu::positionen},
-    {"schliesse", kdoArg::schliesse::signatur, kdoSchliesse, "schliesse( , NO)", kdoArg::schliesse::positionen},
+    {"schliesse", kdoArg::schliesse::signatur, kdoSchliesse, "schliesse( , NO)",
+     kdoArg::schliesse::positionen},
     {"schliesseAlle", kdoArg::schliesseAlle::signatur, kdoSchliesseAlle, "schliesseAlle(NO)",
      kdoArg::schliesseAlle::positionen},
 };
 
 }  // namespace
 
-void bauKivObjektListe()
-{
+void bauKivObjektListe() {
     delete kivObjektListe;
     kivObjektListe = new KdoListe("KivObjekt");
     kivObjektListe->fuegeEin(tabelle);
 }
 
-std::span<const KdoEintrag> kivObjektTabelle()
-{
-    return tabelle;
-}
+std::span<const KdoEintrag> kivObjektTabelle() { return tabelle; }

@@ -53,8 +53,8 @@ public:
 
     Liste& liefereEpromListe() { return *epromListe; }
 
-    std::unique_ptr<Liste> epromListe;   // owns the images
-    std::int16_t neuZaehler = 1;         // next number of an invented name
+    std::unique_ptr<Liste> epromListe;  // owns the images
+    std::int16_t neuZaehler = 1;        // next number of an invented name
 };
 
 // The one root object; the program frame creates and deletes it.

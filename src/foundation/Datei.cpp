@@ -21,8 +21,7 @@ std::int32_t Datei::meldeOeffnen(bool gut, const char* okLabel, const char* funk
         melde(okLabel, funktion, dateiName_.liefereGanz(), 'S');
         return 1;
     }
-    melde("FILEOPENERROR", funktion,
-           dateiName_.liefereGanz() + ": " + std::strerror(fehlerNummer_), 'E');
+    melde("FILEOPENERROR", funktion, dateiName_.liefereGanz() + ": " + std::strerror(fehlerNummer_), 'E');
     return 0;
 }
 
@@ -47,18 +46,14 @@ std::int32_t Datei::meldeSchliessen(const char* funktion) {
 
 IDatei::IDatei(const DateiName& dateiName) : Datei(dateiName) {
     errno = 0;
-    strom_ = std::make_unique<std::fstream>(dateiName_.liefereGanz().c_str(),
-                                            std::ios::in | std::ios::binary);
+    strom_ =
+        std::make_unique<std::fstream>(dateiName_.liefereGanz().c_str(), std::ios::in | std::ios::binary);
     if (!*strom_) fehlerNummer_ = errno ? errno : ENOENT;
 }
 
-std::int32_t IDatei::oeffne() {
-    return meldeOeffnen(strom_ && *strom_, "INPUTFILEOPENED", "IDatei::oeffne");
-}
+std::int32_t IDatei::oeffne() { return meldeOeffnen(strom_ && *strom_, "INPUTFILEOPENED", "IDatei::oeffne"); }
 
-std::int32_t IDatei::schliesse() {
-    return meldeSchliessen("IDatei::schliesse ");
-}
+std::int32_t IDatei::schliesse() { return meldeSchliessen("IDatei::schliesse "); }
 
 // ===================================================================
 // SichereAusgabe
@@ -138,7 +133,8 @@ SichereAusgabe::SichereAusgabe(const String& ziel, Art art) : ziel_(ziel) {
         const std::string verzeichnis = schnitt == std::string::npos ? "" : ganz.substr(0, schnitt + 1);
         // A short enough stem keeps the temporary name within the limit of
         // a name in a directory even for the longest target name.
-        const std::string basis = (schnitt == std::string::npos ? ganz : ganz.substr(schnitt + 1)).substr(0, 200);
+        const std::string basis =
+            (schnitt == std::string::npos ? ganz : ganz.substr(schnitt + 1)).substr(0, 200);
         std::string muster = verzeichnis + "." + basis + ".kiv-XXXXXX";
         fd_ = ::mkstemp(muster.data());
         if (fd_ >= 0) {
@@ -299,17 +295,14 @@ bool dateiExistiert(const DateiName& dateiName) {
 std::int32_t pruefeZielDatei(const DateiName& dateiName, Schreibmodus modus, const String& funktion) {
     if (!dateiExistiert(dateiName)) return 1;
     switch (modus) {
-    case Schreibmodus::neu:
-        melde("FILE-EXIST", funktion, dateiName.liefereGanz(), 'E');
-        return 0;
+    case Schreibmodus::neu: melde("FILE-EXIST", funktion, dateiName.liefereGanz(), 'E'); return 0;
     case Schreibmodus::ueberschreiben:
         if (!dateiErsetzbar(dateiName.liefereGanz().c_str())) {
             melde("FILE-READONLY", funktion, dateiName.liefereGanz(), 'E');
             return 0;
         }
         return 1;
-    case Schreibmodus::anhaengen:
-        return 1;
+    case Schreibmodus::anhaengen: return 1;
     }
     return 1;
 }

@@ -45,7 +45,7 @@ protected:
 
     DateiName dateiName_;
     std::unique_ptr<std::fstream> strom_;
-    int fehlerNummer_ = 0;   // errno of the open attempt
+    int fehlerNummer_ = 0;  // errno of the open attempt
 };
 
 class IDatei : public Datei {
@@ -80,7 +80,7 @@ public:
     explicit SichereAusgabe(const String& ziel, Art art = Art::ersetzen);
     SichereAusgabe(const SichereAusgabe&) = delete;
     SichereAusgabe& operator=(const SichereAusgabe&) = delete;
-    ~SichereAusgabe();   // without `beende`: the new data is thrown away
+    ~SichereAusgabe();  // without `beende`: the new data is thrown away
 
     bool offen() const { return fd_ >= 0; }
     // errno of the first failure, 0 while all went well.
@@ -98,9 +98,9 @@ public:
 private:
     class Puffer;
     String ziel_;
-    String temp_;   // empty when written in place
+    String temp_;  // empty when written in place
     int fd_ = -1;
-    long long anhangAb_ = -1;   // length before appending, -1 otherwise
+    long long anhangAb_ = -1;  // length before appending, -1 otherwise
     int fehler_ = 0;
     std::unique_ptr<Puffer> puffer_;
     std::unique_ptr<std::ostream> strom_;

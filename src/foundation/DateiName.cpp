@@ -39,9 +39,7 @@ void DateiName::zerlege() {
     if (version >= 0) extension_ = extension_.links(version);
 }
 
-void DateiName::setzeZusammen() {
-    ganz_ = pfad_ + name_ + "." + extension_;
-}
+void DateiName::setzeZusammen() { ganz_ = pfad_ + name_ + "." + extension_; }
 
 void DateiName::setzeName(const String& name) {
     name_ = name;

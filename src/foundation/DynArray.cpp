@@ -46,7 +46,7 @@ const char* TextFeld::naechstes() {
         if (position_ < fuellstand_)
             aktuelle_ = feld_[position_];
         else
-            hatAktuelle_ = 0;   // the last entry stays current
+            hatAktuelle_ = 0;  // the last entry stays current
     }
     return ergebnis;
 }

@@ -20,9 +20,9 @@
 #include <utility>
 #include <vector>
 
+#include "foundation/Meldung.h"
 #include "foundation/String.h"
 #include "foundation/Typen.h"
-#include "foundation/Meldung.h"
 
 // Default value and element limit of one instance.
 template <class T>
@@ -55,11 +55,9 @@ public:
 
     // Allocates `groesse` elements at once, all `vorgabe`, with basis and
     // obergrenze 0. Sizes above the limit warn and use the limit.
-    DynArray(std::int32_t groesse, const T& vorgabe)
-        : vorgabe_(vorgabe), maximum_(DynArrayArt<T>::maximum) {
+    DynArray(std::int32_t groesse, const T& vorgabe) : vorgabe_(vorgabe), maximum_(DynArrayArt<T>::maximum) {
         if (groesse > maximum_) {
-            melde("FELDZUGROSS", "DynArray::DynArray()", String(static_cast<dataInteger>(groesse)),
-                   'W');
+            melde("FELDZUGROSS", "DynArray::DynArray()", String(static_cast<dataInteger>(groesse)), 'W');
             gewarnt_ = 1;
             groesse = maximum_;
         }
@@ -168,7 +166,7 @@ public:
     void leere();
 
 private:
-    mutable DynArray<char*> feld_;   // [] is its only access, also for reading
+    mutable DynArray<char*> feld_;  // [] is its only access, also for reading
     std::int32_t fuellstand_ = 0;
     std::int32_t position_ = 0;
     const char* aktuelle_ = nullptr;

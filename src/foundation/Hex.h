@@ -106,7 +106,8 @@ public:
     void dezimal(std::uint64_t v) {
         char t[20];
         int k = 0;
-        do t[k++] = static_cast<char>('0' + v % 10); while (v /= 10);
+        do t[k++] = static_cast<char>('0' + v % 10);
+        while (v /= 10);
         char* p = platz(20);
         while (k) *p++ = t[--k];
         fertig(p);

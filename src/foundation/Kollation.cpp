@@ -21,12 +21,11 @@ struct Buchstabe {
 };
 
 constexpr Buchstabe buchstaben[] = {
-    {'A', 'a', 26},  {0x8E, 0x84, 27}, {'B', 'b', 30},  {'C', 'c', 32},  {'D', 'd', 34},
-    {'E', 'e', 36},  {'F', 'f', 38},   {'G', 'g', 40},  {'H', 'h', 42},  {'I', 'i', 44},
-    {'J', 'j', 46},  {'K', 'k', 48},   {'L', 'l', 50},  {'M', 'm', 52},  {'N', 'n', 54},
-    {'O', 'o', 56},  {0x99, 0x94, 57}, {'P', 'p', 60},  {'Q', 'q', 62},  {'R', 'r', 64},
-    {'S', 's', 66},  {'T', 't', 69},   {'U', 'u', 71},  {0x9A, 0x81, 72}, {'V', 'v', 75},
-    {'W', 'w', 77},  {'X', 'x', 79},   {'Y', 'y', 81},  {'Z', 'z', 83},
+    {'A', 'a', 26}, {0x8E, 0x84, 27}, {'B', 'b', 30}, {'C', 'c', 32}, {'D', 'd', 34},   {'E', 'e', 36},
+    {'F', 'f', 38}, {'G', 'g', 40},   {'H', 'h', 42}, {'I', 'i', 44}, {'J', 'j', 46},   {'K', 'k', 48},
+    {'L', 'l', 50}, {'M', 'm', 52},   {'N', 'n', 54}, {'O', 'o', 56}, {0x99, 0x94, 57}, {'P', 'p', 60},
+    {'Q', 'q', 62}, {'R', 'r', 64},   {'S', 's', 66}, {'T', 't', 69}, {'U', 'u', 71},   {0x9A, 0x81, 72},
+    {'V', 'v', 75}, {'W', 'w', 77},   {'X', 'x', 79}, {'Y', 'y', 81}, {'Z', 'z', 83},
 };
 
 // Secondary rank of a lower-case letter. Most sit one above their upper
@@ -34,10 +33,13 @@ constexpr Buchstabe buchstaben[] = {
 // above T because sharp s took the rank below it.
 constexpr std::uint8_t kleinRang(const Buchstabe& b) {
     switch (b.klein) {
-    case 'a': case 0x84: case 'o': case 0x94: case 'u': case 0x81:
-        return static_cast<std::uint8_t>(b.rang + 2);
-    default:
-        return static_cast<std::uint8_t>(b.rang + 1);
+    case 'a':
+    case 0x84:
+    case 'o':
+    case 0x94:
+    case 'u':
+    case 0x81: return static_cast<std::uint8_t>(b.rang + 2);
+    default: return static_cast<std::uint8_t>(b.rang + 1);
     }
 }
 
@@ -50,7 +52,7 @@ constexpr RangTabelle sonstige() {
     RangTabelle t{};
     setzeBereich(t, 0x20, 0x39, 0);
     setzeBereich(t, 0x00, 0x0F, 85);
-    t[0x10] = 102;   // 0x10 and 0x11 tie, rank 101 stays unused: intended
+    t[0x10] = 102;  // 0x10 and 0x11 tie, rank 101 stays unused: intended
     t[0x11] = 102;
     setzeBereich(t, 0x12, 0x1F, 103);
     setzeBereich(t, 0x3A, 0x40, 117);
@@ -61,10 +63,10 @@ constexpr RangTabelle sonstige() {
     setzeBereich(t, 0x8F, 0x93, 147);
     setzeBereich(t, 0x95, 0x98, 152);
     setzeBereich(t, 0x9B, 0xCF, 0x9B + 1);
-    t[0xD0] = 109;   // ties with byte 0x18: intended
+    t[0xD0] = 109;  // ties with byte 0x18: intended
     setzeBereich(t, 0xD1, 0xE0, 0xD1 + 1);
     setzeBereich(t, 0xE2, 0xFF, 0xE2);
-    t[0xE1] = 68;    // sharp s, between s and t
+    t[0xE1] = 68;  // sharp s, between s and t
     return t;
 }
 

@@ -27,8 +27,10 @@ private:
 
 String gefaltet(const String& name, std::int32_t modus) {
     String n = name;
-    if (modus == ListenSuche::GROSS) n.gross();
-    else if (modus == ListenSuche::KLEIN) n.klein();
+    if (modus == ListenSuche::GROSS)
+        n.gross();
+    else if (modus == ListenSuche::KLEIN)
+        n.klein();
     return n;
 }
 
@@ -37,9 +39,7 @@ String gefaltet(const String& name, std::int32_t modus) {
 // ---------------------------------------------------------------------------
 // Elements and comparator
 
-std::ostream& ListenElement::ausgabe(std::ostream& strom) const {
-    return strom << liefereName() << '\n';
-}
+std::ostream& ListenElement::ausgabe(std::ostream& strom) const { return strom << liefereName() << '\n'; }
 
 int ListenKomparator::vergleiche(const ListenElement& a, const ListenElement& b) const {
     return kollation::vergleiche(a.liefereName(), b.liefereName());
@@ -64,9 +64,8 @@ void ListenIterator::zurueck() {
 ListenElement* ListenIterator::naechstes(std::uint32_t typ) {
     if (liste_) {
         if (stand_ == Stand::Ende) return nullptr;
-        const Liste::Glied* g = stand_ == Stand::Anfang
-                                    ? liste_->kopf_
-                                    : static_cast<const Liste::Glied*>(letztes_)->naechstes;
+        const Liste::Glied* g =
+            stand_ == Stand::Anfang ? liste_->kopf_ : static_cast<const Liste::Glied*>(letztes_)->naechstes;
         while (g && typ != 0 && g->element->auswahl != typ) g = g->naechstes;
         if (!g) {
             stand_ = Stand::Ende;
@@ -95,8 +94,7 @@ ListenElement* ListenIterator::naechstes(std::uint32_t typ) {
 // ---------------------------------------------------------------------------
 // Liste
 
-Liste::Liste(std::int32_t besitzer, const String& name)
-    : name_(name), besitzer_(besitzer), iterator_(*this) {
+Liste::Liste(std::int32_t besitzer, const String& name) : name_(name), besitzer_(besitzer), iterator_(*this) {
     ++anzahlListen;
 }
 
@@ -117,8 +115,10 @@ void Liste::initialisiere(std::int32_t besitzer) {
 
 void Liste::anhaengen(ListenElement* element) {
     Glied* g = new Glied{element, ende_, nullptr};
-    if (ende_) ende_->naechstes = g;
-    else kopf_ = g;
+    if (ende_)
+        ende_->naechstes = g;
+    else
+        kopf_ = g;
     ende_ = g;
     ++elementAnzahl_;
     iteriert_ = 0;
@@ -131,10 +131,14 @@ void Liste::ausketten(Glied* glied) {
         if (!glied->vorher) iterator_.stand_ = ListenIterator::Stand::Anfang;
     }
     if (aktuell_ == glied) aktuell_ = nullptr;
-    if (glied->vorher) glied->vorher->naechstes = glied->naechstes;
-    else kopf_ = glied->naechstes;
-    if (glied->naechstes) glied->naechstes->vorher = glied->vorher;
-    else ende_ = glied->vorher;
+    if (glied->vorher)
+        glied->vorher->naechstes = glied->naechstes;
+    else
+        kopf_ = glied->naechstes;
+    if (glied->naechstes)
+        glied->naechstes->vorher = glied->vorher;
+    else
+        ende_ = glied->vorher;
     delete glied;
     --elementAnzahl_;
     iteriert_ = 0;
@@ -170,9 +174,7 @@ ListenElement* Liste::entferneAktuell() {
     return element;
 }
 
-ListenElement* Liste::entferne(const String& name) {
-    return entferne(name.c_str());
-}
+ListenElement* Liste::entferne(const String& name) { return entferne(name.c_str()); }
 
 ListenElement* Liste::entferne(const char* name) {
     ListenElement* element = sucheElementF(String(name), 0, 1, 2) ? entferneAktuell() : nullptr;
@@ -204,8 +206,8 @@ ListenElement* Liste::pruefeTreffer(ListenElement* gefunden, const String& name,
     return nullptr;
 }
 
-ListenElement* Liste::sucheElement(const ListenElement* element, std::uint32_t typ,
-                                   std::int32_t melde, std::int32_t modus) {
+ListenElement* Liste::sucheElement(const ListenElement* element, std::uint32_t typ, std::int32_t melde,
+                                   std::int32_t modus) {
     if (!element) return nullptr;
     return sucheElementF(element->liefereName(), typ, melde, modus);
 }
@@ -219,8 +221,8 @@ ListenElement* Liste::sucheElementF(const String& name, std::uint32_t typ, std::
     return ergebnis;
 }
 
-ListenElement* Liste::sucheElement(const ListenElement* element, std::uint32_t typ,
-                                   std::int32_t melde, std::int32_t modus) const {
+ListenElement* Liste::sucheElement(const ListenElement* element, std::uint32_t typ, std::int32_t melde,
+                                   std::int32_t modus) const {
     if (!element) return nullptr;
     return sucheElementF(element->liefereName(), typ, melde, modus);
 }
@@ -284,8 +286,10 @@ void ListeSort::ausBaum(ListenElement* element) {
         (letztes == element || (inhalt && letztes == inhalt))) {
         // The walk goes on behind the removed key.
         BasisNode* vor = baum_.sucheKleiner(static_cast<const ListenElement*>(letztes));
-        if (vor) baumIterator_.letztes_ = ElementCltn::element(vor);
-        else baumIterator_.zurueck();
+        if (vor)
+            baumIterator_.letztes_ = ElementCltn::element(vor);
+        else
+            baumIterator_.zurueck();
     }
     if (baumPosition_ == element || (inhalt && baumPosition_ == inhalt)) baumPosition_ = nullptr;
     if (knoten) {
@@ -298,8 +302,8 @@ ListenElement* ListeSort::anfuegeElement(ListenElement* element, std::int32_t me
     if (!element) return nullptr;
     if (baumSuche(element)) {
         if (melde)
-            ::melde("LIST-ELEDOUBLE", "ListeSort::anfuegeElement",
-                   element->liefereName() + " in " + name_, 'E');
+            ::melde("LIST-ELEDOUBLE", "ListeSort::anfuegeElement", element->liefereName() + " in " + name_,
+                    'E');
         return nullptr;
     }
     anhaengen(element);
@@ -326,9 +330,7 @@ ListenElement* ListeSort::entferneAktuell() {
     return element;
 }
 
-ListenElement* ListeSort::entferne(const String& name) {
-    return entferne(name.c_str());
-}
+ListenElement* ListeSort::entferne(const String& name) { return entferne(name.c_str()); }
 
 ListenElement* ListeSort::entferne(const char* name) {
     iteriert_ = 0;
@@ -345,8 +347,8 @@ void ListeSort::zurueckSetzen() {
     baumIterator_.zurueck();
 }
 
-ListenElement* ListeSort::sucheElement(const ListenElement* element, std::uint32_t typ,
-                                       std::int32_t melde, std::int32_t modus) {
+ListenElement* ListeSort::sucheElement(const ListenElement* element, std::uint32_t typ, std::int32_t melde,
+                                       std::int32_t modus) {
     if (!element) return nullptr;
     if (modus != ListenSuche::EXAKT || !komparator_->baumSuche_)
         return sucheElementF(element->liefereName(), typ, melde, modus);
@@ -368,13 +370,12 @@ ListenElement* ListeSort::sucheElementF(const String& name, std::uint32_t typ, s
     return ergebnis;
 }
 
-ListenElement* ListeSort::sucheElement(const ListenElement* element, std::uint32_t typ,
-                                       std::int32_t melde, std::int32_t modus) const {
+ListenElement* ListeSort::sucheElement(const ListenElement* element, std::uint32_t typ, std::int32_t melde,
+                                       std::int32_t modus) const {
     if (!element) return nullptr;
     if (modus != ListenSuche::EXAKT || !komparator_->baumSuche_)
         return sucheElementF(element->liefereName(), typ, melde, modus);
-    return pruefeTreffer(baumSuche(element), element->liefereName(), typ, melde,
-                         "ListeSort::sucheElementF");
+    return pruefeTreffer(baumSuche(element), element->liefereName(), typ, melde, "ListeSort::sucheElementF");
 }
 
 ListenElement* ListeSort::sucheElementF(const String& name, std::uint32_t typ, std::int32_t melde,
@@ -404,6 +405,4 @@ std::ostream& ListeSort::ausgabe(std::ostream& strom) const {
     return strom;
 }
 
-std::ostream& operator<<(std::ostream& strom, const ListeSort& liste) {
-    return liste.ausgabe(strom);
-}
+std::ostream& operator<<(std::ostream& strom, const ListeSort& liste) { return liste.ausgabe(strom); }

@@ -55,8 +55,8 @@ public:
 
     static ListenKomparator* standard();
 
-    std::int32_t besitz_;      // 1: the ListeSort deletes it
-    std::int32_t baumSuche_;   // 1: exact-name searches go through the tree
+    std::int32_t besitz_;     // 1: the ListeSort deletes it
+    std::int32_t baumSuche_;  // 1: exact-name searches go through the tree
 };
 
 // ---------------------------------------------------------------------------
@@ -68,8 +68,8 @@ class ListeSort;
 // Steps through a list: in chain order, or in tree (collation) order.
 class ListenIterator {
 public:
-    explicit ListenIterator(const Liste& liste);        // chain mode
-    explicit ListenIterator(const ElementCltn& baum);   // tree mode
+    explicit ListenIterator(const Liste& liste);       // chain mode
+    explicit ListenIterator(const ElementCltn& baum);  // tree mode
     // Next element whose `auswahl` equals typ (any element for typ 0), or
     // null at the end. The chain walk stays at the end until rewound; the
     // tree walk starts over after reporting its end: intended.
@@ -110,15 +110,15 @@ public:
     virtual void zurueckSetzen();
     // modus: a ListenSuche::Vergleich; melde: ListenSuche::Melden.
     // typ 0 accepts any `auswahl`. Records the hit as `aktuell`.
-    virtual ListenElement* sucheElement(const ListenElement* element, std::uint32_t typ,
-                                        std::int32_t melde, std::int32_t modus);
-    virtual ListenElement* sucheElementF(const String& name, std::uint32_t typ,
-                                         std::int32_t melde, std::int32_t modus);
+    virtual ListenElement* sucheElement(const ListenElement* element, std::uint32_t typ, std::int32_t melde,
+                                        std::int32_t modus);
+    virtual ListenElement* sucheElementF(const String& name, std::uint32_t typ, std::int32_t melde,
+                                         std::int32_t modus);
     // Read-only forms: the same search, `aktuell` untouched.
-    virtual ListenElement* sucheElement(const ListenElement* element, std::uint32_t typ,
-                                        std::int32_t melde, std::int32_t modus) const;
-    virtual ListenElement* sucheElementF(const String& name, std::uint32_t typ,
-                                         std::int32_t melde, std::int32_t modus) const;
+    virtual ListenElement* sucheElement(const ListenElement* element, std::uint32_t typ, std::int32_t melde,
+                                        std::int32_t modus) const;
+    virtual ListenElement* sucheElementF(const String& name, std::uint32_t typ, std::int32_t melde,
+                                         std::int32_t modus) const;
     virtual void setzeAuswahl(std::uint32_t wert);
     // Frees all links (and elements when owning) and starts empty.
     virtual void loesche();
@@ -185,12 +185,12 @@ public:
     ListenElement* entferne(const String& name) override;
     ListenElement* entferne(const char* name) override;
     void zurueckSetzen() override;
-    ListenElement* sucheElement(const ListenElement* element, std::uint32_t typ,
-                                std::int32_t melde, std::int32_t modus) override;
+    ListenElement* sucheElement(const ListenElement* element, std::uint32_t typ, std::int32_t melde,
+                                std::int32_t modus) override;
     ListenElement* sucheElementF(const String& name, std::uint32_t typ, std::int32_t melde,
                                  std::int32_t modus) override;
-    ListenElement* sucheElement(const ListenElement* element, std::uint32_t typ,
-                                std::int32_t melde, std::int32_t modus) const override;
+    ListenElement* sucheElement(const ListenElement* element, std::uint32_t typ, std::int32_t melde,
+                                std::int32_t modus) const override;
     ListenElement* sucheElementF(const String& name, std::uint32_t typ, std::int32_t melde,
                                  std::int32_t modus) const override;
     void loesche() override;
@@ -218,7 +218,7 @@ private:
 
     ElementCltn baum_;
     ListenKomparator* komparator_;
-    ListenElement* baumPosition_ = nullptr;   // hit of the last recording tree search
+    ListenElement* baumPosition_ = nullptr;  // hit of the last recording tree search
     ListenIterator baumIterator_;
 };
 

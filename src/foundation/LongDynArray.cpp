@@ -6,8 +6,8 @@
 
 #include <sys/mman.h>
 
-#include "foundation/String.h"
 #include "foundation/Meldung.h"
+#include "foundation/String.h"
 
 namespace {
 
@@ -27,15 +27,17 @@ std::unique_ptr<std::uint8_t[]> neuerBlock(std::uint32_t groesse) {
 
 // Offset of `index` from `basis` as the signed distance on the address ring.
 std::int32_t abstand(std::int32_t index, std::int32_t basis) {
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(index) -
-                                     static_cast<std::uint32_t>(basis));
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(index) - static_cast<std::uint32_t>(basis));
 }
 
 }  // namespace
 
 LongDynArray::LongDynArray(const LongDynArray& quelle)
-    : einheit_(quelle.einheit_), vorgabe_(quelle.vorgabe_), anzahl_(quelle.anzahl_),
-      basis_(quelle.basis_), gewarnt_(quelle.gewarnt_) {
+    : einheit_(quelle.einheit_),
+      vorgabe_(quelle.vorgabe_),
+      anzahl_(quelle.anzahl_),
+      basis_(quelle.basis_),
+      gewarnt_(quelle.gewarnt_) {
     std::uint32_t bloecke = static_cast<std::uint32_t>(quelle.bloecke_.size());
     bloecke_.resize(bloecke);
     for (std::uint32_t b = 0; b < bloecke; ++b) {
@@ -75,7 +77,7 @@ void LongDynArray::setze(std::int32_t index, const std::uint8_t* quelle, std::ui
         std::uint32_t k = std::min(groesse - innen, anzahl);
         std::uint8_t* p;
         if (!bloecke_[block] && k == groesse)
-            p = (bloecke_[block] = neuerBlock(groesse)).get();   // no need to set it first
+            p = (bloecke_[block] = neuerBlock(groesse)).get();  // no need to set it first
         else
             p = bereiterBlock(block) + innen;
         std::memcpy(p, quelle, k);

@@ -102,8 +102,8 @@ public:
     }
 
 private:
-    std::uint8_t& zugriff(std::int32_t index);   // growth, first access, frozen
-    void wachse(std::int32_t index);   // zugriff without making the element real
+    std::uint8_t& zugriff(std::int32_t index);  // growth, first access, frozen
+    void wachse(std::int32_t index);            // zugriff without making the element real
     static const std::uint8_t* einheitsBlock(std::uint8_t wert);
     std::uint8_t* bereiterBlock(std::uint32_t block) {
         std::uint8_t* p = bloecke_[block].get();
@@ -119,8 +119,8 @@ private:
     std::uint8_t& letztes();
     void warne(const char* funktion, std::int64_t detail);
 
-    std::vector<std::unique_ptr<std::uint8_t[]>> bloecke_;   // null: uniform
-    std::vector<std::uint8_t> einheit_;   // the value of each uniform chunk
+    std::vector<std::unique_ptr<std::uint8_t[]>> bloecke_;  // null: uniform
+    std::vector<std::uint8_t> einheit_;                     // the value of each uniform chunk
     std::uint8_t vorgabe_;
     std::int32_t anzahl_ = 0;
     std::int32_t basis_ = 0;

@@ -147,7 +147,8 @@ void SortedCltn::leere() {
 
 BasisNode* SortedCltn::inhalt(const Position& position) const {
     if (anzahl_ <= 0) brichAb(std::cerr, "Sorted Collection is empty");
-    if (position.cltn != this || !position.knoten) brichAb(std::cerr, "Illegal Sorted Collection Position", false);
+    if (position.cltn != this || !position.knoten)
+        brichAb(std::cerr, "Illegal Sorted Collection Position", false);
     return position.knoten;
 }
 
@@ -320,9 +321,7 @@ int ElementCltn::vergleiche(const BasisNode& knoten) const {
 
 // Only insertion creates or fills nodes, and insertion keys are the
 // caller's modifiable elements.
-BasisNode* ElementCltn::neuerKnoten() {
-    return new ElementNode(const_cast<ListenElement*>(schluessel_));
-}
+BasisNode* ElementCltn::neuerKnoten() { return new ElementNode(const_cast<ListenElement*>(schluessel_)); }
 
 void ElementCltn::ersetzeInhalt(BasisNode& knoten) {
     static_cast<ElementNode&>(knoten).element = const_cast<ListenElement*>(schluessel_);

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <cctype>
-#include <vector>
 #include <cmath>
 #include <cstdio>
 #include <istream>
 #include <ostream>
+#include <vector>
 
 #include "foundation/Hex.h"
 #include "foundation/Meldung.h"
@@ -18,8 +18,8 @@ bool istLeerraum(unsigned char c) {
 }
 
 bool istWortZeichen(int c) {
-    return c == '$' || c == '%' || c == '.' || c == '_' || (c >= '0' && c <= '9') ||
-           (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+    return c == '$' || c == '%' || c == '.' || c == '_' || (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') ||
+           (c >= 'A' && c <= 'Z');
 }
 
 }  // namespace
@@ -260,7 +260,9 @@ int String::liesWort(std::istream& strom) {
     return laenge();
 }
 
-int String::liesBis(std::istream& strom, const char* ende) { return liesBisZeichen(strom, ende, false, true); }
+int String::liesBis(std::istream& strom, const char* ende) {
+    return liesBisZeichen(strom, ende, false, true);
+}
 
 int String::liesBisMitQuotes(std::istream& strom, const char* ende, int modus) {
     return liesBisZeichen(strom, ende, modus == 1, false);
@@ -294,8 +296,10 @@ int String::liesQuotiert(std::istream& strom, int* zeilenZaehler) {
     s_.clear();
     int c = strom.get();
     if (c != '"') {
-        if (c != EOF) strom.putback(static_cast<char>(c));
-        else strom.clear(strom.rdstate() & ~std::ios::failbit);
+        if (c != EOF)
+            strom.putback(static_cast<char>(c));
+        else
+            strom.clear(strom.rdstate() & ~std::ios::failbit);
         return -1;
     }
     std::string puffer;
@@ -312,8 +316,10 @@ int String::liesQuotiert(std::istream& strom, int* zeilenZaehler) {
                 puffer.push_back('"');
                 continue;
             }
-            if (n != EOF) strom.putback(static_cast<char>(n));
-            else strom.clear(strom.rdstate() & ~std::ios::failbit);
+            if (n != EOF)
+                strom.putback(static_cast<char>(n));
+            else
+                strom.clear(strom.rdstate() & ~std::ios::failbit);
             break;
         }
         if (c == '\n') {
@@ -328,8 +334,10 @@ int String::liesQuotiert(std::istream& strom, int* zeilenZaehler) {
                 puffer.push_back('\\');
                 continue;
             }
-            if (n == '"' || n == '\\') puffer.push_back(static_cast<char>(n));
-            else if (n == 'n') puffer.push_back('\n');
+            if (n == '"' || n == '\\')
+                puffer.push_back(static_cast<char>(n));
+            else if (n == 'n')
+                puffer.push_back('\n');
             else if (n == '\n') {
                 if (zeilenZaehler) ++*zeilenZaehler;
             } else {
@@ -396,9 +404,7 @@ std::string StringPuffer::gibAb() {
     return r;
 }
 
-std::ostream& operator<<(std::ostream& strom, const StringPuffer& puffer) {
-    return strom << puffer.c_str();
-}
+std::ostream& operator<<(std::ostream& strom, const StringPuffer& puffer) { return strom << puffer.c_str(); }
 
 // ------------------------------------------------------------------ pairs
 

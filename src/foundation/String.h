@@ -25,7 +25,7 @@ public:
     String(std::string_view text);
     explicit String(dataInteger wert);
     explicit String(std::uint16_t wert);
-    explicit String(StringPuffer& puffer);   // takes the buffer's text over
+    explicit String(StringPuffer& puffer);  // takes the buffer's text over
     String(const String&) = default;
     String(String&&) noexcept = default;
 
@@ -50,8 +50,8 @@ public:
     const std::string& str() const { return s_; }
     operator std::string_view() const { return s_; }
 
-    int suche(const String& muster) const;        // 0-based first match, -1
-    int suchePosition(char zeichen) const;        // 1-based LAST match, -1
+    int suche(const String& muster) const;  // 0-based first match, -1
+    int suchePosition(char zeichen) const;  // 1-based LAST match, -1
 
     String teil(int start, int anzahl) const;
     String links(int n) const;
@@ -72,7 +72,7 @@ public:
     int ersetze(const String& alt, const String& neu);
     // Double-quoted form that liesQuotiert reads back; counts line feeds.
     String quotiere(int* zeilenZaehler = nullptr) const;
-    String sgml() const;   // & -> &amp;, then < -> &lt;
+    String sgml() const;  // & -> &amp;, then < -> &lt;
 
     // Splits at a non-empty separator; n separators give n + 1 parts.
     String* zerlege(const String& trenner, int& anzahl) const;
@@ -128,6 +128,7 @@ public:
     explicit Genauigkeit(std::int16_t stellen = 8) : stellen_(stellen) {}
     virtual ~Genauigkeit() = default;
     std::int16_t stellen() const { return stellen_; }
+
 private:
     std::int16_t stellen_;
 };
@@ -145,6 +146,7 @@ public:
     virtual dataInteger liefereIWert(dataInteger dummy) const;
     dataPhys liefereWert() const { return phys_; }
     const Genauigkeit& genauigkeit() const { return genauigkeit_; }
+
 protected:
     dataPhys phys_;
     Genauigkeit genauigkeit_;
@@ -154,11 +156,12 @@ class WertePaar : public WertePaarBasis {
 public:
     WertePaar(dataInteger iwert, dataPhys phys, const Genauigkeit& g = Genauigkeit())
         : WertePaarBasis(phys, g), iwert_(iwert) {}
-    using WertePaarBasis::setzeIWert;
     using WertePaarBasis::liefereIWert;
+    using WertePaarBasis::setzeIWert;
     void setzeIWert(dataInteger wert) override { iwert_ = wert; }
     dataInteger liefereIWert(dataInteger) const override { return iwert_; }
     dataInteger iWert() const { return iwert_; }
+
 private:
     dataInteger iwert_;
 };

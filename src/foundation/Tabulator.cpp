@@ -21,9 +21,7 @@ std::int16_t alsKurz(int wert) {
 
 }  // namespace
 
-Tabulator::Tabulator() {
-    stops_[0] = 1;
-}
+Tabulator::Tabulator() { stops_[0] = 1; }
 
 void Tabulator::setzeStops(int schritt, int anzahl, ...) {
     schritt_ = alsKurz(schritt);
@@ -89,7 +87,7 @@ void Tabulator::schreibe(std::ostream& strom) {
     if (index_ < INT16_MAX) ++index_;
     const std::int32_t ziel = stopPosition(index_);
     if (ziel < spalte) {
-        if (umbruch_ != 1) return;   // the text already runs past the stop
+        if (umbruch_ != 1) return;  // the text already runs past the stop
         const std::int16_t index = index_;
         zeilenEnde(strom);
         index_ = index;

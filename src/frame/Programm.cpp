@@ -1,7 +1,7 @@
 #include "frame/Programm.h"
 
-#include <csignal>
 #include <unistd.h>
+#include <csignal>
 
 #include <fstream>
 #include <iostream>
@@ -79,8 +79,7 @@ KivProgramm::~KivProgramm() {
     laufzeit_.setzeBaum(nullptr);
     delete dokPosition;
     dokPosition = nullptr;
-    if (anzahlListen != 0)
-        Fehler("VOR-ANZOBJ", "main", "Liste: " + String(anzahlListen) + " Objekte. ", 'E');
+    if (anzahlListen != 0) Fehler("VOR-ANZOBJ", "main", "Liste: " + String(anzahlListen) + " Objekte. ", 'E');
 }
 
 namespace {
@@ -108,10 +107,9 @@ int fuehreAus(int argc, char** argv) {
     // An `exit` keeps a "-x" run from its dialogue; so does the value of an
     // aborted line, should the error control ever hand that on.
     const KdoStatus status = Compiler::ausfuehreBatch(datei, &parameter, anzahl);
-    const bool beendet = status == KdoStatus::Exit ||
-                         static_cast<dataInteger>(status) == static_cast<dataInteger>(LaufStatus::Abgebrochen);
-    if (!beendet && argc >= 2 && x == argv[1])
-        Compiler::ausfuehreBatch(String(), &parameter, 0);
+    const bool beendet = status == KdoStatus::Exit || static_cast<dataInteger>(status) ==
+                                                          static_cast<dataInteger>(LaufStatus::Abgebrochen);
+    if (!beendet && argc >= 2 && x == argv[1]) Compiler::ausfuehreBatch(String(), &parameter, 0);
 
     if (Compiler::liefereLaufStatus() == LaufStatus::Abgebrochen) return 1;
     return kivWurzel->pruefeGeaendert(1) == 1 ? 1 : 0;

@@ -90,7 +90,8 @@ public:
     // when the word asks for them.
     void nimmDateien() {
         const auto schnitt = wort_.rfind('/');
-        const std::string verzeichnis = schnitt == std::string::npos ? std::string() : wort_.substr(0, schnitt + 1);
+        const std::string verzeichnis =
+            schnitt == std::string::npos ? std::string() : wort_.substr(0, schnitt + 1);
         const std::string rest = schnitt == std::string::npos ? wort_ : wort_.substr(schnitt + 1);
         DIR* d = opendir(verzeichnis.empty() ? "." : verzeichnis.c_str());
         if (!d) return;
@@ -145,7 +146,8 @@ void eingebautesArgument(Sammler& s, dataInteger token, std::size_t index) {
         switch (e.plaetze.begin()[index]) {
         case Platz::Datei: s.nimmDateien(); break;
         case Platz::Steuerung:
-            for (dataInteger t : {KdoToken::EXIT, KdoToken::RETURN, KdoToken::RETURNMAIN}) s.nimm(schreibweise(t));
+            for (dataInteger t : {KdoToken::EXIT, KdoToken::RETURN, KdoToken::RETURNMAIN})
+                s.nimm(schreibweise(t));
             break;
         case Platz::Quelle:
             for (dataInteger t : {KdoToken::DAT, KdoToken::SYSOSP}) s.nimm(schreibweise(t));
@@ -211,8 +213,10 @@ Vervollstaendigung vervollstaendige(const std::string& zeile) {
     for (std::size_t i = 0; i < zeile.size(); ++i) {
         const char c = zeile[i];
         if (inText) {
-            if (c == '\\') ++i;
-            else if (c == '"') inText = false;
+            if (c == '\\')
+                ++i;
+            else if (c == '"')
+                inText = false;
         } else if (c == '"') {
             inText = true;
         } else if (c == '(' && klammer == std::string::npos) {

@@ -1,7 +1,7 @@
 #include "frame/Zeichensatz.h"
 
-#include <clocale>
 #include <langinfo.h>
+#include <clocale>
 
 #include <cstring>
 
@@ -85,7 +85,8 @@ std::streamsize TerminalFilter::xsputn(const char* s, std::streamsize n) {
     while (erledigt < n) {
         std::streamsize lauf = erledigt;
         while (lauf < n && static_cast<unsigned char>(s[lauf]) < 0x7F) ++lauf;
-        if (lauf > erledigt && ziel_->sputn(s + erledigt, lauf - erledigt) != lauf - erledigt) return erledigt;
+        if (lauf > erledigt && ziel_->sputn(s + erledigt, lauf - erledigt) != lauf - erledigt)
+            return erledigt;
         erledigt = lauf;
         if (erledigt == n) break;
         umgesetzt.clear();

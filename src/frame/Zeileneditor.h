@@ -49,9 +49,9 @@ private:
 
     bool utf8_;
     std::unique_ptr<Bibliothek> el_;
-    std::string prompt_;        // as the terminal shows it
-    std::string zeile_;         // the line being handed out, program bytes
-    std::string letzterTab_;    // the line at a Tab that could not go on
+    std::string prompt_;      // as the terminal shows it
+    std::string zeile_;       // the line being handed out, program bytes
+    std::string letzterTab_;  // the line at a Tab that could not go on
     std::string datei_;
     bool abgebrochen_ = false;
     bool gewarnt_ = false;

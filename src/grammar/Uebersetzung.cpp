@@ -157,9 +157,10 @@ void fuehreUebersetzungAus(const Compiler& c, const char* grammatik, const char*
             meldeMmparseFehler(ergebnis, zeile, position, nummer);
             break;
         }
-        const String uebersetzt =
-            zweiter.ersetzeDefinitionen(String(std::string_view(ausgabe, static_cast<std::size_t>(ergebnis - 1))));
-        Fehler("CMD-TRANS", funktion, String("\n\t") + dateiName + ":" + String(nummer) + ": " + uebersetzt, 'S');
+        const String uebersetzt = zweiter.ersetzeDefinitionen(
+            String(std::string_view(ausgabe, static_cast<std::size_t>(ergebnis - 1))));
+        Fehler("CMD-TRANS", funktion, String("\n\t") + dateiName + ":" + String(nummer) + ": " + uebersetzt,
+               'S');
 
         aktuelleZeile = uebersetzt + "\n";
         std::istringstream eingabe(aktuelleZeile.str());

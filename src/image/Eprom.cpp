@@ -3,10 +3,10 @@
 
 #include <algorithm>
 #include <cstring>
-#include <utility>
 #include <iomanip>
 #include <ostream>
 #include <sstream>
+#include <utility>
 
 #include "foundation/Hex.h"
 #include "reporting/BearbeitungsFortschritt.h"
@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr adrInteger fensterMaske = 0xFFFFFF;   // offset inside a 16 MiB window
+constexpr adrInteger fensterMaske = 0xFFFFFF;  // offset inside a 16 MiB window
 
 // The arrays are indexed by the address taken as a signed 32-bit number.
 inline std::int32_t idx(adrInteger adr) { return static_cast<std::int32_t>(adr); }
@@ -73,10 +73,12 @@ void tauschePaare(LongDynArray& f, adrInteger lo, adrInteger hi) {
             // Pairs of a uniform chunk are alike: exchanging them changes nothing.
             if (f.istEinheitlich(idx(a), wert)) {
                 std::as_const(f).zeiger(idx(a), rest);
-                paare = std::min<std::uint64_t>(static_cast<std::uint32_t>(rest) / 2, (std::uint64_t(hi) - a + 1) / 2);
+                paare = std::min<std::uint64_t>(static_cast<std::uint32_t>(rest) / 2,
+                                                (std::uint64_t(hi) - a + 1) / 2);
             } else {
                 std::uint8_t* p = f.zeiger(idx(a), rest);
-                paare = std::min<std::uint64_t>(static_cast<std::uint32_t>(rest) / 2, (std::uint64_t(hi) - a + 1) / 2);
+                paare = std::min<std::uint64_t>(static_cast<std::uint32_t>(rest) / 2,
+                                                (std::uint64_t(hi) - a + 1) / 2);
                 for (std::uint64_t k = 0; k < paare; ++k) std::swap(p[2 * k], p[2 * k + 1]);
             }
         }
@@ -107,14 +109,13 @@ void beruehre(EpromBereich& b) {
 
 EpromSegment::EpromSegment() { bereiche.push_back(std::make_unique<EpromBereich>()); }
 
-EpromSegment::EpromSegment(const EpromSegment& quelle)
-    : alleErweiterbar_(quelle.alleErweiterbar_) {
+EpromSegment::EpromSegment(const EpromSegment& quelle) : alleErweiterbar_(quelle.alleErweiterbar_) {
     for (const auto& b : quelle.bereiche) bereiche.push_back(std::make_unique<EpromBereich>(*b));
 }
 
 void EpromSegment::aktualisiereModus() {
-    alleErweiterbar_ = std::all_of(bereiche.begin(), bereiche.end(),
-                                   [](const auto& b) { return b->erweiterbar == 1; });
+    alleErweiterbar_ =
+        std::all_of(bereiche.begin(), bereiche.end(), [](const auto& b) { return b->erweiterbar == 1; });
 }
 
 EpromBereich* EpromSegment::sucheBereich(adrInteger adr, int& code) {
@@ -203,8 +204,8 @@ void EpromSegment::definiere(adrInteger von, adrInteger bis) {
     for (const auto& b : bereiche)
         if (b->anfAdr == von && b->endAdr == bis) return;
 
-    EpromBereich* links = nullptr;    // von falls into it, behind its start
-    EpromBereich* rechts = nullptr;   // bis falls into it, before its end
+    EpromBereich* links = nullptr;   // von falls into it, behind its start
+    EpromBereich* rechts = nullptr;  // bis falls into it, before its end
     for (const auto& b : bereiche)
         if (b->anfAdr < von && von <= b->endAdr) {
             links = b.get();
@@ -247,7 +248,7 @@ void EpromSegment::definiere(adrInteger von, adrInteger bis) {
     }
     if (links && links == rechts) liste.push_back(std::move(oben));
     liste.push_back(std::move(neu));
-    bereiche.swap(liste);   // the old list, with links and rechts, dies here
+    bereiche.swap(liste);  // the old list, with links and rechts, dies here
     if (bereiche.size() > 1)
         for (auto& b : bereiche) b->erweiterbar = 0;
     aktualisiereModus();
@@ -311,10 +312,9 @@ void Eprom::baueTabelle() {
     for (std::size_t s = 0; s < segmente.size(); ++s)
         for (const auto& b : segmente[s]->bereiche)
             bereiche.push_back({static_cast<std::int32_t>(s), b->anfAdr, b->endAdr});
-    std::stable_sort(bereiche.begin(), bereiche.end(),
-                     [](const EpromBereichEintrag& x, const EpromBereichEintrag& y) {
-                         return x.anfAdr < y.anfAdr;
-                     });
+    std::stable_sort(
+        bereiche.begin(), bereiche.end(),
+        [](const EpromBereichEintrag& x, const EpromBereichEintrag& y) { return x.anfAdr < y.anfAdr; });
 }
 
 void Eprom::nachSchreiben(int code, adrInteger von, adrInteger bis) {
@@ -484,7 +484,8 @@ const std::uint8_t* EpromLeser::lies(adrInteger adr, std::uint32_t anzahl, bool&
     puffer_.resize(anzahl);
     const auto vorUmbruch = static_cast<std::uint32_t>(std::min<std::uint64_t>(anzahl, 0x100000000ull - adr));
     ok = eprom_.liefereBytes(adr, vorUmbruch, puffer_.data()) != 0;
-    if (vorUmbruch < anzahl && !eprom_.liefereBytes(0, anzahl - vorUmbruch, puffer_.data() + vorUmbruch)) ok = false;
+    if (vorUmbruch < anzahl && !eprom_.liefereBytes(0, anzahl - vorUmbruch, puffer_.data() + vorUmbruch))
+        ok = false;
     return puffer_.data();
 }
 
@@ -705,7 +706,8 @@ int Eprom::swap(adrInteger anf, adrInteger end, BearbeitungsFortschritt* anzeige
             if (anzeige) *anzeige += static_cast<dataInteger>(lo - b.anfAdr);
             // Blocks of pairs, so that the marks keep coming during a long swap.
             for (adrInteger blockAnf = lo;;) {
-                adrInteger blockEnd = static_cast<adrInteger>(std::min<std::uint64_t>(std::uint64_t(blockAnf) + 0xFFFF, hi));
+                adrInteger blockEnd =
+                    static_cast<adrInteger>(std::min<std::uint64_t>(std::uint64_t(blockAnf) + 0xFFFF, hi));
                 tauschePaare(b.daten, blockAnf, blockEnd);
                 tauschePaare(b.anzSchr, blockAnf, blockEnd);
                 if (anzeige) *anzeige += static_cast<dataInteger>(blockEnd - blockAnf + 1);
@@ -745,7 +747,8 @@ public:
         bytes_.push_back(byte);
     }
     void schreibe() {
-        if (!bytes_.empty()) ziel_.setzeBytes(start_, bytes_.data(), static_cast<std::uint32_t>(bytes_.size()), 0);
+        if (!bytes_.empty())
+            ziel_.setzeBytes(start_, bytes_.data(), static_cast<std::uint32_t>(bytes_.size()), 0);
         bytes_.clear();
     }
 
@@ -777,7 +780,8 @@ int Eprom::teileEvenOdd(Eprom& gerade, Eprom& ungerade) {
             laufe(von, bis, [&](const EpromStrecke& s) {
                 if (!s.anzSchr) return true;
                 for (std::uint64_t j = 0; j < s.laenge(); ++j)
-                    if (s.anzSchr[j] && !nimm(static_cast<adrInteger>(s.von + j), s.imEprom && s.daten ? s.daten[j] : 0))
+                    if (s.anzSchr[j] &&
+                        !nimm(static_cast<adrInteger>(s.von + j), s.imEprom && s.daten ? s.daten[j] : 0))
                         return gut = false;
                 return true;
             });
@@ -819,7 +823,8 @@ bool EpromSammler::passt(adrInteger adr, adrInteger letzte) {
         return b->daten.kannUmfassen(idx(anf), idx(bis)) && b->anzSchr.kannUmfassen(idx(anf), idx(bis));
     };
     if (!reicht(letzte)) return false;
-    const adrInteger weit = static_cast<adrInteger>(std::min<std::uint64_t>(grenze, std::uint64_t(anf) + hoechstens - 1));
+    const adrInteger weit =
+        static_cast<adrInteger>(std::min<std::uint64_t>(grenze, std::uint64_t(anf) + hoechstens - 1));
     sicherBis_ = reicht(weit) ? weit : letzte;
     return true;
 }
@@ -827,7 +832,8 @@ bool EpromSammler::passt(adrInteger adr, adrInteger letzte) {
 bool EpromSammler::nimm(adrInteger adr, const std::uint8_t* quelle, std::uint32_t anzahl) {
     if (anzahl == 0) return true;
     const std::uint64_t letzte = std::uint64_t(adr) + anzahl - 1;
-    if (!puffer_.empty() && (adr != anf_ + std::uint64_t(puffer_.size()) || puffer_.size() + anzahl > hoechstens))
+    if (!puffer_.empty() &&
+        (adr != anf_ + std::uint64_t(puffer_.size()) || puffer_.size() + anzahl > hoechstens))
         leere();
     if (letzte > 0xFFFFFFFF || anzahl > hoechstens) {
         leere();

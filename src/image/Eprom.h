@@ -56,10 +56,10 @@ struct EpromStrecke {
 struct EpromBereich {
     adrInteger anfAdr = 0xFFFFFFFF;
     adrInteger endAdr = 0;
-    adrInteger basisAdr = 0;      // start of the 16 MiB window of a free region
+    adrInteger basisAdr = 0;  // start of the 16 MiB window of a free region
     LongDynArray daten;
-    LongDynArray anzSchr;         // write count per address
-    std::int32_t erweiterbar = 1; // 1: bounds grow with the bytes written
+    LongDynArray anzSchr;          // write count per address
+    std::int32_t erweiterbar = 1;  // 1: bounds grow with the bytes written
 
     EpromBereich() = default;
     EpromBereich(adrInteger anf, adrInteger end, adrInteger basis, std::int32_t erw)
@@ -82,7 +82,7 @@ public:
     static constexpr int freiUnten = 1;
     static constexpr int freiOben = 2;
 
-    EpromSegment();   // holds the empty default region
+    EpromSegment();  // holds the empty default region
     EpromSegment(const EpromSegment& quelle);
     EpromSegment& operator=(const EpromSegment&) = delete;
 
@@ -108,7 +108,7 @@ public:
     bool istFrei() const { return alleErweiterbar_; }
     std::int32_t anzahlBereiche() const { return static_cast<std::int32_t>(bereiche.size()); }
 
-    std::vector<std::unique_ptr<EpromBereich>> bereiche;   // creation order, not address order
+    std::vector<std::unique_ptr<EpromBereich>> bereiche;  // creation order, not address order
 
 private:
     void aktualisiereModus();
@@ -144,8 +144,7 @@ public:
     // Writes `anzahl` bytes to rising addresses (which must not pass
     // 0xFFFFFFFF) and gives how many went in before the first refusal; a
     // refused byte is reported when `meldung` is 1.
-    std::uint32_t setzeBytes(adrInteger adr, const std::uint8_t* quelle, std::uint32_t anzahl,
-                             int meldung);
+    std::uint32_t setzeBytes(adrInteger adr, const std::uint8_t* quelle, std::uint32_t anzahl, int meldung);
     // Reads `anzahl` bytes (as liefereByte without report; refused ones are
     // 0) and, if `zaehler` is not null, their write counts (as
     // liefereAnzSchr). Gives 1 if every byte was in the image.
@@ -177,8 +176,8 @@ public:
     void umfasse(adrInteger von, adrInteger bis);
 
     // ---- Extent and regions ----
-    adrInteger liefereAnfAdr() const;   // 0xFFFFFFFF when empty
-    adrInteger liefereEndAdr() const;   // 0 when empty
+    adrInteger liefereAnfAdr() const;  // 0xFFFFFFFF when empty
+    adrInteger liefereEndAdr() const;  // 0 when empty
     // The first table row whose end is not below `adr`: von = max(row start,
     // adr), bis = row end. 0 and nothing changed when there is none.
     int liefereBereich(adrInteger adr, adrInteger& von, adrInteger& bis) const;
@@ -215,8 +214,8 @@ private:
     bool nimmtAllesAn() const;
 
     std::int32_t anzBereiche = 0;
-    std::vector<EpromBereichEintrag> bereiche;              // the region table
-    std::vector<std::unique_ptr<EpromSegment>> segmente;    // always one
+    std::vector<EpromBereichEintrag> bereiche;            // the region table
+    std::vector<std::unique_ptr<EpromSegment>> segmente;  // always one
 };
 
 // Hands out the bytes of rising addresses to the file writers: straight from
@@ -256,10 +255,10 @@ public:
 
 private:
     bool passt(adrInteger adr, adrInteger letzte);
-    static constexpr std::size_t hoechstens = std::size_t(1) << 20;   // bytes held at most
+    static constexpr std::size_t hoechstens = std::size_t(1) << 20;  // bytes held at most
 
     Eprom& eprom_;
     std::vector<std::uint8_t> puffer_;
     adrInteger anf_ = 0;
-    adrInteger sicherBis_ = 0;   // a run from anf_ up to here would be taken
+    adrInteger sicherBis_ = 0;  // a run from anf_ up to here would be taken
 };

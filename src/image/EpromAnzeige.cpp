@@ -29,18 +29,23 @@ std::uint64_t gleichBis(const std::uint8_t* p, std::uint64_t n, std::uint8_t w) 
 
 void Eprom::anzeigeBereiche(std::ostream& os) {
     os << std::hex << std::uppercase;
-    os << "Eprom" << " AnfAdr=" << liefereAnfAdr() << "  " << " EndAdr=" << liefereEndAdr() << "\n"
+    os << "Eprom"
+       << " AnfAdr=" << liefereAnfAdr() << "  "
+       << " EndAdr=" << liefereEndAdr() << "\n"
        << "\n";
     os << "Anzahl Eprombereiche: " << anzBereiche << "\n";
     for (std::size_t i = 0; i < bereiche.size(); ++i) {
         const EpromBereichEintrag& z = bereiche[i];
-        os << "[" << i << "] " << " SegNr=" << std::dec << z.segNr << std::hex << " AnfAdr=" << z.anfAdr
-           << " EndAdr=" << z.endAdr << "\n";
+        os << "[" << i << "] "
+           << " SegNr=" << std::dec << z.segNr << std::hex << " AnfAdr=" << z.anfAdr << " EndAdr=" << z.endAdr
+           << "\n";
     }
-    os << "\n" << "AnzahlSegmente: " << segmente.size() << "\n";
+    os << "\n"
+       << "AnzahlSegmente: " << segmente.size() << "\n";
     for (std::size_t i = 0; i < segmente.size(); ++i)
-        os << "[" << i << "] " << " AnfAdr=" << segmente[i]->liefereAnfAdr()
-           << " EndAdr=" << segmente[i]->liefereEndAdr() << "\n";
+        os << "[" << i << "] "
+           << " AnfAdr=" << segmente[i]->liefereAnfAdr() << " EndAdr=" << segmente[i]->liefereEndAdr()
+           << "\n";
     os << "\n";
 }
 
@@ -51,7 +56,8 @@ void Eprom::anzeigeBytes(adrInteger anf, adrInteger end, const String& kopf, std
     if (von < anfEpr || von > endEpr || bis < anfEpr || bis > endEpr) {
         std::ostringstream text;
         text << std::hex << std::uppercase << "Anfadr.: " << von << " (anfEpr:" << anfEpr << ") "
-             << " Endadr.: " << bis << " (endEpr:" << endEpr << ") " << "\n";
+             << " Endadr.: " << bis << " (endEpr:" << endEpr << ") "
+             << "\n";
         anzeigeBereiche(text);
         Fehler("EPR-ADR-NOT-IN-EPROM", "Eprom::anzeigeBytes", String(text.str()), 'E');
         if (anfEpr > von && endEpr > von) von = anfEpr;
@@ -129,7 +135,8 @@ std::uint32_t Eprom::anzeigeBelegung(std::ostream& os, adrInteger anf, adrIntege
                 const std::uint64_t n = s.laenge();
                 for (std::uint64_t j = 0; j < n;) {
                     const std::uint8_t w = s.anzSchr ? s.anzSchr[j] : 0;
-                    const std::uint64_t k = s.anzSchr ? j + 1 + gleichBis(s.anzSchr + j + 1, n - j - 1, w) : n;
+                    const std::uint64_t k =
+                        s.anzSchr ? j + 1 + gleichBis(s.anzSchr + j + 1, n - j - 1, w) : n;
                     if (offen && w != c) zeile(start, static_cast<adrInteger>(s.von + j - 1), c);
                     if (!offen || w != c) start = static_cast<adrInteger>(s.von + j), c = w, offen = true;
                     j = k;

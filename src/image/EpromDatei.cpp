@@ -129,7 +129,8 @@ public:
             const std::int64_t gesehen = Fehler::liefereBegrenzungsZaehler(g.label);
             Fehler::hebeBegrenzungAuf(g.label);
             if (gesehen > 5)
-                Fehler(String(g.label) + "-COUNT", funktion_, String("COUNT: " + klein(std::uint32_t(gesehen))), 'W');
+                Fehler(String(g.label) + "-COUNT", funktion_,
+                       String("COUNT: " + klein(std::uint32_t(gesehen))), 'W');
         }
     }
     ZeilenMeldungen(const ZeilenMeldungen&) = delete;
@@ -161,9 +162,12 @@ void EpromDatei::pruefeBereich(Eprom& eprom, const adrInteger* startAdresse, con
     std::ostringstream t;
     t << std::hex;
     if (startAdresse && *startAdresse < anfEpr)
-        t << *startAdresse << " < " << "[" << anfEpr << " ... " << endEpr << "]" << "\n";
+        t << *startAdresse << " < "
+          << "[" << anfEpr << " ... " << endEpr << "]"
+          << "\n";
     if (endAdresse && *endAdresse > endEpr)
-        t << "[" << anfEpr << " ... " << endEpr << "]" << " < " << *endAdresse << "\n";
+        t << "[" << anfEpr << " ... " << endEpr << "]"
+          << " < " << *endAdresse << "\n";
     von = startAdresse ? *startAdresse : anfEpr;
     bis = endAdresse ? *endAdresse : endEpr;
     if (bis < von) t << von << " > " << bis << "\n";
@@ -233,7 +237,8 @@ int EpromDateiIntel::lies(Eprom& eprom, const adrInteger* startAdresse, const ad
             switch (zeichenAn(z, 8)) {
             case '0':
                 // A damaged data line costs its own message only.
-                IntelHexZeileDaten(z).speichere(eprom, extAdr, startAdresse, endAdresse, externeAdresse, &sammler);
+                IntelHexZeileDaten(z).speichere(eprom, extAdr, startAdresse, endAdresse, externeAdresse,
+                                                &sammler);
                 break;
             case '1':
                 if (IntelHexZeileEnde(z).zerlege()) {
@@ -244,15 +249,9 @@ int EpromDateiIntel::lies(Eprom& eprom, const adrInteger* startAdresse, const ad
                     }
                 }
                 break;
-            case '2':
-                IntelHexZeileSegment(z).liefereBasis(extAdr);
-                break;
-            case '4':
-                IntelHexZeileLinear(z).liefereBasis(extAdr);
-                break;
-            default:
-                fmt();
-                break;
+            case '2': IntelHexZeileSegment(z).liefereBasis(extAdr); break;
+            case '4': IntelHexZeileLinear(z).liefereBasis(extAdr); break;
+            default: fmt(); break;
             }
             if (endeGefunden) break;
         }
@@ -281,7 +280,7 @@ int EpromDateiIntel::schreibe(Eprom& eprom, std::ostream& os, adrInteger von, ad
     // stream, after what is collected.
     HexAusgabe aus(os, true);
     EpromLeser leser(eprom);
-    IntelHexZeileDaten datenZeile;   // one for all lines: a fresh one costs clearing its bytes
+    IntelHexZeileDaten datenZeile;  // one for all lines: a fresh one costs clearing its bytes
     auto erweiterung = [&](adrInteger f) {
         aus.leere();
         if (lang)
@@ -368,23 +367,20 @@ int EpromDateiMotorola::lies(Eprom& eprom, const adrInteger* startAdresse, const
                 status = kopfZeile->zerlege();
                 break;
             case '1':
-                status = MotorolaHexZeileS1(z).speichere(eprom, startAdresse, endAdresse, externeAdresse, &sammler);
+                status = MotorolaHexZeileS1(z).speichere(eprom, startAdresse, endAdresse, externeAdresse,
+                                                         &sammler);
                 break;
             case '2':
-                status = MotorolaHexZeileS2(z).speichere(eprom, startAdresse, endAdresse, externeAdresse, &sammler);
+                status = MotorolaHexZeileS2(z).speichere(eprom, startAdresse, endAdresse, externeAdresse,
+                                                         &sammler);
                 break;
             case '3':
-                status = MotorolaHexZeileS3(z).speichere(eprom, startAdresse, endAdresse, externeAdresse, &sammler);
+                status = MotorolaHexZeileS3(z).speichere(eprom, startAdresse, endAdresse, externeAdresse,
+                                                         &sammler);
                 break;
-            case '7':
-                status = MotorolaHexZeileS7(z).zerlege();
-                break;
-            case '8':
-                status = MotorolaHexZeileS8(z).zerlege();
-                break;
-            case '9':
-                status = MotorolaHexZeileS9(z).zerlege();
-                break;
+            case '7': status = MotorolaHexZeileS7(z).zerlege(); break;
+            case '8': status = MotorolaHexZeileS8(z).zerlege(); break;
+            case '9': status = MotorolaHexZeileS9(z).zerlege(); break;
             default:
                 // status keeps the value of the line before; intended, so a
                 // bad line behind a bad line is counted twice.
@@ -575,7 +571,10 @@ int EpromDateiBinaer::schreibe(Eprom& eprom, const adrInteger* startAdresse, con
             const auto n = static_cast<std::uint32_t>(s.laenge());
             // The written bytes up to the first gap.
             const void* luecke = s.anzSchr ? std::memchr(s.anzSchr, 0, n) : s.anzSchr;
-            std::uint32_t gut = !s.anzSchr ? 0 : luecke ? static_cast<std::uint32_t>(static_cast<const std::uint8_t*>(luecke) - s.anzSchr) : n;
+            std::uint32_t gut =
+                !s.anzSchr ? 0
+                : luecke   ? static_cast<std::uint32_t>(static_cast<const std::uint8_t*>(luecke) - s.anzSchr)
+                           : n;
             if (s.imEprom && s.daten) {
                 os.write(reinterpret_cast<const char*>(s.daten), gut);
             } else {
@@ -588,8 +587,8 @@ int EpromDateiBinaer::schreibe(Eprom& eprom, const adrInteger* startAdresse, con
             }
             fortschritt += static_cast<dataInteger>(gut);
             if (gut < n) {
-                Fehler("GAP-IN-EPROM", "EpromDateiBinaer::schreibe",
-                       String(klein(von) + " - " + klein(bis)), 'E');
+                Fehler("GAP-IN-EPROM", "EpromDateiBinaer::schreibe", String(klein(von) + " - " + klein(bis)),
+                       'E');
                 ergebnis = 0;
                 return false;
             }
@@ -600,6 +599,7 @@ int EpromDateiBinaer::schreibe(Eprom& eprom, const adrInteger* startAdresse, con
     // What was not completed is thrown away; the file under the name stays
     // as it was.
     ausgabe.schliesseStill();
-    if (!ergebnis) Fehler("INVALID-DATA-FILE_REMOVED", "EpromDateiBinaer::schreibe ", datei.liefereGanz(), 'E');
+    if (!ergebnis)
+        Fehler("INVALID-DATA-FILE_REMOVED", "EpromDateiBinaer::schreibe ", datei.liefereGanz(), 'E');
     return ergebnis;
 }

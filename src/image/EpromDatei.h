@@ -106,9 +106,9 @@ public:
     int schreibe(Eprom& eprom, std::ostream& os, adrInteger von, adrInteger bis,
                  const adrInteger* externeAdresse) override;
 
-    std::int32_t modus = S3S7;   // set by the caller right after construction
+    std::int32_t modus = S3S7;  // set by the caller right after construction
     std::uint32_t nutzBytes;
-    std::unique_ptr<MotorolaHexZeileKopf> kopfZeile;   // the last S0 read
+    std::unique_ptr<MotorolaHexZeileKopf> kopfZeile;  // the last S0 read
 };
 
 class EpromDateiBinaer : public EpromDatei {

@@ -42,7 +42,8 @@ inline const std::uint16_t* paarWerte() {
     return tabelle.data();
 }
 inline std::uint16_t paarWert(const char* p) {
-    return paarWerte()[static_cast<unsigned char>(p[0]) | static_cast<unsigned>(static_cast<unsigned char>(p[1])) << 8];
+    return paarWerte()[static_cast<unsigned char>(p[0]) |
+                       static_cast<unsigned>(static_cast<unsigned char>(p[1])) << 8];
 }
 inline bool istLeer(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';

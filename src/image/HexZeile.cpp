@@ -21,7 +21,8 @@ namespace {
 
 // Stores n bytes from rising image addresses, going on past a refused byte
 // and wrapping past 0xFFFFFFFF as addresses do. 1 if every byte went in.
-int speichereAlle(Eprom& eprom, adrInteger adr, const std::uint8_t* p, std::uint32_t n, EpromSammler* sammler) {
+int speichereAlle(Eprom& eprom, adrInteger adr, const std::uint8_t* p, std::uint32_t n,
+                  EpromSammler* sammler) {
     if (sammler && sammler->nimm(adr, p, n)) return 1;
     int ok = 1;
     std::uint32_t i = 0;
@@ -151,7 +152,8 @@ int IntelHexZeile::zerlege() {
     pruefsumme = by[4 + anzahl];
     std::uint32_t berechnet = (0u - summe) & 0xFF;
     if (pruefsumme != berechnet) {
-        std::string t = ziffern(text_, text_.size()) + "\n    " + klein(berechnet) + " != " + klein(pruefsumme);
+        std::string t =
+            ziffern(text_, text_.size()) + "\n    " + klein(berechnet) + " != " + klein(pruefsumme);
         Fehler("HEXFILE-CHKSUM", "IntelHexZeile::zerlege", String(t), 'W');
         return 0;
     }
@@ -297,7 +299,10 @@ int schreibeLinearZeile(std::ostream& os, adrInteger adr, adrInteger& basis) {
 
 MotorolaHexZeile::MotorolaHexZeile(char typZiffer, int adrBytes, std::string_view zeile, bool mitText)
     : laenge(static_cast<std::int16_t>(std::min<std::size_t>(zeile.size(), 0x7FFF))),
-      typZiffer_(typZiffer), adrBytes_(adrBytes), hatEingabe_(mitText), text_(zeile) {}
+      typZiffer_(typZiffer),
+      adrBytes_(adrBytes),
+      hatEingabe_(mitText),
+      text_(zeile) {}
 
 int MotorolaHexZeile::liesHexPaar(std::uint32_t& w) {
     if (lesePos_ + 2 > anzZiffern_) return 0;
@@ -363,7 +368,8 @@ int MotorolaHexZeile::zerlege() {
         char c = text_[i];
         int v = wert(c);
         if (v >= 0) {
-            if (gesammelt < static_cast<int>(sizeof ziffern_)) ziffern_[gesammelt++] = static_cast<std::uint8_t>(v);
+            if (gesammelt < static_cast<int>(sizeof ziffern_))
+                ziffern_[gesammelt++] = static_cast<std::uint8_t>(v);
         } else if (istLeer(c)) {
             ++leer;
         } else {
@@ -388,8 +394,8 @@ int MotorolaHexZeile::zerlege() {
     anzahl = static_cast<std::int16_t>(zaehl);
     int adresseOk = liesAdresse();
     if (laenge != anzahl * 2 + 2 || !adresseOk) {
-        std::string detail = alle() + "\n    " + klein(static_cast<std::uint32_t>((laenge - 2) / 2)) + " != " +
-                        klein(static_cast<std::uint16_t>(anzahl));
+        std::string detail = alle() + "\n    " + klein(static_cast<std::uint32_t>((laenge - 2) / 2)) +
+                             " != " + klein(static_cast<std::uint16_t>(anzahl));
         Fehler("HEXFILE-BYTECOUNT", "MotorolaHexZeile::zerlege", String(detail), 'W');
         return 0;
     }
@@ -489,7 +495,8 @@ int MotorolaHexZeileDaten::speichere(Eprom& eprom, const adrInteger* anfAdr, con
             continue;
         }
         // A run inside the window that does not wrap; refusals are not looked at.
-        std::uint32_t lauf = static_cast<std::uint32_t>(std::min<std::uint64_t>(n - i, std::uint64_t(hi) - a + 1));
+        std::uint32_t lauf =
+            static_cast<std::uint32_t>(std::min<std::uint64_t>(n - i, std::uint64_t(hi) - a + 1));
         speichereAlle(eprom, a, daten + i, lauf, sammler);
         i += lauf;
     }

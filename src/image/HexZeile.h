@@ -36,8 +36,8 @@ class IntelHexZeile {
 public:
     static constexpr std::uint32_t maxDaten = 255;
 
-    explicit IntelHexZeile(std::string_view zeile);   // for reading
-    IntelHexZeile();                                   // for writing
+    explicit IntelHexZeile(std::string_view zeile);  // for reading
+    IntelHexZeile();                                 // for writing
     virtual ~IntelHexZeile() = default;
 
     // Decodes the line; 1 or 0. A line shorter than 11 characters gives 0
@@ -46,11 +46,11 @@ public:
 
     std::uint32_t anzahl = 0;
     std::uint32_t adrHoch = 0, adrTief = 0;
-    std::uint32_t adresse = 0;   // adrHoch * 256 + adrTief (+ base, for data)
+    std::uint32_t adresse = 0;  // adrHoch * 256 + adrTief (+ base, for data)
     std::uint32_t typ = 0;
-    std::uint8_t daten[maxDaten + 1];   // the first `anzahl` are valid
+    std::uint8_t daten[maxDaten + 1];  // the first `anzahl` are valid
     std::uint32_t pruefsumme = 0;
-    std::int32_t laenge = 0;     // characters less white space
+    std::int32_t laenge = 0;  // characters less white space
 
 protected:
     std::string_view text_;
@@ -124,11 +124,11 @@ public:
     char liefereTyp() const { return typZiffer_; }
     int liefereAdrBytes() const { return adrBytes_; }
 
-    std::int16_t anzahl = 0;     // data bytes, after decoding
+    std::int16_t anzahl = 0;  // data bytes, after decoding
     adrInteger adresse = 0;
     std::uint32_t summe = 0;
-    std::uint8_t daten[maxDaten + 1];   // the first `anzahl` are valid
-    std::int16_t laenge = 0;     // characters not yet consumed
+    std::uint8_t daten[maxDaten + 1];  // the first `anzahl` are valid
+    std::int16_t laenge = 0;           // characters not yet consumed
 
 protected:
     MotorolaHexZeile(char typZiffer, int adrBytes, std::string_view zeile, bool mitText);
@@ -162,7 +162,8 @@ public:
     // Writes one record of `anzahl` bytes from `adr` of the image with the
     // file address `fileAdr`; 0 when a byte was not in the image.
     int schreibe(std::ostream& os, Eprom& eprom, adrInteger adr, adrInteger fileAdr, std::uint32_t anzahl);
-    int schreibe(HexAusgabe& aus, EpromLeser& leser, adrInteger adr, adrInteger fileAdr, std::uint32_t anzahl);
+    int schreibe(HexAusgabe& aus, EpromLeser& leser, adrInteger adr, adrInteger fileAdr,
+                 std::uint32_t anzahl);
 
 protected:
     using MotorolaHexZeile::MotorolaHexZeile;

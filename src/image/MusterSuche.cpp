@@ -12,16 +12,14 @@
 
 MusterSuche::BildLeser::BildLeser(Eprom& e) : eprom_(e), frei_(e.istFrei() != 0) {}
 
-bool MusterSuche::BildLeser::veraendert(adrInteger adr) const
-{
+bool MusterSuche::BildLeser::veraendert(adrInteger adr) const {
     if (!frei_) return false;
     int code;
     adrInteger grenze;
     return eprom_.liefereSegment(0).findeBereich(adr, code, grenze) == nullptr;
 }
 
-const std::uint8_t* MusterSuche::BildLeser::zeige(adrInteger adr, adrInteger grenze, std::uint64_t& letzte)
-{
+const std::uint8_t* MusterSuche::BildLeser::zeige(adrInteger adr, adrInteger grenze, std::uint64_t& letzte) {
     // A stretch never crosses a window of a free image, so the read leaves
     // behind at most the region of the window it starts in.
     EpromStrecke strecke;
@@ -37,8 +35,7 @@ const std::uint8_t* MusterSuche::BildLeser::zeige(adrInteger adr, adrInteger gre
 // MusterSuche
 
 MusterSuche::MusterSuche(Eprom& e, const std::vector<std::uint8_t>& m, adrInteger v, adrInteger b)
-    : eprom_(e), leser_(e), muster_(m), laenge_(m.size()), bis_(b), s_(v)
-{
+    : eprom_(e), leser_(e), muster_(m), laenge_(m.size()), bis_(b), s_(v) {
     if (laenge_ == 0) {
         fertig_ = true;
         return;
@@ -55,8 +52,7 @@ MusterSuche::MusterSuche(Eprom& e, const std::vector<std::uint8_t>& m, adrIntege
     ringMaske_ = groesse - 1;
 }
 
-bool MusterSuche::neueZeile()
-{
+bool MusterSuche::neueZeile() {
     if (s_ > bis_) return false;
     adrInteger von, ende;
     if (!eprom_.liefereBereich(static_cast<adrInteger>(s_), von, ende)) return false;
@@ -69,15 +65,13 @@ bool MusterSuche::neueZeile()
     return true;
 }
 
-void MusterSuche::weiter()
-{
+void MusterSuche::weiter() {
     // The same step as in laufeZeile, two bytes behind a first byte that
     // matched; intended.
     s_ += ring_[s_ & ringMaske_] == muster_[0] ? 2 : 1;
 }
 
-bool MusterSuche::liestX()
-{
+bool MusterSuche::liestX() {
     // The starts whose comparison would reach x are those whose bytes up to
     // x - 1 are a prefix of the pattern: the prefix lengths of the automaton
     // state and of its borders.
@@ -91,8 +85,7 @@ bool MusterSuche::liestX()
     return false;
 }
 
-int MusterSuche::naechster(adrInteger& treffer)
-{
+int MusterSuche::naechster(adrInteger& treffer) {
     while (!fertig_) {
         if (!inZeile_) {
             if (!neueZeile()) break;
@@ -105,9 +98,8 @@ int MusterSuche::naechster(adrInteger& treffer)
     return 0;
 }
 
-bool MusterSuche::springe(std::uint64_t& sl, std::uint64_t& xl, const std::uint8_t* block, std::uint64_t blockAnf,
-                          std::uint64_t bisLesbar, std::uint64_t letzterStart)
-{
+bool MusterSuche::springe(std::uint64_t& sl, std::uint64_t& xl, const std::uint8_t* block,
+                          std::uint64_t blockAnf, std::uint64_t bisLesbar, std::uint64_t letzterStart) {
     // With the automaton empty, a start can only match at a byte equal to
     // the pattern's first. Where the starts still open and the bytes ahead
     // hold none, each of those starts fails and steps by one: memchr finds
@@ -122,7 +114,8 @@ bool MusterSuche::springe(std::uint64_t& sl, std::uint64_t& xl, const std::uint8
     if (bis < xl + 64) return false;
     const std::uint8_t* q = block + (xl - blockAnf);
     const void* f = std::memchr(q, erstes, bis - xl + 1);
-    const std::uint64_t p = f ? xl + static_cast<std::uint64_t>(static_cast<const std::uint8_t*>(f) - q) : bis + 1;
+    const std::uint64_t p =
+        f ? xl + static_cast<std::uint64_t>(static_cast<const std::uint8_t*>(f) - q) : bis + 1;
     if (p < xl + 64) return false;
     for (std::uint64_t t = std::max(xl, p - std::min<std::uint64_t>(p, laenge_)); t < p; ++t)
         ring_[t & ringMaske_] = block[t - blockAnf];
@@ -131,8 +124,7 @@ bool MusterSuche::springe(std::uint64_t& sl, std::uint64_t& xl, const std::uint8
     return true;
 }
 
-bool MusterSuche::laufeZeile(adrInteger& treffer)
-{
+bool MusterSuche::laufeZeile(adrInteger& treffer) {
     // The state in locals: the ring's byte stores could otherwise alias
     // every member and force reloads per byte.
     const std::uint8_t* const m = muster_.data();
@@ -173,7 +165,8 @@ bool MusterSuche::laufeZeile(adrInteger& treffer)
                 block = leser_.zeige(static_cast<adrInteger>(xl), static_cast<adrInteger>(ende), blockEnde);
                 blockAnf = xl;
             }
-            if (ql == 0 && springe(sl, xl, block, blockAnf, std::min(blockEnde, ende), letzterStart)) continue;
+            if (ql == 0 && springe(sl, xl, block, blockAnf, std::min(blockEnde, ende), letzterStart))
+                continue;
             const std::uint8_t c = block[xl - blockAnf];
             ri[xl & maske] = c;
             while (ql > 0 && (ql == lang || m[ql] != c)) ql = r[ql];
@@ -204,8 +197,7 @@ bool MusterSuche::laufeZeile(adrInteger& treffer)
 // ---------------------------------------------------------------------------
 // Search texts
 
-bool leseMuster(String& text, int hex, std::vector<std::uint8_t>& bytes)
-{
+bool leseMuster(String& text, int hex, std::vector<std::uint8_t>& bytes) {
     bytes.clear();
     text.entferneHinten();
     if (!hex) {

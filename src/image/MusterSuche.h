@@ -53,7 +53,8 @@ private:
         Eprom& eprom_;
         bool frei_;
         static constexpr std::size_t blockGroesse = 65536;
-        std::vector<std::uint8_t> nullen_ = std::vector<std::uint8_t>(blockGroesse, 0);   // what storage-less stretches read
+        std::vector<std::uint8_t> nullen_ =
+            std::vector<std::uint8_t>(blockGroesse, 0);  // what storage-less stretches read
     };
 
     bool neueZeile();
@@ -67,16 +68,16 @@ private:
     BildLeser leser_;
     std::vector<std::uint8_t> muster_;
     std::size_t laenge_;
-    std::vector<std::size_t> rand_;     // rand_[i]: longest border of the first i bytes
-    std::vector<std::uint8_t> ring_;    // at least the last `laenge_` bytes read, by address
-    std::uint64_t ringMaske_ = 0;       // ring size less 1, a power of two
+    std::vector<std::size_t> rand_;   // rand_[i]: longest border of the first i bytes
+    std::vector<std::uint8_t> ring_;  // at least the last `laenge_` bytes read, by address
+    std::uint64_t ringMaske_ = 0;     // ring size less 1, a power of two
     std::uint64_t bis_;
-    std::uint64_t s_;                   // the start being tried
-    std::uint64_t x_ = 0;               // the next byte for the automaton
-    std::uint64_t g_ = 0;               // last start of the present region
-    std::uint64_t textEnde_ = 0;        // last byte that may be read for it
-    std::size_t q_ = 0;                 // automaton: length of the prefix read
-    const std::uint8_t* block_ = nullptr;   // the reader's bytes blockAnf_ .. blockEnde_
+    std::uint64_t s_;                      // the start being tried
+    std::uint64_t x_ = 0;                  // the next byte for the automaton
+    std::uint64_t g_ = 0;                  // last start of the present region
+    std::uint64_t textEnde_ = 0;           // last byte that may be read for it
+    std::size_t q_ = 0;                    // automaton: length of the prefix read
+    const std::uint8_t* block_ = nullptr;  // the reader's bytes blockAnf_ .. blockEnde_
     std::uint64_t blockAnf_ = 0, blockEnde_ = 0;
     bool inZeile_ = false;
     bool fertig_ = false;

@@ -126,12 +126,13 @@ int Compiler::definiere(const String& wert) {
         Fehler("CMD-PARAM-NUM", "Compiler::insertParam", aktuelleZeile, 'W');
         return 0;
     }
-    definition.release();   // the list owns it now
+    definition.release();  // the list owns it now
     return 1;
 }
 
 const String* Compiler::liefereDefinition(const String& schluessel) const {
-    const auto* d = static_cast<const KdoDefinition*>(definitionen_.sucheElementF(schluessel, ListenSuche::JEDE_AUSWAHL, ListenSuche::STILL, ListenSuche::EXAKT));
+    const auto* d = static_cast<const KdoDefinition*>(definitionen_.sucheElementF(
+        schluessel, ListenSuche::JEDE_AUSWAHL, ListenSuche::STILL, ListenSuche::EXAKT));
     return d ? &d->wert_ : nullptr;
 }
 
@@ -236,7 +237,8 @@ KdoStatus Compiler::ausfuehreBatch(const String& dateiName, DynArray<String>* p,
             if (!mitDatei) {
                 const KdoObjektBasis* o = aktuellesObjekt();
                 if (promptEingabe)
-                    promptEingabe->zeigePrompt((String(praefix) + "<" + typVon(o) + ">" + nameVon(o) + "> ").str());
+                    promptEingabe->zeigePrompt(
+                        (String(praefix) + "<" + typVon(o) + ">" + nameVon(o) + "> ").str());
                 else
                     std::cout << praefix << '<' << typVon(o) << '>' << nameVon(o) << "> " << std::flush;
             }
@@ -258,7 +260,8 @@ KdoStatus Compiler::ausfuehreBatch(const String& dateiName, DynArray<String>* p,
         c.compileStream(dateiName, eingabe, zaehler);
 
         // At the prompt there is nothing to return from.
-        if (!mitDatei && (lz().compilerStatus == KdoStatus::Return || lz().compilerStatus == KdoStatus::ReturnMain))
+        if (!mitDatei &&
+            (lz().compilerStatus == KdoStatus::Return || lz().compilerStatus == KdoStatus::ReturnMain))
             lz().compilerStatus = KdoStatus::Kein;
     }
     // `return` ends this procedure only; `returnMain` and `exit` go on up.
@@ -300,7 +303,8 @@ public:
         Fehler::hebeBegrenzungAuf(syntaxLabel);
         if (gesehen > syntaxBoxenJeZeile) {
             std::ostringstream detail;
-            detail << "COUNT: " << std::hex << gesehen << ", " << gesehen - syntaxBoxenJeZeile << " nicht gezeigt";
+            detail << "COUNT: " << std::hex << gesehen << ", " << gesehen - syntaxBoxenJeZeile
+                   << " nicht gezeigt";
             Fehler("CMD-SYNTAX-ERROR-COUNT", "Compiler::compileStream", String(detail.str()), 'S');
         }
     }
@@ -325,7 +329,8 @@ int Compiler::compileStream(const String& name, std::istream& strom, dataInteger
             fehler = parse();
         } catch (const std::bad_alloc&) {
             Fehler::zusatzZeile = nullptr;
-            Fehler("CMD-NOMEMORY", "Compiler::compileStream", "zu wenig Speicher, die Zeile ist abgebrochen", 'E');
+            Fehler("CMD-NOMEMORY", "Compiler::compileStream", "zu wenig Speicher, die Zeile ist abgebrochen",
+                   'E');
             fehler = 1;
         }
     }

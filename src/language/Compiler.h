@@ -125,7 +125,6 @@ public:
     // Null unless standard input and output are a terminal with an editor.
     static PromptEingabe* promptEingabe;
 
-
     // The parser's hooks and semantic actions; see KdoParser.
     void errorMessage() override;
 
@@ -193,9 +192,9 @@ private:
     // the key is taken. 1 if inserted.
     int definiere(const String& wert);
 
-    ListeSort definitionen_;   // of KdoDefinition, owning
+    ListeSort definitionen_;  // of KdoDefinition, owning
     dataInteger zahl_ = 0;
-    String wort_;              // at most 1023 bytes
+    String wort_;  // at most 1023 bytes
     String dateiName_;
     String grammatikName_;
     String zielName_;

@@ -73,18 +73,19 @@ void Compiler::hilfeAusfuehreTrans() {
 
 void Compiler::hilfeUmsetze() {
     zeilen({"umsetze", "        DateiName       umzusetzende Datei", "        DAT oder SYSOSP",
-            "        DateiName oder Objekt   Grammatik-Datei oder -Objekt", "        DateiName       Ausgabedatei",
-            ""});
+            "        DateiName oder Objekt   Grammatik-Datei oder -Objekt",
+            "        DateiName       Ausgabedatei", ""});
 }
 
 // The two enum lines name the same three words in different orders: kept.
 void Compiler::hilfeKdoOTypCheck() {
-    zeilen({"kdoOTypCheck", "        KdoOTyp         typ", "        enum{exit,returnMain,return} exitStatus", ""});
+    zeilen({"kdoOTypCheck", "        KdoOTyp         typ", "        enum{exit,returnMain,return} exitStatus",
+            ""});
 }
 
 void Compiler::hilfeImFehlerfall() {
-    zeilen({"imFehlerfall", "        String         fehlername", "        Enum{exit,return,returnMain} exitStatus",
-            ""});
+    zeilen({"imFehlerfall", "        String         fehlername",
+            "        Enum{exit,return,returnMain} exitStatus", ""});
 }
 
 // anweisung -> ANZEIGEKDOOBJEKTE "(" ")" ZEILENENDE
@@ -93,7 +94,8 @@ void Compiler::anzeigeKdoObjekte() {
     strom << "Das aktuelle Kommando-Objekt hat folgende direkte Nachfolger:\n";
     if (kdoBaum()) {
         KdoBaumKnoten* iterator = nullptr;
-        while (KdoObjektBasis* sohn = kdoBaum()->naechsterSohn(iterator)) strom << sohn->liefereVollenNamen() << '\n';
+        while (KdoObjektBasis* sohn = kdoBaum()->naechsterSohn(iterator))
+            strom << sohn->liefereVollenNamen() << '\n';
     }
     strom.flush();
 }

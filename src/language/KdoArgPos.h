@@ -37,8 +37,17 @@ struct ArgPos {
 // The families of accessors (`liefereArgWert...`) an argument can serve.
 namespace KdoZugriff {
 enum : unsigned {
-    Int = 1u << 0, IntHex = 1u << 1, CharHex = 1u << 2, Phys = 1u << 3, Bool = 1u << 4, Str = 1u << 5,
-    Liste = 1u << 6, Datei = 1u << 7, KdoObjekt = 1u << 8, WP = 1u << 9, WPStr = 1u << 10,
+    Int = 1u << 0,
+    IntHex = 1u << 1,
+    CharHex = 1u << 2,
+    Phys = 1u << 3,
+    Bool = 1u << 4,
+    Str = 1u << 5,
+    Liste = 1u << 6,
+    Datei = 1u << 7,
+    KdoObjekt = 1u << 8,
+    WP = 1u << 9,
+    WPStr = 1u << 10,
     DynArrStr = 1u << 11,
     Alle = (1u << 12) - 1
 };
@@ -49,18 +58,24 @@ enum : unsigned {
 constexpr unsigned kdoZugriffe(KdoArgTyp typ) {
     namespace Z = KdoZugriff;
     switch (typ) {
-    case KdoArgTyp::Integer: case KdoArgTyp::Enum: return Z::Int;
+    case KdoArgTyp::Integer:
+    case KdoArgTyp::Enum: return Z::Int;
     case KdoArgTyp::BoolInteger: return Z::Int | Z::Bool;
     case KdoArgTyp::IntegerHex: return Z::IntHex | Z::CharHex;
     case KdoArgTyp::BoolIntegerHex: return Z::IntHex | Z::CharHex | Z::Bool;
     case KdoArgTyp::Phys: return Z::Phys;
     case KdoArgTyp::Bool: return Z::Bool;
-    case KdoArgTyp::Wort: case KdoArgTyp::NameInListe: case KdoArgTyp::LString: case KdoArgTyp::String:
+    case KdoArgTyp::Wort:
+    case KdoArgTyp::NameInListe:
+    case KdoArgTyp::LString:
+    case KdoArgTyp::String:
     case KdoArgTyp::RegExpr: return Z::Str;
-    case KdoArgTyp::BoolWort: case KdoArgTyp::BoolNameInListe: return Z::Str | Z::Bool;
+    case KdoArgTyp::BoolWort:
+    case KdoArgTyp::BoolNameInListe: return Z::Str | Z::Bool;
     case KdoArgTyp::NamenInListe: return Z::Str | Z::Liste;
     case KdoArgTyp::BoolNamenInListe: return Z::Str | Z::Liste | Z::Bool;
-    case KdoArgTyp::DateiName: case KdoArgTyp::DateiPfad: return Z::Datei;
+    case KdoArgTyp::DateiName:
+    case KdoArgTyp::DateiPfad: return Z::Datei;
     case KdoArgTyp::KdoObjekt: return Z::KdoObjekt;
     case KdoArgTyp::BoolKdoObjekt: return Z::KdoObjekt | Z::Bool;
     case KdoArgTyp::WPListe: return Z::WP;
@@ -90,7 +105,9 @@ public:
     YesNo& liefereArgWertBool() const requires(dient(KdoZugriff::Bool)) { return a_.liefereArgWertBool(); }
     String& liefereArgWertStr() const requires(dient(KdoZugriff::Str)) { return a_.liefereArgWertStr(); }
     int liefereArgWertListe() const requires(dient(KdoZugriff::Liste)) { return a_.liefereArgWertListe(); }
-    DateiName& liefereArgWertDatei() const requires(dient(KdoZugriff::Datei)) { return a_.liefereArgWertDatei(); }
+    DateiName& liefereArgWertDatei() const requires(dient(KdoZugriff::Datei)) {
+        return a_.liefereArgWertDatei();
+    }
     ::KdoObjekt* liefereArgWertKdoObjekt() const requires(dient(KdoZugriff::KdoObjekt)) {
         return a_.liefereArgWertKdoObjekt();
     }

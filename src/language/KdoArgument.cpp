@@ -11,9 +11,7 @@
 
 KdoArgument::KdoArgument(const String& argName) : name_(argName) {}
 
-void KdoArgument::ausgabe(std::ostream& strom) const {
-    strom << liefereTypName();
-}
+void KdoArgument::ausgabe(std::ostream& strom) const { strom << liefereTypName(); }
 
 String KdoArgument::typText() const {
     std::ostringstream s;
@@ -91,49 +89,31 @@ DynArray<String>& KdoArgument::liefereArgWertDynArrStr() {
     falscheMethode("liefereArgWertDynArrStr", "ParameterListe");
     return dummy<DynArray<String>>();
 }
-void KdoArgument::setzeArgWertInt(const dataInteger&) {
-    falscheMethode("setzeArgWertInt", "dataInteger");
-}
+void KdoArgument::setzeArgWertInt(const dataInteger&) { falscheMethode("setzeArgWertInt", "dataInteger"); }
 void KdoArgument::setzeArgWertIntHex(const adrInteger&) {
     falscheMethode("setzeArgWertIntHex", "adrInteger");
 }
 void KdoArgument::setzeArgWertCharHex(const unsigned char&) {
     falscheMethode("setzeArgWertCharHex", "unsigned char");
 }
-void KdoArgument::setzeArgWertPhys(const dataPhys&) {
-    falscheMethode("setzeArgWertPhys", "dataPhys");
-}
-void KdoArgument::setzeArgWertBool(const YesNo&) {
-    falscheMethode("setzeArgWertBool", "YesNo");
-}
-void KdoArgument::setzeArgWertStr(const String&) {
-    falscheMethode("setzeArgWertStr", "String");
-}
-void KdoArgument::setzeArgWertListe(const String&) {
-    falscheMethode("setzeArgWertListe", "Liste");
-}
-void KdoArgument::setzeArgWertDatei(const DateiName&) {
-    falscheMethode("setzeArgWertDatei", "DateiName");
-}
-void KdoArgument::setzeArgWertKdoObjekt(KdoObjekt*) {
-    falscheMethode("setzeArgWertKdoObjekt", "KdoObjekt");
-}
+void KdoArgument::setzeArgWertPhys(const dataPhys&) { falscheMethode("setzeArgWertPhys", "dataPhys"); }
+void KdoArgument::setzeArgWertBool(const YesNo&) { falscheMethode("setzeArgWertBool", "YesNo"); }
+void KdoArgument::setzeArgWertStr(const String&) { falscheMethode("setzeArgWertStr", "String"); }
+void KdoArgument::setzeArgWertListe(const String&) { falscheMethode("setzeArgWertListe", "Liste"); }
+void KdoArgument::setzeArgWertDatei(const DateiName&) { falscheMethode("setzeArgWertDatei", "DateiName"); }
+void KdoArgument::setzeArgWertKdoObjekt(KdoObjekt*) { falscheMethode("setzeArgWertKdoObjekt", "KdoObjekt"); }
 void KdoArgument::setzeArgWertWP(std::uint16_t, const WertePaar&) {
     falscheMethode("setzeArgWertWP", "WPListe");
 }
 void KdoArgument::setzeArgWertWPStr(std::uint16_t, const WertePaarStr&) {
     falscheMethode("setzeArgWertWPStr", "WPStrListe");
 }
-void KdoArgument::initWPListe() {
-    falscheMethode("initWPListe", "WPListe");
-}
+void KdoArgument::initWPListe() { falscheMethode("initWPListe", "WPListe"); }
 std::int32_t KdoArgument::liefereAnzahlWP() {
     falscheMethode("liefereAnzahlWP", "WPListe");
     return 0;
 }
-void KdoArgument::initWPStrListe() {
-    falscheMethode("initWPStrListe", "WPStrListe");
-}
+void KdoArgument::initWPStrListe() { falscheMethode("initWPStrListe", "WPStrListe"); }
 std::int32_t KdoArgument::liefereAnzahlWPStr() {
     falscheMethode("liefereAnzahlWPStr", "WPStrListe");
     return 0;
@@ -147,8 +127,8 @@ bool KdoArgument::istLeerzeichen(int c) {
 }
 
 bool KdoArgument::istWortZeichen(int c) {
-    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') ||
-           c == '$' || c == '%' || c == '.' || c == '_';
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '$' ||
+           c == '%' || c == '.' || c == '_';
 }
 
 void KdoArgument::ueberspringe(std::istream& strom) {
@@ -256,7 +236,9 @@ int liesMitVorzeichen(std::istream& strom, bool hex, dataInteger& wert) {
 }
 }  // namespace
 
-int KdoArgument::liesDezimal(std::istream& strom, dataInteger& wert) { return liesMitVorzeichen(strom, false, wert); }
+int KdoArgument::liesDezimal(std::istream& strom, dataInteger& wert) {
+    return liesMitVorzeichen(strom, false, wert);
+}
 
 int KdoArgument::liesHex(std::istream& strom, adrInteger& wert) {
     bool negativ = false;
@@ -311,9 +293,7 @@ void KdoArgument::meldeKlammer(AnwKommando& anw, const char* funktion) {
     Fehler("CMD-ARGPARENTHESIS", funktion, anw.liefereText(), 'E');
 }
 
-KdoArgument::Token KdoArgument::liesToken(AnwKommando&, std::istream&) {
-    return Fehlgeschlagen;
-}
+KdoArgument::Token KdoArgument::liesToken(AnwKommando&, std::istream&) { return Fehlgeschlagen; }
 
 bool KdoArgument::oeffne(AnwKommando& anw, const char* funktion) {
     std::istream& strom = anw.liefereStrom();

@@ -26,9 +26,28 @@ class TextFeld;
 
 // Type codes, in the order of the argument classes.
 enum class KdoArgTyp : int {
-    Integer = 0, BoolInteger, IntegerHex, BoolIntegerHex, Phys, Bool, Wort, BoolWort,
-    NameInListe, BoolNameInListe, LString, String, NamenInListe, BoolNamenInListe,
-    DateiName, DateiPfad, KdoObjekt, BoolKdoObjekt, RegExpr, Enum, WPListe, WPStrListe,
+    Integer = 0,
+    BoolInteger,
+    IntegerHex,
+    BoolIntegerHex,
+    Phys,
+    Bool,
+    Wort,
+    BoolWort,
+    NameInListe,
+    BoolNameInListe,
+    LString,
+    String,
+    NamenInListe,
+    BoolNamenInListe,
+    DateiName,
+    DateiPfad,
+    KdoObjekt,
+    BoolKdoObjekt,
+    RegExpr,
+    Enum,
+    WPListe,
+    WPStrListe,
     ParameterListe,
     Anzahl
 };
@@ -48,8 +67,8 @@ public:
     virtual const TextFeld* liefereEnumWerte();
     virtual void zeigeWert(std::ostream& strom) const = 0;
     virtual void zeigeVorgabe(std::ostream& strom) const = 0;
-    virtual void ladeVorgabe() = 0;    // current := default
-    virtual void merkeVorgabe() = 0;   // default := current
+    virtual void ladeVorgabe() = 0;   // current := default
+    virtual void merkeVorgabe() = 0;  // default := current
     // Reads this argument's place of the command text. With definition 1
     // the value read also becomes the default. 1 on success.
     virtual int interpretiere(AnwKommando& anw, int definition) = 0;
@@ -124,8 +143,8 @@ protected:
     void meldeFalsch(AnwKommando& anw, std::streampos position, const char* funktion);
     void meldeKlammer(AnwKommando& anw, const char* funktion);
     // The wrong-argument layout of a detail.
-    String falschDetail(const String& kommandoText, const String& text,
-                        const char* einzug = "\t     ", const char* trenner = "  ") const;
+    String falschDetail(const String& kommandoText, const String& text, const char* einzug = "\t     ",
+                        const char* trenner = "  ") const;
     // "CMD-WRONGARGMETHOD" for an accessor this class does not serve.
     void falscheMethode(const char* operation, const char* typWort) const;
 
@@ -142,5 +161,5 @@ protected:
     static bool istLeerzeichen(int c);
 
     String name_;
-    String eingabe_;   // scratch text of the last token
+    String eingabe_;  // scratch text of the last token
 };

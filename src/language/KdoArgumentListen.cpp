@@ -21,8 +21,8 @@ int KdoArgumentNamenInListe::interpretiere(AnwKommando& anw, int definition) {
     std::istream& strom = anw.liefereStrom();
     ueberspringe(strom);
     // The messages name the reader that the first byte chose.
-    const char* funktion = strom.peek() == '"' ? "KdoArgumentString::interpretiere"
-                                               : "KdoArgumentWort::interpretiere";
+    const char* funktion =
+        strom.peek() == '"' ? "KdoArgumentString::interpretiere" : "KdoArgumentWort::interpretiere";
     return rahmenAbToken(anw, definition, funktion);
 }
 
@@ -36,8 +36,7 @@ Liste* KdoArgumentNamenInListe::liefereListe() {
     Liste* liste = objekt ? objekt->liefereListeFuerKdoArg(name_) : nullptr;
     if (!liste) {
         Fehler("INT-CMD-ARG-LIST-NOT-EXIST", "KdoArgumentNamenInListe::liefereListe",
-               String("Obj: ") + (objekt ? objekt->liefereName() : String()) + "  " + "Liste: " + name_,
-               'E');
+               String("Obj: ") + (objekt ? objekt->liefereName() : String()) + "  " + "Liste: " + name_, 'E');
     }
     return liste;
 }
@@ -53,7 +52,8 @@ int KdoArgumentNamenInListe::waehleAus(Liste& liste) {
     int alle = 1;
     for (int i = 0; i < anzahl; ++i) {
         teile[i].trimme();
-        if (ListenElement* e = liste.sucheElementF(teile[i], ListenSuche::JEDE_AUSWAHL, ListenSuche::MELDEN, ListenSuche::EXAKT)) {
+        if (ListenElement* e = liste.sucheElementF(teile[i], ListenSuche::JEDE_AUSWAHL, ListenSuche::MELDEN,
+                                                   ListenSuche::EXAKT)) {
             e->auswahl = 2;
         } else {
             alle = 0;
@@ -81,15 +81,17 @@ int KdoArgumentBoolNamenInListe::interpretiere(AnwKommando& anw, int definition)
         const int c2 = strom.get();
         if (c2 == platzhalter_) {
             ueberspringe(strom);
-            strom.get();   // the closing quote
+            strom.get();  // the closing quote
             if (folgtEnde(strom)) {
                 gesetzt_ = 0;
                 aktuell_ = String();
                 if (definition == 1) merkeVorgabe();
                 return 1;
             }
-            if (!strom.good()) meldeKlammer(anw, funktion);
-            else meldeFalsch(anw, pos, funktion);
+            if (!strom.good())
+                meldeKlammer(anw, funktion);
+            else
+                meldeFalsch(anw, pos, funktion);
             return 0;
         }
         if (c2 != '"' && !istWortZeichen(c2)) {
@@ -101,8 +103,8 @@ int KdoArgumentBoolNamenInListe::interpretiere(AnwKommando& anw, int definition)
     // placeholder of this class must be quoted. Intended.
     setzeZurueck(strom, pos);
     ueberspringe(strom);
-    const char* leser = strom.peek() == '"' ? "KdoArgumentString::interpretiere"
-                                            : "KdoArgumentWort::interpretiere";
+    const char* leser =
+        strom.peek() == '"' ? "KdoArgumentString::interpretiere" : "KdoArgumentWort::interpretiere";
     if (!rahmenAbToken(anw, definition, leser)) return 0;
     gesetzt_ = 1;
     if (definition == 1) merkeVorgabe();
@@ -113,7 +115,7 @@ int KdoArgumentBoolNamenInListe::liefereArgWertListe() {
     Liste* liste = liefereListe();
     if (!liste) return 0;
     if (aktuell_.istLeer() && gesetzt_ != 1) {
-        liste->setzeAuswahl(1);   // nothing selected
+        liste->setzeAuswahl(1);  // nothing selected
         return 1;
     }
     return waehleAus(*liste);
@@ -312,8 +314,10 @@ int KdoArgumentPaarListe<Paar>::liesPaare(AnwKommando& anw, int definition, cons
         if (!liesWert(strom, iwert, neu)) {
             strom.clear();
             strom.get();
-            if (!strom.good()) meldeKlammer(anw, funktion);
-            else meldeFalsch(anw, pos, funktion);
+            if (!strom.good())
+                meldeKlammer(anw, funktion);
+            else
+                meldeFalsch(anw, pos, funktion);
             return 0;
         }
         ueberspringe(strom);
@@ -331,7 +335,8 @@ int KdoArgumentPaarListe<Paar>::liesPaare(AnwKommando& anw, int definition, cons
 }
 
 template <class Paar>
-Paar* KdoArgumentPaarListe<Paar>::paarAn(std::uint16_t i, const char* leerFunktion, const char* indexFunktion) {
+Paar* KdoArgumentPaarListe<Paar>::paarAn(std::uint16_t i, const char* leerFunktion,
+                                         const char* indexFunktion) {
     if (aktuell_.empty()) {
         Fehler("CMD-LISTEMPTY", leerFunktion, name_, 'E');
         return nullptr;
@@ -363,8 +368,10 @@ WertePaar* KdoArgumentWPListe::liefereArgWertWP(std::uint16_t i) {
 }
 
 void KdoArgumentWPListe::setzeArgWertWP(std::uint16_t i, const WertePaar& paar) {
-    if (i >= aktuell_.size()) aktuell_.push_back(paar);   // appended at the end, not at i
-    else aktuell_[i] = paar;
+    if (i >= aktuell_.size())
+        aktuell_.push_back(paar);  // appended at the end, not at i
+    else
+        aktuell_[i] = paar;
 }
 
 int KdoArgumentWPStrListe::interpretiere(AnwKommando& anw, int definition) {
@@ -379,7 +386,8 @@ bool KdoArgumentWPStrListe::liesWert(std::istream& strom, dataInteger iwert, std
 }
 
 WertePaarStr* KdoArgumentWPStrListe::liefereArgWertWPStr(std::uint16_t i) {
-    return paarAn(i, "KdoArgummentWPStrListe::liefereArgWertWPStr", "KdoArgumentWPStrListe::liefereArgWertWPStr");
+    return paarAn(i, "KdoArgummentWPStrListe::liefereArgWertWPStr",
+                  "KdoArgumentWPStrListe::liefereArgWertWPStr");
 }
 
 void KdoArgumentWPStrListe::setzeArgWertWPStr(std::uint16_t i, const WertePaarStr& paar) {
@@ -408,20 +416,16 @@ String verbinde(DynArray<String>& feld) {
 }
 }  // namespace
 
-void KdoArgumentParameterListe::zeigeWert(std::ostream& strom) const {
-    strom << verbinde(*aktuell_);
-}
+void KdoArgumentParameterListe::zeigeWert(std::ostream& strom) const { strom << verbinde(*aktuell_); }
 
-void KdoArgumentParameterListe::zeigeVorgabe(std::ostream& strom) const {
-    strom << verbinde(*vorgabe_);
-}
+void KdoArgumentParameterListe::zeigeVorgabe(std::ostream& strom) const { strom << verbinde(*vorgabe_); }
 
 int KdoArgumentParameterListe::interpretiere(AnwKommando& anw, int definition) {
     const char* funktion = "KdoArgumentParameterListe::interpretiere";
     if (!oeffne(anw, funktion)) return 0;
     std::istream& strom = anw.liefereStrom();
     if (istLeer(strom)) {
-        aktuell_ = vorgabe_;   // the same array
+        aktuell_ = vorgabe_;  // the same array
         return 1;
     }
     const std::streampos pos = position(strom);
@@ -435,8 +439,10 @@ int KdoArgumentParameterListe::interpretiere(AnwKommando& anw, int definition) {
         (*neu)[index++] = eingabe_;
         ueberspringe(strom);
         if (!folgtEnde(strom)) {
-            if (!strom.good()) meldeKlammer(anw, funktion);
-            else meldeFalsch(anw, pos, funktion);
+            if (!strom.good())
+                meldeKlammer(anw, funktion);
+            else
+                meldeFalsch(anw, pos, funktion);
             ergebnis = 0;
         }
     }
@@ -460,7 +466,7 @@ void KdoArgumentParameterListe::setzeArgWertStr(const String& wert) {
         teil.liesBisMitQuotes(strom, ",)", 0);
         if (teil.istLeer() && !strom.good()) break;
         (*neu)[index++] = teil;
-        strom.get();   // the separator
+        strom.get();  // the separator
         ueberspringe(strom);
         if (!strom.good()) break;
     }

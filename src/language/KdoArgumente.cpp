@@ -43,8 +43,10 @@ int KdoBoolForm<Basis>::interpretiereBool(AnwKommando& anw, int definition, cons
             if (definition == 1) merkeVorgabe();
             return 1;
         }
-        if (!strom.good()) this->meldeKlammer(anw, funktion);
-        else this->meldeFalsch(anw, pos, funktion);
+        if (!strom.good())
+            this->meldeKlammer(anw, funktion);
+        else
+            this->meldeFalsch(anw, pos, funktion);
         return 0;
     }
     this->meldeFalsch(anw, pos, funktion);
@@ -76,9 +78,7 @@ void KdoArgumentBoolInteger::setzeArgWertInt(const dataInteger& wert) {
 }
 
 // No sign: a leading "-" is a wrong argument here.
-bool KdoArgumentBoolInteger::kannBeginnen(int c) const {
-    return c >= '0' && c <= '9';
-}
+bool KdoArgumentBoolInteger::kannBeginnen(int c) const { return c >= '0' && c <= '9'; }
 
 // ---------------------------------------------------------------------------
 // IntegerHex, BoolIntegerHex
@@ -123,9 +123,7 @@ bool KdoArgumentBoolIntegerHex::kannBeginnen(int c) const {
 // ---------------------------------------------------------------------------
 // Phys, Bool
 
-void KdoArgumentPhys::zeige(std::ostream& strom, const dataPhys& wert) const {
-    strom << std::dec << wert;
-}
+void KdoArgumentPhys::zeige(std::ostream& strom, const dataPhys& wert) const { strom << std::dec << wert; }
 
 int KdoArgumentPhys::interpretiere(AnwKommando& anw, int definition) {
     return rahmen(anw, definition, "KdoArgumentPhys::interpretiere");
@@ -135,9 +133,7 @@ KdoArgument::Token KdoArgumentPhys::liesToken(AnwKommando&, std::istream& strom)
     return liesPhys(strom, aktuell_) ? Gelesen : Fehlgeschlagen;
 }
 
-void KdoArgumentBool::zeige(std::ostream& strom, const YesNo& wert) const {
-    strom << (wert ? 'y' : 'n');
-}
+void KdoArgumentBool::zeige(std::ostream& strom, const YesNo& wert) const { strom << (wert ? 'y' : 'n'); }
 
 int KdoArgumentBool::interpretiere(AnwKommando& anw, int definition) {
     return rahmen(anw, definition, "KdoArgumentBool::interpretiere");
@@ -160,9 +156,7 @@ KdoArgument::Token KdoArgumentBool::liesToken(AnwKommando&, std::istream& strom)
 // ---------------------------------------------------------------------------
 // Texts
 
-void KdoArgumentText::zeige(std::ostream& strom, const String& wert) const {
-    strom << wert;
-}
+void KdoArgumentText::zeige(std::ostream& strom, const String& wert) const { strom << wert; }
 
 KdoArgument::Token KdoArgumentText::liesWortToken(std::istream& strom) {
     if (aktuell_.liesWort(strom) == 0) return Fehlgeschlagen;
@@ -284,9 +278,7 @@ void KdoArgumentEnum::ausgabe(std::ostream& strom) const {
     strom << '}';
 }
 
-const TextFeld* KdoArgumentEnum::liefereEnumWerte() {
-    return namen_.get();
-}
+const TextFeld* KdoArgumentEnum::liefereEnumWerte() { return namen_.get(); }
 
 void KdoArgumentEnum::zeige(std::ostream& strom, const dataInteger& wert) const {
     if (const char* t = namen_->text(wert)) strom << t;
@@ -311,7 +303,8 @@ KdoArgument::Token KdoArgumentEnum::liesToken(AnwKommando&, std::istream& strom)
 
 void KdoArgumentEnum::setzeArgWertInt(const dataInteger& wert) {
     if (static_cast<std::uint32_t>(wert) >= static_cast<std::uint32_t>(namen_->fuellstand())) {
-        Fehler("CMD-INDEXINVALID", "KdoArgumentEnum::setzeArgWertInt", String(hex::text(static_cast<std::uint32_t>(wert))), 'W');
+        Fehler("CMD-INDEXINVALID", "KdoArgumentEnum::setzeArgWertInt",
+               String(hex::text(static_cast<std::uint32_t>(wert))), 'W');
         return;
     }
     aktuell_ = wert;

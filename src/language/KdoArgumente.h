@@ -29,12 +29,16 @@ public:
     YesNo& liefereArgWertBool() override { return gesetzt_; }
     void setzeArgWertBool(const YesNo& wert) override { gesetzt_ = wert; }
     void zeigeWert(std::ostream& strom) const override {
-        if (gesetzt_ != 1) strom << platzhalter_;
-        else Basis::zeigeWert(strom);
+        if (gesetzt_ != 1)
+            strom << platzhalter_;
+        else
+            Basis::zeigeWert(strom);
     }
     void zeigeVorgabe(std::ostream& strom) const override {
-        if (vorgabeGesetzt_ != 1) strom << platzhalter_;
-        else Basis::zeigeVorgabe(strom);
+        if (vorgabeGesetzt_ != 1)
+            strom << platzhalter_;
+        else
+            Basis::zeigeVorgabe(strom);
     }
     void ladeVorgabe() override {
         Basis::ladeVorgabe();
@@ -353,7 +357,7 @@ protected:
     std::vector<String> typen_;
     String pfad_;
     String vorgabe_;
-    String kommandoText_;   // for later messages
+    String kommandoText_;  // for later messages
     String rohText_;
 };
 

@@ -93,18 +93,23 @@ const std::vector<Regel>& regeln() {
          {mit(NAME, A::merkeWort), '=', mit(HOLEPARAMETER, A::modusZahl), '(', mit(ZAHL, A::merkeZahl), ')',
           ZEILENENDE},
          A::insertParam},
-        {anweisung, {mit(NAME, A::merkeWort), '=', mit(LIEFERENAME, A::modusZahl), '(', ')', ZEILENENDE},
+        {anweisung,
+         {mit(NAME, A::merkeWort), '=', mit(LIEFERENAME, A::modusZahl), '(', ')', ZEILENENDE},
          A::setzeName},
         {anweisung, {ausfuehreStart, '(', prozedurName, optParameter, ')', ZEILENENDE}, A::ausfuehre},
         {anweisung, {ANZEIGEKDOOBJEKTE, '(', ')', ZEILENENDE}, A::anzeigeKdoObjekte},
-        {anweisung, {KDOOTYPCHECK, '(', mit(NAME, A::merkeWort), ',', steuerung, ')', ZEILENENDE},
+        {anweisung,
+         {KDOOTYPCHECK, '(', mit(NAME, A::merkeWort), ',', steuerung, ')', ZEILENENDE},
          A::ausfuehreKdoOTypCheck},
         {anweisung, {steuerung, ZEILENENDE}},
         {anweisung, {steuerung, '(', ')', ZEILENENDE}},
-        {anweisung, {IMFEHLERFALL, '(', mit(TEXT, A::merkeWort), ',', steuerung, ')', ZEILENENDE},
+        {anweisung,
+         {IMFEHLERFALL, '(', mit(TEXT, A::merkeWort), ',', steuerung, ')', ZEILENENDE},
          A::imFehlerfallSetzen},
         {anweisung, {IMFEHLERFALL, '(', mit(TEXT, A::merkeWort), ')', ZEILENENDE}, A::imFehlerfallLoeschen},
-        {anweisung, {IMFEHLERFALL, '(', mit(TEXT, A::merkeWort), ',', ')', ZEILENENDE}, A::imFehlerfallLoeschen},
+        {anweisung,
+         {IMFEHLERFALL, '(', mit(TEXT, A::merkeWort), ',', ')', ZEILENENDE},
+         A::imFehlerfallLoeschen},
         {anweisung, {IMFEHLERFALL, '(', ',', steuerung, ')', ZEILENENDE}, A::funktionswertSetzen},
         {anweisung, {IMFEHLERFALL, '(', ',', ')', ZEILENENDE}, A::funktionswertLoeschen},
         {anweisung, {IMFEHLERFALL, '(', ')', ZEILENENDE}, A::funktionswertLoeschen},
@@ -117,12 +122,12 @@ const std::vector<Regel>& regeln() {
          {transStart, '(', quellDatei, ',', SYSOSP, ',', grammatikObjekt, optParameter, ')', ZEILENENDE},
          A::ausfuehreTransOSp},
         {anweisung,
-         {umsetzeStart, '(', quellDatei, ',', DAT, mit(',', A::modusText), grammatikDatei, ',', zielDatei, ')',
-          ZEILENENDE},
+         {umsetzeStart, '(', quellDatei, ',', DAT, mit(',', A::modusText), grammatikDatei, ',', zielDatei,
+          ')', ZEILENENDE},
          A::umsetzeDat},
         {anweisung,
-         {umsetzeStart, '(', quellDatei, ',', SYSOSP, ',', objektAngabe, mit(',', A::modusText), zielDatei, ')',
-          ZEILENENDE},
+         {umsetzeStart, '(', quellDatei, ',', SYSOSP, ',', objektAngabe, mit(',', A::modusText), zielDatei,
+          ')', ZEILENENDE},
          A::umsetzeOSp},
 
         // hilfeAnweisung -> hilfeWort '?'
@@ -265,19 +270,24 @@ constexpr std::array<const char*, static_cast<int>(KdoAktion::anzahl)> aktionsNa
 };
 
 constexpr std::array<const char*, KdoSymbol::ANZAHL - KdoSymbol::ERSTES_NICHTTERMINAL> nichtTerminalNamen = {
-    "programm",     "zeile",         "kommandoZeile", "anweisung",      "hilfeAnweisung", "objektAngabe",
-    "kommando",     "ausfuehreStart", "transStart",   "umsetzeStart",   "steuerung",      "hilfeWort",
-    "objektPfad",   "bezeichner",    "typAngabe",     "argumentListe",  "argumentFolge",  "argument",
-    "prozedurName", "quellDatei",    "optParameter",  "parameterFolge", "parameter",      "grammatikDatei",
-    "grammatikObjekt", "zielDatei",
+    "programm",      "zeile",          "kommandoZeile",  "anweisung",      "hilfeAnweisung",
+    "objektAngabe",  "kommando",       "ausfuehreStart", "transStart",     "umsetzeStart",
+    "steuerung",     "hilfeWort",      "objektPfad",     "bezeichner",     "typAngabe",
+    "argumentListe", "argumentFolge",  "argument",       "prozedurName",   "quellDatei",
+    "optParameter",  "parameterFolge", "parameter",      "grammatikDatei", "grammatikObjekt",
+    "zielDatei",
 };
 
 constexpr std::array<const char*, KdoToken::LETZTES - KdoToken::SCANFEHLER + 1> tokenNamen = {
-    "SCANFEHLER",   "ZAHL",         "NAME",          "REALZAHL",          "TEXT",
-    "ANZEIGEKDOOBJEKTE", "AUSFUEHRE", "AUSFUEHRETRANS", "DAT",            "SYSOSP",
-    "RETURN",       "RETURNMAIN",   "HOLEPARAMETER", "LIEFERENAME",       "ZEILENENDE",
-    "EXIT",         "MINUS",        "PLUS",          "KDOOTYPCHECK",      "IMFEHLERFALL",
-    "ANZEIGEIMFEHLERFALL", "UMSETZE", "VATER",       "SOHN",              "NAECHSTER",
+    "SCANFEHLER",    "ZAHL",           "NAME",
+    "REALZAHL",      "TEXT",           "ANZEIGEKDOOBJEKTE",
+    "AUSFUEHRE",     "AUSFUEHRETRANS", "DAT",
+    "SYSOSP",        "RETURN",         "RETURNMAIN",
+    "HOLEPARAMETER", "LIEFERENAME",    "ZEILENENDE",
+    "EXIT",          "MINUS",          "PLUS",
+    "KDOOTYPCHECK",  "IMFEHLERFALL",   "ANZEIGEIMFEHLERFALL",
+    "UMSETZE",       "VATER",          "SOHN",
+    "NAECHSTER",
 };
 
 constexpr bool vollstaendig(const auto& namen) {
@@ -313,7 +323,8 @@ std::string kdoSymbolName(int symbol) {
     if (symbol == KdoToken::ENDE) return "ENDE";
     if (symbol == KdoSymbol::FEHLER) return "error";
     if (symbol > 0 && symbol < 256) return std::string("'") + static_cast<char>(symbol) + "'";
-    if (symbol >= KdoToken::SCANFEHLER && symbol <= KdoToken::LETZTES) return tokenNamen[symbol - KdoToken::SCANFEHLER];
+    if (symbol >= KdoToken::SCANFEHLER && symbol <= KdoToken::LETZTES)
+        return tokenNamen[symbol - KdoToken::SCANFEHLER];
     if (symbol >= KdoSymbol::ERSTES_NICHTTERMINAL && symbol < KdoSymbol::ANZAHL)
         return nichtTerminalNamen[symbol - KdoSymbol::ERSTES_NICHTTERMINAL];
     if (symbol == KdoSymbol::ANZAHL) return "$accept";

@@ -69,7 +69,7 @@ enum class KdoAktion : int {
 // numbers and character codes) and the `error` pseudo-token.
 namespace KdoSymbol {
 enum : int {
-    FEHLER = KdoToken::LETZTES + 1,   // the `error` pseudo-token
+    FEHLER = KdoToken::LETZTES + 1,  // the `error` pseudo-token
     ERSTES_NICHTTERMINAL,
     programm = ERSTES_NICHTTERMINAL,
     zeile,

@@ -39,7 +39,7 @@ std::unique_ptr<KdoArgument> mitKlammer(const String& name, const String& klamme
 struct TypWort {
     KdoArgTyp typ;
     const char* wort;
-    bool klammer;   // compared up to the first "{", the brace text goes along
+    bool klammer;  // compared up to the first "{", the brace text goes along
     Erzeuger erzeuge;
 };
 
@@ -89,8 +89,8 @@ std::unique_ptr<KdoArgument> erzeugeKdoArgument(const String& typWort, const Str
     String klammer;
     if (auf != std::string::npos) {
         const auto zu = wort.find('}');
-        klammer = String(wort.substr(auf + 1, zu == std::string::npos || zu < auf ? std::string::npos
-                                                                                 : zu - auf - 1));
+        klammer = String(
+            wort.substr(auf + 1, zu == std::string::npos || zu < auf ? std::string::npos : zu - auf - 1));
     }
     for (const TypWort& t : typWorte) {
         if (t.klammer ? kopf == t.wort : wort == t.wort) return t.erzeuge(name, klammer, kommando);
@@ -134,8 +134,7 @@ std::string liesSignaturWort(std::istream& strom, std::size_t max) {
     std::string wort;
     while (wort.size() < max) {
         const int c = strom.peek();
-        if (c == EOF || c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r')
-            break;
+        if (c == EOF || c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r') break;
         wort += static_cast<char>(strom.get());
     }
     return wort;
@@ -153,7 +152,9 @@ std::uint16_t KdoKommando::zaehleArgumente(const char* signatur) {
 }
 
 KdoKommando::KdoKommando(const String& name, const char* signatur, KdoHandler handler)
-    : name_(name), anzahlArgumente_(zaehleArgumente(signatur)), argumente_(anzahlArgumente_),
+    : name_(name),
+      anzahlArgumente_(zaehleArgumente(signatur)),
+      argumente_(anzahlArgumente_),
       handler_(handler) {
     std::istringstream strom(signatur ? signatur : "");
     std::uint16_t gebaut = 0;

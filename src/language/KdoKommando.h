@@ -109,7 +109,7 @@ struct KdoEintrag {
     const char* name;
     const char* signatur;
     KdoHandler handler;
-    const char* vorgabe;   // null: the command has no default line
+    const char* vorgabe;  // null: the command has no default line
     std::span<const KdoArgDekl> positionen;
 };
 

@@ -20,6 +20,4 @@ KdoLaufzeit& KdoLaufzeit::aktuelle() {
     return neutral;
 }
 
-void KdoLaufzeit::setzeBaum(std::unique_ptr<KdoBaum> baum) {
-    baum_ = std::move(baum);
-}
+void KdoLaufzeit::setzeBaum(std::unique_ptr<KdoBaum> baum) { baum_ = std::move(baum); }

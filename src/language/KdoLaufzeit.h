@@ -27,9 +27,9 @@ class KdoBaum;
 
 // How the command scanner reads; the values are those of the grammar.
 enum class ScannerModus : dataInteger {
-    Text = 0,     // raw argument text: everything up to "," or ")" outside quotes
-    Normal = 1,   // names, keywords, strings, single characters, comments
-    Zahl = 2,     // like Normal, but digits start numbers
+    Text = 0,    // raw argument text: everything up to "," or ")" outside quotes
+    Normal = 1,  // names, keywords, strings, single characters, comments
+    Zahl = 2,    // like Normal, but digits start numbers
 };
 
 // The request to leave; also the values of `steuerung` in the grammar and
@@ -57,8 +57,8 @@ public:
     KdoStatus compilerStatus = KdoStatus::Kein;       // request to leave
     KdoStatus funktionswertStatus = KdoStatus::Kein;  // taken when a user command fails
     LaufStatus laufStatus = LaufStatus::Normal;
-    int prozedurTiefe = 0;        // procedure runs under way
-    int uebersetzungsTiefe = 0;   // translation statements under way
+    int prozedurTiefe = 0;       // procedure runs under way
+    int uebersetzungsTiefe = 0;  // translation statements under way
 
 private:
     struct Neutral {};

@@ -27,13 +27,9 @@ void KdoListe::fuegeEin(std::span<const KdoEintrag> tabelle) {
     }
 }
 
-KdoKommando* KdoListe::definiere(AnwKommando& anwKommando) {
-    return interpretiere(anwKommando, 1);
-}
+KdoKommando* KdoListe::definiere(AnwKommando& anwKommando) { return interpretiere(anwKommando, 1); }
 
-KdoKommando* KdoListe::fuehreAus(AnwKommando& anwKommando) {
-    return interpretiere(anwKommando, 0);
-}
+KdoKommando* KdoListe::fuehreAus(AnwKommando& anwKommando) { return interpretiere(anwKommando, 0); }
 
 KdoKommando* KdoListe::interpretiere(AnwKommando& anwKommando, int definition) {
     if (!anwKommando.pruefeOk()) return nullptr;
@@ -42,7 +38,8 @@ KdoKommando* KdoListe::interpretiere(AnwKommando& anwKommando, int definition) {
         anzeige(std::cout);
         return nullptr;
     }
-    auto* kommando = static_cast<KdoKommando*>(kommandos_.sucheElementF(name, ListenSuche::JEDE_AUSWAHL, ListenSuche::STILL, ListenSuche::EXAKT));
+    auto* kommando = static_cast<KdoKommando*>(
+        kommandos_.sucheElementF(name, ListenSuche::JEDE_AUSWAHL, ListenSuche::STILL, ListenSuche::EXAKT));
     if (!kommando) {
         Fehler("CMD-NOSUCHCMD", "KdoListe::interpretiere ", name + " in " + name_, 'E');
         return nullptr;
@@ -59,7 +56,7 @@ void KdoListe::anzeige(std::ostream& strom) const {
 
 int KdoObjekt::fuehreAus(AnwKommando& anwKommando) {
     KdoListe* liste = liefereKdoListe();
-    if (!liste) return 0;   // a Pseudo object has no commands
+    if (!liste) return 0;  // a Pseudo object has no commands
     KdoKommando* kommando = liste->fuehreAus(anwKommando);
     if (!kommando) return 0;
     return kommando->ausfuehre(*this);

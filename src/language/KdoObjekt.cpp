@@ -19,9 +19,7 @@ Liste* KdoObjektBasis::liefereListeFuerKdoArg(const String& listenName) {
     return nullptr;
 }
 
-KdoObjekt::KdoObjekt(const String& kurzName, const String& voll) : name_(kurzName) {
-    vollerName_ = voll;
-}
+KdoObjekt::KdoObjekt(const String& kurzName, const String& voll) : name_(kurzName) { vollerName_ = voll; }
 
 const String& KdoObjekt::liefereKdoOTyp() const {
     static const String pseudo("Pseudo");
@@ -65,9 +63,7 @@ int kdoNamensVergleich(KdoObjektBasis* a, KdoObjektBasis* b) {
     return vergleicheTexte(a->liefereName(), b->liefereName());
 }
 
-void kdoLoesche(KdoObjektBasis* a) {
-    a->setzeVollenNamen(String());
-}
+void kdoLoesche(KdoObjektBasis* a) { a->setzeVollenNamen(String()); }
 
 // ---------------------------------------------------------------------------
 // KdoObjektPfad
@@ -78,9 +74,7 @@ bool istZiffer(char c) { return c >= '0' && c <= '9'; }
 bool istLeerzeichen(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
 }
-bool istNamensZeichen(char c) {
-    return istBuchstabe(c) || istZiffer(c) || c == '_' || c == '$' || c == '%';
-}
+bool istNamensZeichen(char c) { return istBuchstabe(c) || istZiffer(c) || c == '_' || c == '$' || c == '%'; }
 }  // namespace
 
 KdoObjektPfad::KdoObjektPfad(const String& text) {
@@ -149,7 +143,8 @@ const KdoObjektPfad::Element& KdoObjektPfad::operator[](int i) const {
 
 KdoBaum::KdoBaum(KdoObjektBasis* wurzelObjekt, KdoRelation relation, KdoVergleich vergleich,
                  KdoVergleich namensVergleich, KdoLoesche loesche)
-    : relation_(relation ? relation : kdoRelation), vergleich_(vergleich ? vergleich : kdoVergleich),
+    : relation_(relation ? relation : kdoRelation),
+      vergleich_(vergleich ? vergleich : kdoVergleich),
       namensVergleich_(namensVergleich ? namensVergleich : kdoNamensVergleich),
       loesche_(loesche ? loesche : kdoLoesche) {
     wurzel_ = new KdoBaumKnoten;
@@ -257,8 +252,7 @@ KdoBaumKnoten* KdoBaum::sohnSuche(KdoBaumKnoten* start, KdoObjektBasis* schluess
     return anzahl == 1 ? treffer : nullptr;
 }
 
-KdoBaumKnoten* KdoBaum::versuche(KdoBaumKnoten* start, const KdoObjektPfad& pfad,
-                                 const String& vollerName) {
+KdoBaumKnoten* KdoBaum::versuche(KdoBaumKnoten* start, const KdoObjektPfad& pfad, const String& vollerName) {
     KdoObjekt schluessel(pfad[pfad.anzahl() - 1].name, vollerName);
     if (!pfad[0].typ.istLeer()) return knotenSuche(start, &schluessel);
     return sohnSuche(start, &schluessel);
@@ -317,8 +311,8 @@ KdoObjektBasis* KdoBaum::suche(const String& name, int setzeAktuell) {
 
 int KdoBaum::fuegeEin(KdoObjektBasis* objekt) {
     if (!objekt || !aktuell_) return 0;
-    objekt->setzeVollenNamen(aktuell_->objekt->liefereVollenNamen() + ".<" +
-                             objekt->liefereKdoOTyp() + ">" + objekt->liefereName());
+    objekt->setzeVollenNamen(aktuell_->objekt->liefereVollenNamen() + ".<" + objekt->liefereKdoOTyp() + ">" +
+                             objekt->liefereName());
     KdoBaumKnoten* neu = nullptr;
     const int ergebnis = knotenEinfuegen(aktuell_, objekt, neu);
     if (neu) aktuell_ = neu;

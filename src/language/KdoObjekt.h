@@ -82,7 +82,7 @@ struct KdoBaumKnoten {
     KdoBaumKnoten* vater = nullptr;
     KdoBaumKnoten* aeltesterSohn = nullptr;
     KdoBaumKnoten* naechsterBruder = nullptr;
-    KdoObjektBasis* objekt = nullptr;   // not owned
+    KdoObjektBasis* objekt = nullptr;  // not owned
 };
 
 using KdoRelation = int (*)(KdoObjektBasis* a, KdoObjektBasis* b);
@@ -104,7 +104,7 @@ public:
             KdoVergleich namensVergleich, KdoLoesche loesche);
     KdoBaum(const KdoBaum&) = delete;
     KdoBaum& operator=(const KdoBaum&) = delete;
-    ~KdoBaum();   // frees the nodes, leaves the objects alone
+    ~KdoBaum();  // frees the nodes, leaves the objects alone
 
     // Gives the object its full name below the current object and inserts
     // it; a node created here becomes the current one. 1 on success.
@@ -142,4 +142,3 @@ private:
     KdoVergleich namensVergleich_;
     KdoLoesche loesche_;
 };
-

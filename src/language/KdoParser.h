@@ -59,12 +59,12 @@ public:
     virtual void kdooSohn();
     virtual void imFehlerfallLoeschen();
     virtual void funktionswertLoeschen();
-    virtual void modusNormal();   // ScannerModus::Normal
-    virtual void modusText();     // ScannerModus::Text
+    virtual void modusNormal();  // ScannerModus::Normal
+    virtual void modusText();    // ScannerModus::Text
     virtual void statusExit();
     virtual void statusReturn();
     virtual void statusReturnMain();
-    virtual void modusZahl();     // ScannerModus::Zahl
+    virtual void modusZahl();  // ScannerModus::Zahl
     virtual void merkeWort();
     virtual void merkeZahl();
     virtual void setzeAktKdoObjekt();

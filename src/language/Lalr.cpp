@@ -79,7 +79,8 @@ private:
         const int nt = g_.ersteNichtTerminal;
         auto gueltig = [&](int s) { return s >= 0 && s < g_.anzahlSymbole; };
         if (nt <= 0 || nt >= g_.anzahlSymbole) return "Grammatik: keine Nichtterminale";
-        if (!gueltig(g_.startSymbol) || g_.startSymbol < nt) return "Grammatik: Startsymbol ist kein Nichtterminal";
+        if (!gueltig(g_.startSymbol) || g_.startSymbol < nt)
+            return "Grammatik: Startsymbol ist kein Nichtterminal";
         if (!gueltig(g_.endeSymbol) || g_.endeSymbol >= nt) return "Grammatik: Endesymbol ist kein Terminal";
         if (!gueltig(g_.fehlerSymbol) || g_.fehlerSymbol >= nt) return "Grammatik: error ist kein Terminal";
         for (std::size_t i = 0; i < g_.regeln.size(); ++i) {
@@ -208,7 +209,8 @@ private:
 
     void berechneLookaheads() {
         kernLookahead_.clear();
-        for (const auto& kern : kerne_) kernLookahead_.emplace_back(kern.size(), BitMenge(g_.ersteNichtTerminal));
+        for (const auto& kern : kerne_)
+            kernLookahead_.emplace_back(kern.size(), BitMenge(g_.ersteNichtTerminal));
         bool neu = true;
         while (neu) {
             neu = false;
@@ -220,7 +222,8 @@ private:
                     if (x < 0 || (i.regel == 0 && x == g_.endeSymbol)) continue;
                     int ziel = uebergaenge_[s].at(x);
                     const auto& kern = kerne_[ziel];
-                    auto k = std::lower_bound(kern.begin(), kern.end(), Item{i.regel, i.punkt + 1}) - kern.begin();
+                    auto k =
+                        std::lower_bound(kern.begin(), kern.end(), Item{i.regel, i.punkt + 1}) - kern.begin();
                     if (kernLookahead_[ziel][k].vereinige(h.lookahead[n])) neu = true;
                 }
             }
@@ -270,28 +273,31 @@ private:
             auto ue = uebergaenge_[s].find(t);
             if (ue != uebergaenge_[s].end()) {
                 if (!red.empty())
-                    konflikte.push_back(meldung(t) + "schiebe/reduziere Regel " + std::to_string(red.front()));
+                    konflikte.push_back(meldung(t) + "schiebe/reduziere Regel " +
+                                        std::to_string(red.front()));
                 z.aktionen.push_back({t, LALR_SCHIEBE, ue->second, schiebeAktion[t]});
                 continue;
             }
             // The error pseudo-token is only ever looked up for a shift.
             if (red.empty() || t == g_.fehlerSymbol) continue;
             if (red.size() > 1)
-                konflikte.push_back(meldung(t) + "reduziere/reduziere Regeln " + std::to_string(red[0]) + " und " +
-                                    std::to_string(red[1]));
+                konflikte.push_back(meldung(t) + "reduziere/reduziere Regeln " + std::to_string(red[0]) +
+                                    " und " + std::to_string(red[1]));
             z.aktionen.push_back({t, LALR_REDUZIERE, red.front(), regeln_[red.front()].aktion});
             ++anzahlJeRegel[red.front()];
         }
 
         int standard = -1;
         for (int r = 0; r < static_cast<int>(anzahlJeRegel.size()); ++r)
-            if (anzahlJeRegel[r] > 0 && (standard < 0 || anzahlJeRegel[r] > anzahlJeRegel[standard])) standard = r;
+            if (anzahlJeRegel[r] > 0 && (standard < 0 || anzahlJeRegel[r] > anzahlJeRegel[standard]))
+                standard = r;
         if (standard >= 0) {
             z.defaultArt = LALR_REDUZIERE;
             z.defaultRegel = standard;
             z.defaultAktion = regeln_[standard].aktion;
-            std::erase_if(z.aktionen,
-                          [&](const LalrEintrag& e) { return e.art == LALR_REDUZIERE && e.ziel == standard; });
+            std::erase_if(z.aktionen, [&](const LalrEintrag& e) {
+                return e.art == LALR_REDUZIERE && e.ziel == standard;
+            });
         }
 
         for (const auto& [symbol, ziel] : uebergaenge_[s])

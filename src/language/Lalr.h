@@ -26,15 +26,15 @@
 
 struct LalrSymbol {
     int nummer = 0;
-    int aktion = 0;   // run when this symbol is shifted; 0 none
-    LalrSymbol(int symbol) : nummer(symbol) {}   // implicit: rules read like the grammar
+    int aktion = 0;                             // run when this symbol is shifted; 0 none
+    LalrSymbol(int symbol) : nummer(symbol) {}  // implicit: rules read like the grammar
     LalrSymbol(int symbol, int schiebeAktion) : nummer(symbol), aktion(schiebeAktion) {}
 };
 
 struct LalrRegel {
     int links = 0;
     std::vector<LalrSymbol> rechts;
-    int aktion = 0;   // run at the reduction; 0 none
+    int aktion = 0;  // run at the reduction; 0 none
 };
 
 // Symbols are small non-negative numbers: terminals below `ersteNichtTerminal`
@@ -46,17 +46,17 @@ struct LalrGrammatik {
     int anzahlSymbole = 0;
     int startSymbol = 0;
     int endeSymbol = 0;
-    int fehlerSymbol = 0;   // the `error` pseudo-token, a terminal number
+    int fehlerSymbol = 0;  // the `error` pseudo-token, a terminal number
     std::vector<LalrRegel> regeln;
 };
 
 enum LalrArt { LALR_FEHLER = 0, LALR_REDUZIERE = 1, LALR_SCHIEBE = 2, LALR_AKZEPTIERE = 3 };
 
 struct LalrEintrag {
-    int token = 0;    // `fehlerSymbol` for the error pseudo-token
+    int token = 0;  // `fehlerSymbol` for the error pseudo-token
     int art = LALR_FEHLER;
-    int ziel = 0;     // rule for a reduction, state for a shift
-    int aktion = 0;   // shift action or the rule's action
+    int ziel = 0;    // rule for a reduction, state for a shift
+    int aktion = 0;  // shift action or the rule's action
 };
 
 struct LalrGoto {
@@ -65,9 +65,9 @@ struct LalrGoto {
 };
 
 struct LalrZustand {
-    std::vector<LalrEintrag> aktionen;   // ascending by token
-    std::vector<LalrGoto> gotos;         // ascending by non-terminal
-    int defaultArt = LALR_FEHLER;        // LALR_FEHLER or LALR_REDUZIERE
+    std::vector<LalrEintrag> aktionen;  // ascending by token
+    std::vector<LalrGoto> gotos;        // ascending by non-terminal
+    int defaultArt = LALR_FEHLER;       // LALR_FEHLER or LALR_REDUZIERE
     int defaultRegel = 0;
     int defaultAktion = 0;
 };
@@ -79,9 +79,9 @@ struct LalrTabellenRegel {
 };
 
 struct LalrTabelle {
-    std::vector<LalrZustand> zustaende;        // state 0 is the start state
-    std::vector<LalrTabellenRegel> regeln;     // rule 0 is the accept rule
-    std::vector<std::string> konflikte;        // one line per resolved conflict
+    std::vector<LalrZustand> zustaende;     // state 0 is the start state
+    std::vector<LalrTabellenRegel> regeln;  // rule 0 is the accept rule
+    std::vector<std::string> konflikte;     // one line per resolved conflict
 };
 
 // Builds the tables. A malformed grammar (symbol out of range, a terminal on a

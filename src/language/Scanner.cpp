@@ -9,16 +9,13 @@
 
 #include "foundation/Abbruch.h"
 
-
 namespace {
 
 // Internal faults of the automaton can only come from a broken state table,
 // never from input.
 class NilZustand : public ScannerZustand {
 public:
-    void operator()(Scanner&) const override {
-        brichAb(std::cout, "ERROR! The automaton state is nil!");
-    }
+    void operator()(Scanner&) const override { brichAb(std::cout, "ERROR! The automaton state is nil!"); }
 };
 const NilZustand nilZustand;
 
@@ -26,7 +23,9 @@ const NilZustand nilZustand;
 
 // ---------------------------------------------------------------- Scanner
 
-Scanner::Scanner() : text_(64, 64), zustand_(&nilZustand), fehlerText_(64, 64) { zustandsStapel_.reserve(1024); }
+Scanner::Scanner() : text_(64, 64), zustand_(&nilZustand), fehlerText_(64, 64) {
+    zustandsStapel_.reserve(1024);
+}
 
 Scanner::~Scanner() = default;
 
@@ -198,8 +197,9 @@ const std::array<Schluesselwort, 17>& schluesselwoerter() {
     static const std::array<Schluesselwort, 17> tabelle = [] {
         std::array<Schluesselwort, 17> t;
         for (std::size_t i = 0; i < t.size(); ++i) t[i] = {gross[i].c_str(), schreibweisen[i].token};
-        std::sort(t.begin(), t.end(),
-                  [](const Schluesselwort& a, const Schluesselwort& b) { return std::strcmp(a.wort, b.wort) < 0; });
+        std::sort(t.begin(), t.end(), [](const Schluesselwort& a, const Schluesselwort& b) {
+            return std::strcmp(a.wort, b.wort) < 0;
+        });
         return t;
     }();
     return tabelle;
@@ -230,7 +230,9 @@ const KdoScanner::Schreibweise* KdoScanner::schluesselwortSchreibweisen(std::siz
     return schreibweisen.data();
 }
 
-void KdoScanner::fehlerStringEnde() { setzeFehler("Das Ende des Doppelt-Hochkomma-Strings wurde nicht gefunden."); }
+void KdoScanner::fehlerStringEnde() {
+    setzeFehler("Das Ende des Doppelt-Hochkomma-Strings wurde nicht gefunden.");
+}
 
 bool KdoScanner::istLeerVon(int c) const {
     return c == ' ' || c == '\t' || c == '\n' || c == '\f' || c == '\r' || c == 26;
@@ -265,12 +267,8 @@ void KdoScanner::zustandStartRohtext() {
         liefere(ZEILENENDE, 1);
         KdoLaufzeit::aktuelle().scannerModus = ScannerModus::Normal;
         return;
-    case '(':
-        lieferZeichen();
-        return;
-    case ')':
-        KdoLaufzeit::aktuelle().scannerModus = ScannerModus::Normal;
-        [[fallthrough]];
+    case '(': lieferZeichen(); return;
+    case ')': KdoLaufzeit::aktuelle().scannerModus = ScannerModus::Normal; [[fallthrough]];
     case ',':
         // An empty place between separators still is an argument.
         if (liefereLetztesToken() == ',' || liefereLetztesToken() == '(') {
@@ -305,9 +303,7 @@ void KdoScanner::zustandRohtext() {
         return;
     }
     switch (zeichen_) {
-    case '\n':
-        liefere(TEXT, 0);
-        return;
+    case '\n': liefere(TEXT, 0); return;
     case '"':
         ++doppelteHochkommas_;
         haengeAn();
@@ -328,9 +324,7 @@ void KdoScanner::zustandRohtext() {
         ueberlies();
         geheZu(rohtextFortsetzung_);
         return;
-    default:
-        haengeAn();
-        return;
+    default: haengeAn(); return;
     }
 }
 
@@ -364,8 +358,7 @@ void KdoScanner::zustandStartNormal() {
         beginne();
         liefere(ZEILENENDE, 1);
         return;
-    default:
-        break;
+    default: break;
     }
     if (istLeer()) {
         ueberlies();
@@ -380,9 +373,7 @@ void KdoScanner::zustandStartNormal() {
         beginneMit();
         liefere(PLUS, 1);
         return;
-    case '>':
-        lieferZeichen();
-        return;
+    case '>': lieferZeichen(); return;
     case '\\':
         ueberlies();
         rufe(fortsetzung_);
@@ -391,8 +382,7 @@ void KdoScanner::zustandStartNormal() {
         beginneOhne();
         geheZu(zeichenkette_);
         return;
-    default:
-        break;
+    default: break;
     }
     if (istZiffer()) {
         beginneMit();
@@ -440,19 +430,13 @@ void KdoScanner::zustandZeichenkette() {
     }
     switch (zeichen_) {
     case '\n':
-    case '\r':
-        setzeFehler("Das Zeichen '\\n' wurde im String gefunden.");
-        return;
-    case '"':
-        liefere(TEXT, 1);
-        return;
+    case '\r': setzeFehler("Das Zeichen '\\n' wurde im String gefunden."); return;
+    case '"': liefere(TEXT, 1); return;
     case '\\':
         ueberlies();
         geheZu(zeichenketteFortsetzung_);
         return;
-    default:
-        haengeAn();
-        return;
+    default: haengeAn(); return;
     }
 }
 
@@ -501,4 +485,3 @@ void KdoScanner::zustandNachkomma() {
         liefere(KdoToken::REALZAHL, 0);
     }
 }
-

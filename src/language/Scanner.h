@@ -99,7 +99,9 @@ public:
     static bool istZifferVon(int c) { return c >= '0' && c <= '9'; }
     bool istLeer() const { return istLeerVon(zeichen_); }
     virtual bool istLeerVon(int c) const;
-    bool istBuchstabe() const { return (zeichen_ >= 'A' && zeichen_ <= 'Z') || (zeichen_ >= 'a' && zeichen_ <= 'z'); }
+    bool istBuchstabe() const {
+        return (zeichen_ >= 'A' && zeichen_ <= 'Z') || (zeichen_ >= 'a' && zeichen_ <= 'z');
+    }
     void rufe(const ScannerZustand& naechster);
     void kehreZurueck();
     void unerwartetesZeichen();
@@ -167,7 +169,7 @@ private:
     void zustandZahl();
     void zustandNachkomma();
 
-    dataInteger doppelteHochkommas_ = 0;   // quote counters of raw text
+    dataInteger doppelteHochkommas_ = 0;  // quote counters of raw text
     dataInteger hochkommas_ = 0;
 
     static const Zustand start_, rohtext_, rohtextFortsetzung_, schraegstrich_, kommentar_, fortsetzung_,

@@ -25,7 +25,6 @@ void YParser::errorMessage() {
               << marke << std::endl;
 }
 
-
 void YParser::initParser() {
     stapel.clear();
     stapel.push_back(0);
@@ -66,9 +65,7 @@ int YParser::parse() {
         }
         if (eintrag) {
             switch (eintrag->art) {
-            case Y_REDUZIERE:
-                reduziere(eintrag->ziel, eintrag->aktion);
-                break;
+            case Y_REDUZIERE: reduziere(eintrag->ziel, eintrag->aktion); break;
             case Y_SCHIEBE:
                 erholung = false;
                 tokenDa = false;
@@ -76,12 +73,8 @@ int YParser::parse() {
                 nachVerschieben();
                 fuehreAus(eintrag->aktion);
                 break;
-            case Y_AKZEPTIERE:
-                laeuft = false;
-                break;
-            default:
-                behandleFehler();
-                break;
+            case Y_AKZEPTIERE: laeuft = false; break;
+            default: behandleFehler(); break;
             }
         } else if (zustand.defaultArt == Y_FEHLER) {
             behandleFehler();

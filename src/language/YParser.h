@@ -32,10 +32,10 @@ using YAktion = void (YParser::*)();
 enum YArt : signed char { Y_FEHLER = 0, Y_REDUZIERE = 1, Y_SCHIEBE = 2, Y_AKZEPTIERE = 3 };
 
 struct YAktionsEintrag {
-    unsigned char fehlerToken = 0;   // 1: the entry is for the `error` pseudo-token
+    unsigned char fehlerToken = 0;  // 1: the entry is for the `error` pseudo-token
     dataInteger token = 0;
     signed char art = Y_FEHLER;
-    dataInteger ziel = 0;            // rule for Y_REDUZIERE, state for Y_SCHIEBE
+    dataInteger ziel = 0;  // rule for Y_REDUZIERE, state for Y_SCHIEBE
     YAktion aktion = nullptr;
 };
 
@@ -47,7 +47,7 @@ struct YGotoEintrag {
 struct YZustand {
     std::vector<YAktionsEintrag> aktionen;
     std::vector<YGotoEintrag> gotos;
-    signed char defaultArt = Y_FEHLER;   // Y_FEHLER or Y_REDUZIERE
+    signed char defaultArt = Y_FEHLER;  // Y_FEHLER or Y_REDUZIERE
     dataInteger defaultRegel = 0;
     YAktion defaultAktion = nullptr;
 };
@@ -58,7 +58,7 @@ struct YRegel {
 };
 
 struct YTabelle {
-    std::vector<YZustand> zustaende;   // state 0 is the start state
+    std::vector<YZustand> zustaende;  // state 0 is the start state
     std::vector<YRegel> regeln;
 };
 

@@ -50,7 +50,8 @@ void ZeichenQuelle::zeilenText(const QuellPosition& pos, StringPuffer& puffer) {
     std::ios_base::iostate zustand = strom_->rdstate();
     strom_->clear();
     if (strom_->seekg(basis_ + pos.offset)) {
-        for (int c = strom_->get(); c != std::char_traits<char>::eof() && c != '\n' && c != '\r'; c = strom_->get())
+        for (int c = strom_->get(); c != std::char_traits<char>::eof() && c != '\n' && c != '\r';
+             c = strom_->get())
             puffer.haengeAn(c == '\t' ? ' ' : static_cast<char>(c));
     }
     strom_->clear();

@@ -17,8 +17,8 @@
 
 struct QuellPosition {
     dataInteger zeile = 0;
-    dataInteger spalte = 0;   // 1 for the first character of a line
-    dataInteger offset = 0;   // of the line's first byte, counted from `oeffne`
+    dataInteger spalte = 0;  // 1 for the first character of a line
+    dataInteger offset = 0;  // of the line's first byte, counted from `oeffne`
 };
 
 class ZeichenQuelle {
@@ -46,10 +46,10 @@ public:
 
 private:
     std::istream* strom_ = nullptr;
-    long long basis_ = -1;        // stream position at `oeffne`, -1 if unknown
-    dataInteger gelesen_ = 0;     // bytes taken since `oeffne`
-    QuellPosition aktuell_;       // line, column and line offset now
-    QuellPosition vorher_;        // the same for the line before
-    bool zeilenEnde_ = false;     // the last byte ended a line
+    long long basis_ = -1;     // stream position at `oeffne`, -1 if unknown
+    dataInteger gelesen_ = 0;  // bytes taken since `oeffne`
+    QuellPosition aktuell_;    // line, column and line offset now
+    QuellPosition vorher_;     // the same for the line before
+    bool zeilenEnde_ = false;  // the last byte ended a line
     bool ende_ = true;
 };

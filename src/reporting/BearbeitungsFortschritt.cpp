@@ -36,8 +36,7 @@ private:
     std::int64_t anzahl_ = 0;
 };
 
-BearbeitungsAnzeigeCout::BearbeitungsAnzeigeCout(char z)
-    : BearbeitungsAnzeigeCout(z, std::cout, std::cerr) {}
+BearbeitungsAnzeigeCout::BearbeitungsAnzeigeCout(char z) : BearbeitungsAnzeigeCout(z, std::cout, std::cerr) {}
 
 BearbeitungsAnzeigeCout::BearbeitungsAnzeigeCout(char z, std::ostream& aus, std::ostream& err)
     : zeichen_(z), aus_(aus), err_(err) {}

@@ -45,7 +45,7 @@ class BearbeitungsAnzeigeCout : public BearbeitungsAnzeige {
 public:
     explicit BearbeitungsAnzeigeCout(char zeichen = '*');
     BearbeitungsAnzeigeCout(char zeichen, std::ostream& aus, std::ostream& err);
-    ~BearbeitungsAnzeigeCout() override;   // always ends the line
+    ~BearbeitungsAnzeigeCout() override;  // always ends the line
     BearbeitungsAnzeigeCout(const BearbeitungsAnzeigeCout&) = delete;
     BearbeitungsAnzeigeCout& operator=(const BearbeitungsAnzeigeCout&) = delete;
 
@@ -111,8 +111,8 @@ public:
     BearbeitungsAnzeige* liefereAnzeige() const { return anzeige_.get(); }
 
     // Process-wide state, set once at start-up.
-    static int aktiveFortschritte;                 // nesting count
-    static const char zeichenSatz[4];               // "*+#"
+    static int aktiveFortschritte;     // nesting count
+    static const char zeichenSatz[4];  // "*+#"
     static BearbeitungsAnzeigeFabrik standardFabrik;
 
 private:
@@ -123,6 +123,6 @@ private:
     std::int64_t position = 0;
     String text_;
     dataInteger schritt_;
-    std::int64_t naechsterPunkt = 0;   // unit count of the last mark
-    std::int64_t naechsteMarke;        // naechsterPunkt + schritt, kept for the fast path
+    std::int64_t naechsterPunkt = 0;  // unit count of the last mark
+    std::int64_t naechsteMarke;       // naechsterPunkt + schritt, kept for the fast path
 };

@@ -59,10 +59,13 @@ bool grenzeGilt(char l, char g) {
 int ausgabeNoetigLevel(char l) {
     switch (l) {
     case 'D': return 0;
-    case 'E': case 'W': case 'I': case 'S':
-        return grenzeGilt(l, Fehler::begrenzungGlobalLevel) ? Fehler::begrenzungGlobalArt : 0;
+    case 'E':
+    case 'W':
+    case 'I':
+    case 'S': return grenzeGilt(l, Fehler::begrenzungGlobalLevel) ? Fehler::begrenzungGlobalArt : 0;
     default:
-        Fehler("FHL-INT-LEVEL", "Fehler::FehlerAusgabeBegrenzung::ausgabeNoetigLevel", levelDetail(l, false), 'W');
+        Fehler("FHL-INT-LEVEL", "Fehler::FehlerAusgabeBegrenzung::ausgabeNoetigLevel", levelDetail(l, false),
+               'W');
         return 0;
     }
 }
@@ -85,7 +88,8 @@ void FehlerStatistik::increment(char l) {
 }
 
 void FehlerStatistik::anzeige(std::ostream& strom, const String& label) const {
-    const std::pair<char, std::int32_t> zeilen[] = {{'E', anzahlE}, {'W', anzahlW}, {'I', anzahlI}, {'S', anzahlS}};
+    const std::pair<char, std::int32_t> zeilen[] = {
+        {'E', anzahlE}, {'W', anzahlW}, {'I', anzahlI}, {'S', anzahlS}};
     for (auto [l, n] : zeilen) {
         if (n <= 0) continue;
         char puffer[16];
@@ -144,11 +148,26 @@ void Fehler::melde() {
     std::int32_t* anzahl = nullptr;
     std::int32_t status = 0;
     switch (level_) {
-    case 'E': anzahl = &anzahlE; status = statusE; break;
-    case 'F': anzahl = &anzahlF; status = statusF; break;
-    case 'I': anzahl = &anzahlI; status = statusI; break;
-    case 'S': anzahl = &anzahlS; status = statusS; break;
-    case 'W': anzahl = &anzahlW; status = statusW; break;
+    case 'E':
+        anzahl = &anzahlE;
+        status = statusE;
+        break;
+    case 'F':
+        anzahl = &anzahlF;
+        status = statusF;
+        break;
+    case 'I':
+        anzahl = &anzahlI;
+        status = statusI;
+        break;
+    case 'S':
+        anzahl = &anzahlS;
+        status = statusS;
+        break;
+    case 'W':
+        anzahl = &anzahlW;
+        status = statusW;
+        break;
     case 'D': sichtbar = debugAusgabe == 1; break;
     default: break;
     }
@@ -178,11 +197,13 @@ void Fehler::melde() {
     }
     fehlerAusgabeRoutine(*this, art);
 
-    if (einrueckung > 0 && (level_ == 'E' || level_ == 'F' || level_ == 'I' || level_ == 'W')) eingerueckt = 1;
+    if (einrueckung > 0 && (level_ == 'E' || level_ == 'F' || level_ == 'I' || level_ == 'W'))
+        eingerueckt = 1;
 }
 
 std::ostream& Fehler::ausgabe(std::ostream& strom) const {
-    const std::string n = (einrueckung >= 1 && eingerueckt == 1) ? std::string(2 * static_cast<size_t>(einrueckung), ' ') : "";
+    const std::string n =
+        (einrueckung >= 1 && eingerueckt == 1) ? std::string(2 * static_cast<size_t>(einrueckung), ' ') : "";
     switch (level_) {
     case 'D':
         if (debugAusgabe == 1)
@@ -193,7 +214,10 @@ std::ostream& Fehler::ausgabe(std::ostream& strom) const {
         if (debugAusgabe == 1) strom << funktion_;
         strom << std::endl;
         return strom;
-    case 'E': case 'F': case 'I': case 'W': break;
+    case 'E':
+    case 'F':
+    case 'I':
+    case 'W': break;
     default: return strom;
     }
 
@@ -206,8 +230,10 @@ std::ostream& Fehler::ausgabe(std::ostream& strom) const {
     if (text.find('\n', 1) != std::string::npos) {
         std::string neu;
         for (char c : text) {
-            if (c == '\n') neu += "\n" + n + "|   ";
-            else neu += c;
+            if (c == '\n')
+                neu += "\n" + n + "|   ";
+            else
+                neu += c;
         }
         text.swap(neu);
         ersetzt = true;
@@ -259,8 +285,10 @@ void Fehler::setzeStatus(const String& name, int status) {
         }
     }
     auto& liste = FehlerListen::instanz().status;
-    if (status != 0) liste[name.str()] = status;
-    else liste.erase(name.str());
+    if (status != 0)
+        liste[name.str()] = status;
+    else
+        liste.erase(name.str());
 }
 
 int Fehler::liefereLevelStatus(char level) {
@@ -278,9 +306,7 @@ void Fehler::begrenzeAusgabe(const String& label, std::uint16_t anzahl, char lev
     FehlerListen::instanz().begrenzung[label.str()].setzeAusgabeBegrenzung(anzahl, level, ausgabeArt);
 }
 
-void Fehler::hebeBegrenzungAuf(const String& label) {
-    FehlerListen::instanz().begrenzung.erase(label.str());
-}
+void Fehler::hebeBegrenzungAuf(const String& label) { FehlerListen::instanz().begrenzung.erase(label.str()); }
 
 std::int64_t Fehler::liefereBegrenzungsZaehler(const String& label) {
     const auto& liste = FehlerListen::instanz().begrenzung;

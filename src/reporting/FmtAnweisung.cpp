@@ -32,7 +32,7 @@ void setzeLetzten(FmtZustand& zustand, char wert) {
         zustand.back() = wert;
 }
 
-} // namespace
+}  // namespace
 
 // ---------------------------------------------------------------- FmtTrennerTeile
 
@@ -87,7 +87,7 @@ FmtVariable::FmtVariable(const String& text) {
     std::string opt, vor, trennerText, nach;
     // option -> "\" bytes up to the next backslash | "\"" quoted part
     while (i < n) {
-        ++i;   // the backslash
+        ++i;  // the backslash
         if (i < n && t[i] == '"') {
             // The quoted part fills the separator until a \< moves what was
             // read so far to the text before the values, and a \> switches
@@ -116,7 +116,7 @@ FmtVariable::FmtVariable(const String& text) {
                     ziel->push_back(t[i++]);
                 }
             }
-            if (i < n) ++i;   // the closing quote
+            if (i < n) ++i;  // the closing quote
             while (i < n && t[i] != '\\') ++i;
             continue;
         }
@@ -235,19 +235,17 @@ FmtBaustein::~FmtBaustein() {
     while (rest) rest = std::move(rest->naechster);
 }
 
-int FmtText::fuehreAus(std::ostream& strom, FmtObjekt&, FmtZustand& zustand, const String&,
-                       const String&) {
+int FmtText::fuehreAus(std::ostream& strom, FmtObjekt&, FmtZustand& zustand, const String&, const String&) {
     if (aktiv(zustand)) schreibeText(strom, text);
     return 1;
 }
 
 int FmtVariablenBaustein::gibAus(std::ostream& strom, FmtObjekt& objekt, FmtZustand& zustand,
-                                 const String& startName, const String& stopName,
-                                 bool& geschrieben) {
+                                 const String& startName, const String& stopName, bool& geschrieben) {
     geschrieben = false;
     const String& name = variable.liefereName();
     if (aktiv(zustand)) {
-        if (!stopName.istLeer() && stopName == name) {   // the active state is tested first
+        if (!stopName.istLeer() && stopName == name) {  // the active state is tested first
             setzeLetzten(zustand, '0');
             return 0;
         }
@@ -276,8 +274,7 @@ int FmtBedingung::fuehreAus(std::ostream& strom, FmtObjekt& objekt, FmtZustand& 
     return 1;
 }
 
-int FmtSonst::fuehreAus(std::ostream&, FmtObjekt&, FmtZustand& zustand, const String&,
-                        const String&) {
+int FmtSonst::fuehreAus(std::ostream&, FmtObjekt&, FmtZustand& zustand, const String&, const String&) {
     // Without a condition the popped state is none, so the rest of the
     // statement stays silent (intended).
     char weg = 0;
@@ -289,8 +286,7 @@ int FmtSonst::fuehreAus(std::ostream&, FmtObjekt&, FmtZustand& zustand, const St
     return 1;
 }
 
-int FmtEnde::fuehreAus(std::ostream&, FmtObjekt&, FmtZustand& zustand, const String&,
-                       const String&) {
+int FmtEnde::fuehreAus(std::ostream&, FmtObjekt&, FmtZustand& zustand, const String&, const String&) {
     if (!zustand.empty()) zustand.pop_back();
     return 1;
 }

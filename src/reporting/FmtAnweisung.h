@@ -77,13 +77,13 @@ private:
 class FmtVariable {
 public:
     enum Merkmal : std::uint8_t {
-        CAP = 1,         // first byte of each value upper-cased
-        UPP = 2,         // value upper-cased
-        LOW = 4,         // value lower-cased
-        QUOTE = 8,       // value in double quotes, escaped
-        SGML = 16,       // & and < escaped
-        TAG = 32,        // value wrapped in <trenner> ... </trenner>
-        OHNE_WERT = 64   // "?": the value itself is not written
+        CAP = 1,        // first byte of each value upper-cased
+        UPP = 2,        // value upper-cased
+        LOW = 4,        // value lower-cased
+        QUOTE = 8,      // value in double quotes, escaped
+        SGML = 16,      // & and < escaped
+        TAG = 32,       // value wrapped in <trenner> ... </trenner>
+        OHNE_WERT = 64  // "?": the value itself is not written
     };
 
     explicit FmtVariable(const String& text);
@@ -99,7 +99,7 @@ public:
     // Writes one value, decorated by the options. Only meaningful inside
     // ausgeben; outside it nothing is written and the result is 0.
     int ausgabe(const String& wert);
-    int ausgabe(const std::ostringstream& wert);   // the stream's contents
+    int ausgabe(const std::ostringstream& wert);  // the stream's contents
 
     // The common answer to an unknown name: reports "RPL-NO-SUCH-SW" from
     // `funktion` for `objekt`, writes the variable's own name as its value
@@ -125,7 +125,7 @@ private:
     void schreibe(const std::string& wert);
 
     String name_;
-    std::string liste_;              // copy of the list of the cached index
+    std::string liste_;  // copy of the list of the cached index
     std::int16_t listenIndex = -1;
     String argument_;
     String optionen_;
@@ -146,7 +146,7 @@ using FmtZustand = std::string;
 // A node of a parsed statement.
 class FmtBaustein {
 public:
-    virtual ~FmtBaustein();   // frees the rest of the chain without recursion
+    virtual ~FmtBaustein();  // frees the rest of the chain without recursion
     // Runs this node; 0 ends the run of the statement.
     virtual int fuehreAus(std::ostream& strom, FmtObjekt& objekt, FmtZustand& zustand,
                           const String& startName, const String& stopName) = 0;
@@ -157,8 +157,8 @@ public:
 class FmtText : public FmtBaustein {
 public:
     explicit FmtText(const String& t) : text(t) {}
-    int fuehreAus(std::ostream& strom, FmtObjekt& objekt, FmtZustand& zustand,
-                  const String& startName, const String& stopName) override;
+    int fuehreAus(std::ostream& strom, FmtObjekt& objekt, FmtZustand& zustand, const String& startName,
+                  const String& stopName) override;
     const String& liefereText() const { return text; }
     String text;
 };
@@ -166,34 +166,34 @@ public:
 class FmtVariablenBaustein : public FmtBaustein {
 public:
     explicit FmtVariablenBaustein(const String& text) : variable(text) {}
-    int fuehreAus(std::ostream& strom, FmtObjekt& objekt, FmtZustand& zustand,
-                  const String& startName, const String& stopName) override;
+    int fuehreAus(std::ostream& strom, FmtObjekt& objekt, FmtZustand& zustand, const String& startName,
+                  const String& stopName) override;
     FmtVariable variable;
 
 protected:
     // Start/stop rule and output; 0 if the node ends the run. `geschrieben`
     // tells whether the variable delivered a value.
-    int gibAus(std::ostream& strom, FmtObjekt& objekt, FmtZustand& zustand,
-               const String& startName, const String& stopName, bool& geschrieben);
+    int gibAus(std::ostream& strom, FmtObjekt& objekt, FmtZustand& zustand, const String& startName,
+               const String& stopName, bool& geschrieben);
 };
 
 class FmtBedingung : public FmtVariablenBaustein {
 public:
     explicit FmtBedingung(const String& text) : FmtVariablenBaustein(text) {}
-    int fuehreAus(std::ostream& strom, FmtObjekt& objekt, FmtZustand& zustand,
-                  const String& startName, const String& stopName) override;
+    int fuehreAus(std::ostream& strom, FmtObjekt& objekt, FmtZustand& zustand, const String& startName,
+                  const String& stopName) override;
 };
 
 class FmtSonst : public FmtBaustein {
 public:
-    int fuehreAus(std::ostream& strom, FmtObjekt& objekt, FmtZustand& zustand,
-                  const String& startName, const String& stopName) override;
+    int fuehreAus(std::ostream& strom, FmtObjekt& objekt, FmtZustand& zustand, const String& startName,
+                  const String& stopName) override;
 };
 
 class FmtEnde : public FmtBaustein {
 public:
-    int fuehreAus(std::ostream& strom, FmtObjekt& objekt, FmtZustand& zustand,
-                  const String& startName, const String& stopName) override;
+    int fuehreAus(std::ostream& strom, FmtObjekt& objekt, FmtZustand& zustand, const String& startName,
+                  const String& stopName) override;
 };
 
 // A parsed statement. Built for one run of a command and then destroyed.

@@ -79,7 +79,7 @@ inline void pruefeFenster(const char* ziel, const Eprom& e, const LeseParameter&
 // there. Reads stay inside `a`'s rows, so they do not change `a`.
 inline void vergleicheBilder(const char* ziel, Eprom& a, Eprom& b) {
     std::vector<std::uint8_t> pa, pb, zb;
-    const std::vector<EpromBereichEintrag> zeilen = a.liefereTabelle();   // reads may touch the table
+    const std::vector<EpromBereichEintrag> zeilen = a.liefereTabelle();  // reads may touch the table
     for (const EpromBereichEintrag& z : zeilen) {
         if (z.anfAdr > z.endAdr) continue;
         const std::uint32_t n = z.endAdr - z.anfAdr + 1;

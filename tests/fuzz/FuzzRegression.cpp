@@ -38,8 +38,8 @@ struct Ziel {
 };
 
 const Ziel ziele[] = {
-    {"intel", kivFuzzIntel}, {"motorola", kivFuzzMotorola}, {"binaer", kivFuzzBinaer},
-    {"fmt", kivFuzzFmt},     {"mmparse", kivFuzzMmparse},   {"kdozeile", kivFuzzKdozeile},
+    {"intel", kivFuzzIntel},       {"motorola", kivFuzzMotorola}, {"binaer", kivFuzzBinaer},
+    {"fmt", kivFuzzFmt},           {"mmparse", kivFuzzMmparse},   {"kdozeile", kivFuzzKdozeile},
     {"compiler", kivFuzzCompiler},
 };
 
@@ -49,7 +49,8 @@ bool laufe(const Ziel& ziel, const fs::path& datei) {
         std::fprintf(stderr, "cannot read %s\n", datei.c_str());
         return false;
     }
-    const std::vector<std::uint8_t> daten{std::istreambuf_iterator<char>(f), std::istreambuf_iterator<char>()};
+    const std::vector<std::uint8_t> daten{std::istreambuf_iterator<char>(f),
+                                          std::istreambuf_iterator<char>()};
     std::fprintf(stderr, "%s %s\n", ziel.name, datei.c_str());
     // A vector's data() may be null when empty; libFuzzer never passes null.
     static const std::uint8_t leer = 0;

@@ -45,7 +45,6 @@ inline void stilleAusgabe(Fehler& fehler, int) {
     fehler.ausgabe(weg);
 }
 
-
 // Once per process: messages, progress marks and the console streams go
 // nowhere. libFuzzer and the sanitizers write through stdio and raw file
 // descriptors, so their reports still reach the terminal.

@@ -36,7 +36,8 @@ int kivFuzzBinaer(const std::uint8_t* daten, std::size_t groesse) {
     EpromDateiBinaer schreiber(zurueck.name().c_str());
     if (!schreiber.schreibe(eprom, &start, &letzte, nullptr)) verletzt(ziel, "writing the bytes read failed");
     std::ifstream f(zurueck.name(), std::ios::binary);
-    const std::vector<std::uint8_t> inhalt{std::istreambuf_iterator<char>(f), std::istreambuf_iterator<char>()};
+    const std::vector<std::uint8_t> inhalt{std::istreambuf_iterator<char>(f),
+                                           std::istreambuf_iterator<char>()};
     if (inhalt.size() != anzahl || !std::equal(inhalt.begin(), inhalt.end(), daten + skip))
         verletzt(ziel, "the file written differs from the bytes read");
     pruefeNachLesen(ziel, eprom);

@@ -55,7 +55,8 @@ bool hatGrosseZahl(const std::string& text) {
 // removes it can still name it. The process works inside it from then on.
 const fs::path& arbeitsOrdner() {
     static const fs::path* const ordner = [] {
-        auto* p = new fs::path(fs::temp_directory_path() / ("kiv_fuzz_" + std::to_string(::getpid()) + "_compiler"));
+        auto* p = new fs::path(fs::temp_directory_path() /
+                               ("kiv_fuzz_" + std::to_string(::getpid()) + "_compiler"));
         fs::create_directories(*p);
         fs::current_path(*p);
         // A nested run of an empty procedure name reads standard input.
@@ -102,7 +103,8 @@ int kivFuzzCompiler(const std::uint8_t* daten, std::size_t groesse) {
         if (zeile.back() != '\n') zeile += '\n';
         anfang = ende;
         const KdoStatus status = Compiler::ausfuehreZeile(String(zeile));
-        if (status < KdoStatus::Kein || status > KdoStatus::Exit) verletzt(ziel, "compiler status out of range");
+        if (status < KdoStatus::Kein || status > KdoStatus::Exit)
+            verletzt(ziel, "compiler status out of range");
         if (status == KdoStatus::Exit) break;
     }
     programm.reset();

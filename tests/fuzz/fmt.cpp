@@ -18,25 +18,20 @@ public:
 
     int ersetzeVariable(FmtVariable& v) override {
         switch (v.liefereIndex(namen_)) {
-        case 0:
-            return v.ausgabe(String("hallo Welt"));
+        case 0: return v.ausgabe(String("hallo Welt"));
         case 1:
             v.ausgabe(String("1"));
             v.ausgabe(String("2"));
             return v.ausgabe(String("3"));
-        case 2:
-            return 1;   // a known variable without values
+        case 2: return 1;  // a known variable without values
         case 3: {
             std::ostringstream o;
             o << std::hex << std::uppercase << 0x1A2B;
             return v.ausgabe(o);
         }
-        case 4:
-            return v.ausgabe(String("a<b&\"c\\d"));
-        case 5:
-            return v.ausgabe(v.liefereArgument());
-        default:
-            return v.unbekannteVariable("Werte::ersetzeVariable", *this);
+        case 4: return v.ausgabe(String("a<b&\"c\\d"));
+        case 5: return v.ausgabe(v.liefereArgument());
+        default: return v.unbekannteVariable("Werte::ersetzeVariable", *this);
         }
     }
     String liefereName() const override { return name_; }
@@ -75,7 +70,8 @@ int kivFuzzFmt(const std::uint8_t* daten, std::size_t groesse) {
     const std::string erste = lauf(anweisung, a, start, stop, ok1);
     lauf(anweisung, b, start, stop, ok2);
     const std::string dritte = lauf(anweisung, a, start, stop, ok3);
-    if (ok1 != anweisung.liefereOk() || ok2 != ok1 || ok3 != ok1) verletzt(ziel, "the result of ausgabe changed");
+    if (ok1 != anweisung.liefereOk() || ok2 != ok1 || ok3 != ok1)
+        verletzt(ziel, "the result of ausgabe changed");
     if (erste != dritte) verletzt(ziel, "a second run against the same object wrote another text");
     // Every byte out comes from the statement or from a value, each at most
     // a few times over (escapes, separators, tags); far more is a runaway.

@@ -28,7 +28,7 @@ bool wiederholtGruppe(const std::string& g) {
     return false;
 }
 constexpr std::int32_t pufferLaenge = 1 << 16;
-constexpr std::size_t waechter = 64;   // bytes behind the buffer that must stay untouched
+constexpr std::size_t waechter = 64;  // bytes behind the buffer that must stay untouched
 
 std::FILE* leererStrom(std::FILE*& f) {
     if (!f) f = std::tmpfile();
@@ -94,16 +94,17 @@ int kivFuzzMmparse(const std::uint8_t* daten, std::size_t groesse) {
         weiter = 2;
     }
     const std::string grammatik = eingabe.substr(0, std::min(trenn, maxGrammatik));
-    const std::string subjekt = trenn == std::string::npos
-                                    ? std::string()
-                                    : eingabe.substr(trenn + weiter, wiederholtGruppe(grammatik) ? maxSubjektWiederholt
-                                                                                              : maxSubjekt);
+    const std::string subjekt =
+        trenn == std::string::npos
+            ? std::string()
+            : eingabe.substr(trenn + weiter, wiederholtGruppe(grammatik) ? maxSubjektWiederholt : maxSubjekt);
     const auto laenge = static_cast<std::int32_t>(subjekt.size());
 
     // The plain copy of an in-memory subject repeats, at each commit, the
     // text before the first one; intended. Where the grammar may commit, the
     // other ways need only agree on whether the subject matches.
-    const bool mitCommit = grammatik.find("(!") != std::string::npos || grammatik.find("=!") != std::string::npos;
+    const bool mitCommit =
+        grammatik.find("(!") != std::string::npos || grammatik.find("=!") != std::string::npos;
 
     // Plain run: the reference for the others.
     PufferLauf fest;
@@ -153,8 +154,8 @@ int kivFuzzMmparse(const std::uint8_t* daten, std::size_t groesse) {
     // keep the promises of every call.
     PufferLauf marken;
     marken.lauf(ziel, grammatik, subjekt.data(), laenge, "h");
-    const bool vergleichbar = !keinSpeicher(marken.r) && !keinSpeicher(fest.r) && marken.r != MM_OTOLONG &&
-                              fest.r != MM_OTOLONG;
+    const bool vergleichbar =
+        !keinSpeicher(marken.r) && !keinSpeicher(fest.r) && marken.r != MM_OTOLONG && fest.r != MM_OTOLONG;
     if (vergleichbar && ((marken.r > 0) != (fest.r > 0) || (fest.r <= 0 && marken.r != fest.r)))
         verletzt(ziel, "markers changed the result");
     if (std::FILE* aus = leererStrom(ausStrom))

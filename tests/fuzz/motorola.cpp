@@ -32,7 +32,8 @@ int kivFuzzMotorola(const std::uint8_t* daten, std::size_t groesse) {
         verletzt(ziel, "writing a readable image failed");
     const std::string t = text.str();
     Eprom wieder;
-    EpromDateiMotorola(zurueck.schreibe(reinterpret_cast<const std::uint8_t*>(t.data()), t.size()).c_str(), 16)
+    EpromDateiMotorola(zurueck.schreibe(reinterpret_cast<const std::uint8_t*>(t.data()), t.size()).c_str(),
+                       16)
         .lies(wieder, nullptr, nullptr, nullptr);
     pruefeNachLesen(ziel, wieder);
     vergleicheBilder(ziel, eprom, wieder);

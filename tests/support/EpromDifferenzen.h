@@ -9,8 +9,9 @@
 
 #include "image/Eprom.h"
 
-inline std::uint32_t anzeigeDifferenzen(std::ostream& os, const String& name1, const String& name2, Eprom& eins,
-                                        Eprom& anderes, adrInteger anf1, adrInteger anf2, adrInteger end1) {
+inline std::uint32_t anzeigeDifferenzen(std::ostream& os, const String& name1, const String& name2,
+                                        Eprom& eins, Eprom& anderes, adrInteger anf1, adrInteger anf2,
+                                        adrInteger end1) {
     auto breit = [&os](std::uint64_t wert, int breite) -> std::ostream& {
         const char alt = os.fill('0');
         os << std::setw(breite) << wert;
@@ -18,7 +19,9 @@ inline std::uint32_t anzeigeDifferenzen(std::ostream& os, const String& name1, c
         return os;
     };
     os << std::hex << std::uppercase << "\n";
-    if (!name1.istLeer()) os << "Zeile 1: " << name1 << "\n" << "Zeile 2: " << name2 << "\n";
+    if (!name1.istLeer())
+        os << "Zeile 1: " << name1 << "\n"
+           << "Zeile 2: " << name2 << "\n";
     if (end1 < anf1) return 0;
 
     std::uint32_t unterschiede = 0;
@@ -41,7 +44,8 @@ inline std::uint32_t anzeigeDifferenzen(std::ostream& os, const String& name1, c
         if (pos == 16 || letzte) {
             if (maske) {
                 os << "Daten [";
-                breit(zeileA, 6) << "]" << "\t = ";
+                breit(zeileA, 6) << "]"
+                                 << "\t = ";
                 for (int i = 0; i < pos; ++i) {
                     if (b1[i])
                         breit(w1[i], 2) << " ";
@@ -51,7 +55,8 @@ inline std::uint32_t anzeigeDifferenzen(std::ostream& os, const String& name1, c
                 os << "\n";
                 if (anf1 != anf2) {
                     os << "Daten [";
-                    breit(zeileB, 6) << "]" << "\t = ";
+                    breit(zeileB, 6) << "]"
+                                     << "\t = ";
                 } else {
                     os << "\t\t   ";
                 }

@@ -24,7 +24,7 @@ struct Lauf {
     std::int32_t zeiger;
     std::int32_t bis;
     Pos quelle;
-    const Byte* ersatz;   // within a replacement text being emitted, else null
+    const Byte* ersatz;  // within a replacement text being emitted, else null
 };
 
 std::vector<Lauf> laeufe;
@@ -167,7 +167,7 @@ std::int32_t ersatzSchritt(std::size_t oben) {
         const Byte* name = laeufe[oben].ersatz + 1;
         laeufe[oben].ersatz = name + namenLaenge(name) + 1;
         std::int32_t e = name[0] == '$' ? sucheGlobal(name) : sucheLokal(laeufe[oben].vorher, name);
-        if (e < 0) return kWeiter;   // a '$' name never assigned gives nothing
+        if (e < 0) return kWeiter;  // a '$' name never assigned gives nothing
         std::int32_t f = var(e).frame;
         Pos start = frame(f).subjectStart;
         if (start < mm.basis) return MM_TEXT_VERWORFEN;
@@ -230,8 +230,8 @@ std::int32_t baue(std::int32_t aktuell, std::int32_t zeiger, Pos quelle, std::in
 
 std::int32_t flush(std::int32_t bis) {
     if (!mm.objGegeben) return kWeiter;
-    bool walk = mm.objStrom ? (mm.replacementUsed || mm.optTrace)
-                            : (mm.replacementUsed || mm.optHier || mm.optAlloc);
+    bool walk =
+        mm.objStrom ? (mm.replacementUsed || mm.optTrace) : (mm.replacementUsed || mm.optHier || mm.optAlloc);
     if (walk) return baue(mm.weiterAktuell, mm.weiterZeiger, mm.weiterQuelle, bis);
     // The direct copy starts at the start of the held text, which moves only
     // with a streamed subject: in memory, a second commit copies the text of
@@ -243,7 +243,8 @@ std::int32_t flush(std::int32_t bis) {
         mm.ausPos += n;
         return kWeiter;
     }
-    if (n > 0 && std::fwrite(mm.daten, 1, static_cast<std::size_t>(n), mm.objStrom) != static_cast<std::size_t>(n))
+    if (n > 0 &&
+        std::fwrite(mm.daten, 1, static_cast<std::size_t>(n), mm.objStrom) != static_cast<std::size_t>(n))
         return MM_CANTWRITE;
     mm.ausPos += n;
     return kWeiter;

@@ -236,7 +236,8 @@ std::int32_t mengenTestLangsam(const Byte* offen, Byte b, bool& drin) {
                 continue;
             }
             const Byte* q = p + 1;
-            if (*q == '-' || *q == '/' || *q == '{' || *q == ']' || *q == 0) return fehler(MM_ILLEGALRANGE, q);
+            if (*q == '-' || *q == '/' || *q == '{' || *q == ']' || *q == 0)
+                return fehler(MM_ILLEGALRANGE, q);
             Byte bis = *q;
             if (*q == '\\') {
                 std::int32_t r = leseEscape(q, bis);
@@ -404,11 +405,11 @@ enum class Art { Literal, Beliebig, Menge, Variable };
 
 // The suffix behind a byte item: how often it repeats and how it backtracks.
 enum class Suffix {
-    Einmal,       // none: exactly once
-    Optional,     // '/': zero or one, gives the item back
-    Plus,         // '+': one or more, gives back one at a time down to one
-    Stern,        // '*': zero or more, gives back one at a time down to none
-    Fest,         // '!': one or more, gives nothing back
+    Einmal,           // none: exactly once
+    Optional,         // '/': zero or one, gives the item back
+    Plus,             // '+': one or more, gives back one at a time down to one
+    Stern,            // '*': zero or more, gives back one at a time down to none
+    Fest,             // '!': one or more, gives nothing back
     AllesOderNichts,  // '?': zero or more, gives the whole run back in one step
 };
 
@@ -468,9 +469,7 @@ std::int32_t liesByteItem(const Byte*& p, bool negiert, ByteItem& item) {
     case '\\':
         if ((r = leseEscape(p, item.wert)) != kWeiter) return r;
         break;
-    default:
-        item.wert = *p++;
-        break;
+    default: item.wert = *p++; break;
     }
     return kWeiter;
 }
@@ -577,7 +576,8 @@ std::int32_t byteLauf() {
     }
     if (mitFrame) {
         std::int32_t fi = 0;
-        r = pushFrame(mm.cur, mm.subj, cursor, anfang, hinter, hinter, optional ? FLAG_OPTIONAL : 0, step, fi);
+        r = pushFrame(mm.cur, mm.subj, cursor, anfang, hinter, hinter, optional ? FLAG_OPTIONAL : 0, step,
+                      fi);
         if (r != kWeiter) return r;
     }
     mm.subj = cursor;
@@ -626,7 +626,7 @@ std::int32_t endeAlternative() {
     if ((f.flags & FLAG_OPTIONAL) && leer) {
         f.replacement = nullptr;
     } else if ((f.flags & FLAG_REPEAT) && !leer) {
-        nochEinLauf = true;   // a run that consumed nothing ends a repetition
+        nochEinLauf = true;  // a run that consumed nothing ends a repetition
     }
     // The frame's fields are still needed after a commit has cut it.
     const ArrayFrame alt = f;

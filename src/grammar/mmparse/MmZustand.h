@@ -16,9 +16,9 @@
 // Covered by tests/unit/grammar/mmparse/*.
 #pragma once
 
+#include <climits>
 #include <cstddef>
 #include <cstdint>
-#include <climits>
 #include <cstdio>
 #include <vector>
 
@@ -42,7 +42,7 @@ constexpr std::uint32_t FLAG_NOCASE = 0x800;
 
 struct ArrayFrame {
     std::int32_t parent;
-    Pos subjectStart;   // below mm.basis: dropped by a commit
+    Pos subjectStart;  // below mm.basis: dropped by a commit
     Pos subjectEnd;
     const Byte* patternStart;
     const Byte* patternPos;
@@ -55,7 +55,7 @@ struct ArrayFrame {
 
 struct VarrayEntry {
     std::int32_t frame;
-    const Byte* name;   // into the grammar; runs to its '}'
+    const Byte* name;  // into the grammar; runs to its '}'
 };
 
 struct IndexNode {
@@ -80,8 +80,8 @@ struct Zustand {
 
     const Byte* grammar;
     std::size_t grammarLaenge;
-    const Byte* pat;          // pattern pointer
-    const Byte* fehlerStelle; // where a notation error was found
+    const Byte* pat;           // pattern pointer
+    const Byte* fehlerStelle;  // where a notation error was found
 
     // Subject: bytes [basis, basis + gueltig) are held at `daten`. With '<'
     // that is `versatz` bytes into the "SUBJECT" block: a commit only moves
@@ -93,18 +93,18 @@ struct Zustand {
     Pos versatz;
     Pos gueltig;
     Pos basis;
-    std::FILE* strom;         // null once the stream is at its end
-    Pos subj;                 // subject pointer
-    Pos hoechste;             // highest subject pointer ever reached
-    Pos gezeigt;              // what 's' showed last, -1 for nothing
+    std::FILE* strom;  // null once the stream is at its end
+    Pos subj;          // subject pointer
+    Pos hoechste;      // highest subject pointer ever reached
+    Pos gezeigt;       // what 's' showed last, -1 for nothing
 
     // Output.
     Byte* obj;
     Pos objLaenge;
     std::FILE* objStrom;
-    bool objGegeben;          // a buffer or a stream receives output
+    bool objGegeben;  // a buffer or a stream receives output
     Pos ausPos;
-    bool tZeileOffen;         // 't': a "-" line has been begun
+    bool tZeileOffen;  // 't': a "-" line has been begun
 
     // Where the next flush goes on: the walk's state behind the last commit.
     std::int32_t weiterAktuell, weiterZeiger;
@@ -124,11 +124,11 @@ struct Zustand {
     IndexNode* wurzel;
 
     // Caches of what a scan of the grammar found; -1 unknown.
-    std::vector<std::int32_t> gruppenEnde;   // '(' offset -> ')' offset
-    std::vector<std::int32_t> mengenEnde;    // '[' offset -> ']' offset
-    std::vector<std::int32_t> mengenTabelle; // '[' offset -> index into tabellen
-    std::vector<signed char> tabellen;       // 256 per set: -1 unknown, 0, 1
-    std::vector<std::int32_t> regelBody;     // '<' offset -> offset of the rule's body
+    std::vector<std::int32_t> gruppenEnde;    // '(' offset -> ')' offset
+    std::vector<std::int32_t> mengenEnde;     // '[' offset -> ']' offset
+    std::vector<std::int32_t> mengenTabelle;  // '[' offset -> index into tabellen
+    std::vector<signed char> tabellen;        // 256 per set: -1 unknown, 0, 1
+    std::vector<std::int32_t> regelBody;      // '<' offset -> offset of the rule's body
 };
 
 extern Zustand mm;
@@ -137,12 +137,8 @@ extern Zustand mm;
 // every allocation counts it down.
 extern long testAllocationenBisFehler;
 
-inline ArrayFrame& frame(std::int32_t i) {
-    return mm.frameBloecke[i / kFramesProBlock][i % kFramesProBlock];
-}
-inline VarrayEntry& var(std::int32_t i) {
-    return mm.varBloecke[i / kVarsProBlock][i % kVarsProBlock];
-}
+inline ArrayFrame& frame(std::int32_t i) { return mm.frameBloecke[i / kFramesProBlock][i % kFramesProBlock]; }
+inline VarrayEntry& var(std::int32_t i) { return mm.varBloecke[i / kVarsProBlock][i % kVarsProBlock]; }
 inline Byte subjektByte(Pos p) { return mm.daten[p - mm.basis]; }
 
 // Allocation wrappers with the 'm' log.
@@ -168,7 +164,7 @@ const Byte* indexSuche(const Byte* name, std::int32_t laenge);
 void indexFreigeben();
 
 // Subject.
-bool fuelleNach();          // false: no memory
+bool fuelleNach();  // false: no memory
 void verschiebeNachCommit();
 void zeigeSubjekt();
 

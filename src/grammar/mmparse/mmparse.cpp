@@ -114,9 +114,9 @@ std::int32_t raeumeAuf(std::int32_t code, Pos pos, std::int32_t* position, void*
     return code;
 }
 
-std::int32_t fuehreAus(void* object, std::int32_t objectLength, const char* grammar,
-                       const void* subject, std::int32_t subjectLength, const char* options,
-                       std::int32_t* position, void** adresse) {
+std::int32_t fuehreAus(void* object, std::int32_t objectLength, const char* grammar, const void* subject,
+                       std::int32_t subjectLength, const char* options, std::int32_t* position,
+                       void** adresse) {
     setzeZurueck();
     if (adresse) *adresse = nullptr;
 
@@ -143,8 +143,7 @@ std::int32_t fuehreAus(void* object, std::int32_t objectLength, const char* gram
 
     bool ungueltig = !grammar || !subject || (!mm.optIn && subjectLength < 0) ||
                      (!mm.optOut && object && objectLength < 0) || (mm.optOut && !object) ||
-                     (mm.optTrace && !mm.optOut) || (mm.optHier && mm.optOut) ||
-                     (mm.optAlloc && mm.optOut);
+                     (mm.optTrace && !mm.optOut) || (mm.optHier && mm.optOut) || (mm.optAlloc && mm.optOut);
     if (ungueltig) {
         // An 'a' buffer is only taken over once the arguments are good.
         mm.optAlloc = false;
@@ -224,14 +223,16 @@ std::int32_t fuehreAus(void* object, std::int32_t objectLength, const char* gram
 
 void* allokiere(std::size_t groesse, const char* name) {
     groesse = aufVier(groesse);
-    if (mm.optMem) std::fprintf(stderr, "PARSE: Allocating %ld bytes for %s.\n", static_cast<long>(groesse), name);
+    if (mm.optMem)
+        std::fprintf(stderr, "PARSE: Allocating %ld bytes for %s.\n", static_cast<long>(groesse), name);
     if (testFehlschlag()) return nullptr;
     return std::malloc(groesse);
 }
 
 void* reallokiere(void* alt, std::size_t groesse, const char* name) {
     groesse = aufVier(groesse);
-    if (mm.optMem) std::fprintf(stderr, "PARSE: Re-allocating %ld bytes for %s.\n", static_cast<long>(groesse), name);
+    if (mm.optMem)
+        std::fprintf(stderr, "PARSE: Re-allocating %ld bytes for %s.\n", static_cast<long>(groesse), name);
     if (testFehlschlag()) return nullptr;
     return std::realloc(alt, groesse);
 }
@@ -299,14 +300,22 @@ std::int32_t leseEscape(const Byte*& p, Byte& wert) {
     std::int32_t r = ueberspringeEscape(p);
     if (r != kWeiter) return r;
     switch (start[1]) {
-    case 'b': case 'B': wert = 8; break;
-    case 'c': case 'C': wert = 13; break;
-    case 'e': case 'E': wert = 27; break;
-    case 'f': case 'F': wert = 12; break;
-    case 'n': case 'N': wert = 10; break;
-    case 't': case 'T': wert = 9; break;
-    case 'z': case 'Z': wert = 0; break;
-    case 'x': case 'X': {
+    case 'b':
+    case 'B': wert = 8; break;
+    case 'c':
+    case 'C': wert = 13; break;
+    case 'e':
+    case 'E': wert = 27; break;
+    case 'f':
+    case 'F': wert = 12; break;
+    case 'n':
+    case 'N': wert = 10; break;
+    case 't':
+    case 'T': wert = 9; break;
+    case 'z':
+    case 'Z': wert = 0; break;
+    case 'x':
+    case 'X': {
         int hoch = hexWert(start[2]);
         int tief = hexWert(start[3]);
         if (hoch < 0 || tief < 0) return fehler(MM_ILLEGALHEXCHAR, start);
@@ -321,11 +330,11 @@ std::int32_t leseEscape(const Byte*& p, Byte& wert) {
 }  // namespace mmintern
 
 std::int32_t mmparseMitAdresse(void* object, std::int32_t objectLength, const char* grammar,
-                               const void* subject, std::int32_t subjectLength,
-                               const char* options, std::int32_t* position, void** adresse) {
+                               const void* subject, std::int32_t subjectLength, const char* options,
+                               std::int32_t* position, void** adresse) {
     try {
-        return mmintern::fuehreAus(object, objectLength, grammar, subject, subjectLength, options,
-                                   position, adresse);
+        return mmintern::fuehreAus(object, objectLength, grammar, subject, subjectLength, options, position,
+                                   adresse);
     } catch (const std::bad_alloc&) {
         // Only the grammar caches use the standard containers; running out of
         // memory there is reported like any other exhausted stack block.
@@ -333,9 +342,8 @@ std::int32_t mmparseMitAdresse(void* object, std::int32_t objectLength, const ch
     }
 }
 
-std::int32_t mmparse(void* object, std::int32_t objectLength, const char* grammar,
-                     const void* subject, std::int32_t subjectLength, const char* options,
-                     std::int32_t* position) {
-    return mmparseMitAdresse(object, objectLength, grammar, subject, subjectLength, options,
-                             position, nullptr);
+std::int32_t mmparse(void* object, std::int32_t objectLength, const char* grammar, const void* subject,
+                     std::int32_t subjectLength, const char* options, std::int32_t* position) {
+    return mmparseMitAdresse(object, objectLength, grammar, subject, subjectLength, options, position,
+                             nullptr);
 }

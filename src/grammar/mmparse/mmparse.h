@@ -20,40 +20,40 @@
 // does not match", below 0 an error. The comments give the identifier under
 // which the grammar commands report the code.
 enum MmparseErgebnis : std::int32_t {
-    MM_SYNTAX = 0,                 // TRANS-SYNTAX-ERR: subject does not match
-    MM_ILLEGALARGS = -1,           // TRANS-ILLEGALARGS-ERR: argument checks
-    MM_OTOLONG = -2,               // TRANS-OTOLONG-ERR: output does not fit
-    MM_NOMEM_SUBJECT = -3,         // TRANS-NOMEMORY-ERR: "SUBJECT" block
-    MM_NOMEM_ARRAY = -4,           // TRANS-NOMEMORY-ERR: "ARRAY" block
-    MM_NOMEM_VARRAY = -5,          // TRANS-NOMEMORY-ERR: "VARRAY" block
-    MM_TEXT_VERWORFEN = -6,        // TRANS-NOMEMORY-ERR: variable text dropped by a commit
-    MM_ARRAY_VOLL = -7,            // TRANS-NOMEMORY-ERR: 256 "ARRAY" blocks used up
-    MM_VARRAY_VOLL = -8,           // TRANS-NOMEMORY-ERR: 256 "VARRAY" blocks used up
-    MM_UNDEFINEDSYM = -9,          // TRANS-UNDEFINEDSYM-ERR: <name> not defined
-    MM_UNDECLAREDVAR = -10,        // TRANS-UNDECLAREDVAR-ERR: {name} not assigned here
-    MM_REDEFINEDSYM = -11,         // TRANS-REDEFINEDSYM-ERR: rule defined twice
-    MM_REDECLAREDVAR = -12,        // TRANS-REDECLAREDVAR-ERR: name assigned twice in one frame
-    MM_ILLEGALDEF = -13,           // TRANS-ILLEGALDEF-ERR: malformed #<name>=
-    MM_ILLEGALASSIGN = -14,        // TRANS-ILLEGALASSIGN-ERR: '.' not followed by '{'
-    MM_ILLEGALSYM = -15,           // TRANS-ILLEGALSYM-ERR: empty name or no '>'
-    MM_ILLEGALVAR = -16,           // TRANS-ILLEGALVAR-ERR: empty name or no '}'
-    MM_LEFTRECURSION = -17,        // TRANS-LEFTRECURSION-ERR
-    MM_UNCLOSEDGROUP = -18,        // TRANS-UNCLOSEDGROUP-ERR
-    MM_UNOPENEDGROUP = -19,        // TRANS-UNOPENEDGROUP-ERR
-    MM_ILLEGALGROUP = -20,         // TRANS-ILLEGALGROUP-ERR: '(' in a replacement
-    MM_UNCLOSEDSET = -21,          // TRANS-UNCLOSEDSET-ERR
-    MM_ILLEGALRANGE = -22,         // TRANS-ILLEGALRANGE-ERR
-    MM_ILLEGALNOT = -23,           // TRANS-ILLEGALNOT-ERR: misplaced '^'
-    MM_ILLEGALSUFF01 = -24,        // TRANS-ILLEGALSUFF01-ERR: '/' with nothing before it
-    MM_ILLEGALSUFF1N = -25,        // no identifier: '+' with nothing before it
-    MM_ILLEGALSUFF0N = -26,        // TRANS-ILLEGALSUFF0N-ERR: '*' with nothing before it
-    MM_ILLEGALSUFFM = -27,         // TRANS-ILLEGALSUFFM-ERR: misplaced '!'
-    MM_ILLEGALSUFF0M = -28,        // TRANS-ILLEGALSUFF0M-ERR: misplaced '?'
-    MM_ILLEGALBSLCHAR = -29,       // TRANS-ILLEGALBSLCHAR-ERR: backslash at the end
-    MM_ILLEGALHEXCHAR = -30,       // TRANS-ILLEGALHEXCHAR-ERR: bad \x sequence
-    MM_CANTWRITE = -31,            // TRANS-CANTWRITE-ERR: output stream write failed
-    MM_NOMEM_OBJECT = -32,         // TRANS-NOMEMORY-ERR: "OBJECT" buffer
-    MM_NOMEM_INDEX = -33,          // TRANS-NOMEMORY-ERR: "Index node"
+    MM_SYNTAX = 0,            // TRANS-SYNTAX-ERR: subject does not match
+    MM_ILLEGALARGS = -1,      // TRANS-ILLEGALARGS-ERR: argument checks
+    MM_OTOLONG = -2,          // TRANS-OTOLONG-ERR: output does not fit
+    MM_NOMEM_SUBJECT = -3,    // TRANS-NOMEMORY-ERR: "SUBJECT" block
+    MM_NOMEM_ARRAY = -4,      // TRANS-NOMEMORY-ERR: "ARRAY" block
+    MM_NOMEM_VARRAY = -5,     // TRANS-NOMEMORY-ERR: "VARRAY" block
+    MM_TEXT_VERWORFEN = -6,   // TRANS-NOMEMORY-ERR: variable text dropped by a commit
+    MM_ARRAY_VOLL = -7,       // TRANS-NOMEMORY-ERR: 256 "ARRAY" blocks used up
+    MM_VARRAY_VOLL = -8,      // TRANS-NOMEMORY-ERR: 256 "VARRAY" blocks used up
+    MM_UNDEFINEDSYM = -9,     // TRANS-UNDEFINEDSYM-ERR: <name> not defined
+    MM_UNDECLAREDVAR = -10,   // TRANS-UNDECLAREDVAR-ERR: {name} not assigned here
+    MM_REDEFINEDSYM = -11,    // TRANS-REDEFINEDSYM-ERR: rule defined twice
+    MM_REDECLAREDVAR = -12,   // TRANS-REDECLAREDVAR-ERR: name assigned twice in one frame
+    MM_ILLEGALDEF = -13,      // TRANS-ILLEGALDEF-ERR: malformed #<name>=
+    MM_ILLEGALASSIGN = -14,   // TRANS-ILLEGALASSIGN-ERR: '.' not followed by '{'
+    MM_ILLEGALSYM = -15,      // TRANS-ILLEGALSYM-ERR: empty name or no '>'
+    MM_ILLEGALVAR = -16,      // TRANS-ILLEGALVAR-ERR: empty name or no '}'
+    MM_LEFTRECURSION = -17,   // TRANS-LEFTRECURSION-ERR
+    MM_UNCLOSEDGROUP = -18,   // TRANS-UNCLOSEDGROUP-ERR
+    MM_UNOPENEDGROUP = -19,   // TRANS-UNOPENEDGROUP-ERR
+    MM_ILLEGALGROUP = -20,    // TRANS-ILLEGALGROUP-ERR: '(' in a replacement
+    MM_UNCLOSEDSET = -21,     // TRANS-UNCLOSEDSET-ERR
+    MM_ILLEGALRANGE = -22,    // TRANS-ILLEGALRANGE-ERR
+    MM_ILLEGALNOT = -23,      // TRANS-ILLEGALNOT-ERR: misplaced '^'
+    MM_ILLEGALSUFF01 = -24,   // TRANS-ILLEGALSUFF01-ERR: '/' with nothing before it
+    MM_ILLEGALSUFF1N = -25,   // no identifier: '+' with nothing before it
+    MM_ILLEGALSUFF0N = -26,   // TRANS-ILLEGALSUFF0N-ERR: '*' with nothing before it
+    MM_ILLEGALSUFFM = -27,    // TRANS-ILLEGALSUFFM-ERR: misplaced '!'
+    MM_ILLEGALSUFF0M = -28,   // TRANS-ILLEGALSUFF0M-ERR: misplaced '?'
+    MM_ILLEGALBSLCHAR = -29,  // TRANS-ILLEGALBSLCHAR-ERR: backslash at the end
+    MM_ILLEGALHEXCHAR = -30,  // TRANS-ILLEGALHEXCHAR-ERR: bad \x sequence
+    MM_CANTWRITE = -31,       // TRANS-CANTWRITE-ERR: output stream write failed
+    MM_NOMEM_OBJECT = -32,    // TRANS-NOMEMORY-ERR: "OBJECT" buffer
+    MM_NOMEM_INDEX = -33,     // TRANS-NOMEMORY-ERR: "Index node"
 };
 
 // Translates `subject` by `grammar`.
@@ -94,12 +94,11 @@ enum MmparseErgebnis : std::int32_t {
 // 32-bit position, so this entry cannot hand the buffer back: it releases it
 // at the end and reports positions as without 'a'. Use
 // `mmparseMitAdresse` to receive the buffer.
-std::int32_t mmparse(void* object, std::int32_t objectLength, const char* grammar,
-                     const void* subject, std::int32_t subjectLength, const char* options,
-                     std::int32_t* position);
+std::int32_t mmparse(void* object, std::int32_t objectLength, const char* grammar, const void* subject,
+                     std::int32_t subjectLength, const char* options, std::int32_t* position);
 
 // As `mmparse`; with option 'a' and a result above 0, `*adresse` receives the
 // output buffer (free it with std::free), else null. `adresse` may be null.
 std::int32_t mmparseMitAdresse(void* object, std::int32_t objectLength, const char* grammar,
-                               const void* subject, std::int32_t subjectLength,
-                               const char* options, std::int32_t* position, void** adresse);
+                               const void* subject, std::int32_t subjectLength, const char* options,
+                               std::int32_t* position, void** adresse);

@@ -15,8 +15,7 @@ using referenz::Bytes;
 
 const Bytes ziffern = {'1', '2', '3', '4', '5', '6', '7', '8', '9'};
 
-TEST(Algorithmen, CheckWerte)
-{
+TEST(Algorithmen, CheckWerte) {
     Crc32Rechner c32;
     Crc16Rechner xmodem(0x1021), a001(0xA001);
     SiemensSummierer s0, s1;
@@ -39,8 +38,7 @@ TEST(Algorithmen, CheckWerte)
     EXPECT_EQ(s.ergebnis(), 0xFEFEFEFEu);
 }
 
-TEST(Algorithmen, StandardKurzerLetzterAddend)
-{
+TEST(Algorithmen, StandardKurzerLetzterAddend) {
     // Three bytes: one complete addend, one byte waits; closed short it is
     // an addend of one byte, swapped like a full one.
     const Bytes b = {0x12, 0x34, 0x56};
@@ -61,8 +59,7 @@ TEST(Algorithmen, StandardKurzerLetzterAddend)
 
 // Feeds `b` in random pieces from a random misalignment of a bigger buffer.
 template <typename F>
-void stueckweise(std::mt19937& zufall, const Bytes& b, F nimm)
-{
+void stueckweise(std::mt19937& zufall, const Bytes& b, F nimm) {
     std::size_t versatz = zufall() % 16;
     Bytes puffer(versatz + b.size() + 1);
     for (std::size_t i = 0; i < b.size(); ++i) puffer[versatz + i] = b[i];
@@ -74,15 +71,13 @@ void stueckweise(std::mt19937& zufall, const Bytes& b, F nimm)
     }
 }
 
-TEST(Algorithmen, SchnellGleichBitweise)
-{
+TEST(Algorithmen, SchnellGleichBitweise) {
     std::mt19937 zufall(4711);
     for (int runde = 0; runde < 300; ++runde) {
         // Long runs pass the lane flushes; saturated bytes stress the carries.
         std::size_t laenge = (runde % 10 == 0) ? zufall() % 70000 : zufall() % 700;
         Bytes b(laenge);
-        for (auto& x : b)
-            x = static_cast<std::uint8_t>(runde % 7 == 0 ? 0xF0 | (zufall() & 0x0F) : zufall());
+        for (auto& x : b) x = static_cast<std::uint8_t>(runde % 7 == 0 ? 0xF0 | (zufall() & 0x0F) : zufall());
         std::uint32_t adr = zufall();
         SCOPED_TRACE("runde " + std::to_string(runde));
 
@@ -105,20 +100,19 @@ TEST(Algorithmen, SchnellGleichBitweise)
         for (int n = 1; n <= 4; ++n)
             for (bool swap : {false, true}) {
                 StandardSummierer st(n, swap);
-                stueckweise(zufall, b, [&](const std::uint8_t* p, std::size_t k, std::size_t) { st.nimm(p, k); });
+                stueckweise(zufall, b,
+                            [&](const std::uint8_t* p, std::size_t k, std::size_t) { st.nimm(p, k); });
                 EXPECT_EQ(st.summe(), referenz::standard(b, n, swap && n != 3)) << n << swap;
                 EXPECT_EQ(st.offen(), static_cast<int>(laenge % static_cast<std::size_t>(n)));
             }
     }
 }
 
-TEST(Algorithmen, NullenWieNullBytes)
-{
+TEST(Algorithmen, NullenWieNullBytes) {
     std::mt19937 zufall(17);
     for (std::uint64_t k : {0ull, 3ull, 511ull, 512ull, 4099ull, 1234567ull}) {
         Bytes vorn(1 + zufall() % 40);
-        for (auto& x : vorn)
-            x = static_cast<std::uint8_t>(zufall());
+        for (auto& x : vorn) x = static_cast<std::uint8_t>(zufall());
         Bytes alle = vorn;
         alle.resize(vorn.size() + k, 0);
         std::uint32_t adr = zufall();
@@ -157,4 +151,4 @@ TEST(Algorithmen, NullenWieNullBytes)
     EXPECT_EQ(ganz.ergebnis(), geteilt.ergebnis());
 }
 
-} // namespace
+}  // namespace

@@ -9,20 +9,17 @@
 #include "foundation/MeldungsFaenger.h"
 #include "image/Eprom.h"
 
-inline void schreibe(Eprom& eprom, adrInteger adr, const char* bytes, std::size_t anzahl)
-{
+inline void schreibe(Eprom& eprom, adrInteger adr, const char* bytes, std::size_t anzahl) {
     for (std::size_t i = 0; i < anzahl; ++i)
         eprom.setzeByte(adr + static_cast<adrInteger>(i), static_cast<std::uint8_t>(bytes[i]));
 }
 
-inline void schreibe(Eprom& eprom, adrInteger adr, const char* text)
-{
+inline void schreibe(Eprom& eprom, adrInteger adr, const char* text) {
     schreibe(eprom, adr, text, std::strlen(text));
 }
 
 // "12 34 ..." as liefereByte reads them.
-inline std::string bytes(Eprom& eprom, adrInteger adr, int anzahl)
-{
+inline std::string bytes(Eprom& eprom, adrInteger adr, int anzahl) {
     std::string text;
     char teil[4];
     for (int i = 0; i < anzahl; ++i) {
@@ -34,17 +31,14 @@ inline std::string bytes(Eprom& eprom, adrInteger adr, int anzahl)
     return text;
 }
 
-inline std::string labels(const MeldungsFaenger& faenger)
-{
+inline std::string labels(const MeldungsFaenger& faenger) {
     std::string text;
-    for (const auto& m : faenger.meldungen())
-        text += (text.empty() ? "" : ",") + m.label;
+    for (const auto& m : faenger.meldungen()) text += (text.empty() ? "" : ",") + m.label;
     return text;
 }
 
 // 12 34 56 78 9A BC DE F0 at 1000 to 1007.
-inline Eprom achtBytes()
-{
+inline Eprom achtBytes() {
     Eprom eprom;
     schreibe(eprom, 0x1000, "\x12\x34\x56\x78\x9A\xBC\xDE\xF0", 8);
     return eprom;

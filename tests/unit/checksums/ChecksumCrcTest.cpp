@@ -12,16 +12,14 @@
 
 namespace {
 
-adrInteger summe(Checksumme& c, Eprom& eprom)
-{
+adrInteger summe(Checksumme& c, Eprom& eprom) {
     adrInteger s = 0xDEADBEEF;
     EXPECT_EQ(c.bildeSumme(eprom, &s), 1);
     return s;
 }
 
 // 0 Siemens, 1 CRC32, 2 CRC16 CCITT, 3 CRC16 0xA001.
-std::unique_ptr<Checksumme> art(int nr, adrInteger anf, adrInteger end, int swap = 0)
-{
+std::unique_ptr<Checksumme> art(int nr, adrInteger anf, adrInteger end, int swap = 0) {
     switch (nr) {
     case 0: return std::make_unique<ChecksumSiemens>(anf, end);
     case 1: return std::make_unique<ChecksumCRC32>(anf, end, swap);
@@ -30,12 +28,12 @@ std::unique_ptr<Checksumme> art(int nr, adrInteger anf, adrInteger end, int swap
     }
 }
 
-TEST(ChecksumCrc, CheckWerteNamenUndLeereBereiche)
-{
+TEST(ChecksumCrc, CheckWerteNamenUndLeereBereiche) {
     Eprom eprom;
     schreibe(eprom, 1, "123456789");
-    const adrInteger werte[] = {0x41D0353B, 0xCBF43926, 0x31C3, 0xFFFFA47B};   // lanes moved by one
-    const char* namen[] = {"Checksumme Siemens", "Checksumme CRC32", "Checksumme CRC16 CCITT", "Checksumme CRC16"};
+    const adrInteger werte[] = {0x41D0353B, 0xCBF43926, 0x31C3, 0xFFFFA47B};  // lanes moved by one
+    const char* namen[] = {"Checksumme Siemens", "Checksumme CRC32", "Checksumme CRC16 CCITT",
+                           "Checksumme CRC16"};
     for (int nr = 0; nr < 4; ++nr) {
         EXPECT_EQ(summe(*art(nr, 1, 9), eprom), werte[nr]) << nr;
         EXPECT_EQ(art(nr, 1, 9)->liefereName(), namen[nr]);
@@ -45,8 +43,7 @@ TEST(ChecksumCrc, CheckWerteNamenUndLeereBereiche)
     }
 }
 
-TEST(ChecksumCrc, LueckeZaehltAlsNullen)
-{
+TEST(ChecksumCrc, LueckeZaehltAlsNullen) {
     Eprom mitLuecke, gefuellt;
     mitLuecke.definiereBereich(0x1000, 0x10FF);
     mitLuecke.definiereBereich(0x1200, 0x12FF);
@@ -58,18 +55,18 @@ TEST(ChecksumCrc, LueckeZaehltAlsNullen)
         }
     MeldungsFaenger faenger;
     for (int nr = 0; nr < 4; ++nr)
-        EXPECT_EQ(summe(*art(nr, 0x1003, 0x1234), mitLuecke), summe(*art(nr, 0x1003, 0x1234), gefuellt)) << nr;
+        EXPECT_EQ(summe(*art(nr, 0x1003, 0x1234), mitLuecke), summe(*art(nr, 0x1003, 0x1234), gefuellt))
+            << nr;
     EXPECT_EQ(labels(faenger), "");
 }
 
-TEST(ChecksumCrc, ZielFeld)
-{
+TEST(ChecksumCrc, ZielFeld) {
     // Field bytes, and the bounds of the rule that the field must not touch
     // the range 100 to 108 at all.
     struct {
         int nr, swap;
         adrInteger ziel;
-        const char* feld;   // null: refused
+        const char* feld;  // null: refused
     } faelle[] = {
         {1, 0, 0x1F0, "CB F4 39 26"}, {1, 1, 0x1F0, "26 39 F4 CB"}, {2, 0, 0x1F0, "31 C3"},
         {2, 1, 0x1F0, "C3 31"},       {2, 0, 0x0FF, nullptr},       {2, 0, 0x0FE, "31 C3"},
@@ -93,7 +90,8 @@ TEST(ChecksumCrc, ZielFeld)
         } else {
             EXPECT_EQ(bytes(eprom, 0xF0, 0x30), vorher) << std::hex << f.ziel;
             EXPECT_EQ(labels(faenger), "CHK-TARGET-ADDRESS-NOT-VALID");
-            EXPECT_EQ(faenger.letzte().funktion, breite == 4 ? "ChecksumCRC32::bilde" : "ChecksumCRC16::bilde");
+            EXPECT_EQ(faenger.letzte().funktion,
+                      breite == 4 ? "ChecksumCRC32::bilde" : "ChecksumCRC16::bilde");
         }
     }
     // A field that runs out of a fixed image is written as far as it goes.
@@ -108,8 +106,7 @@ TEST(ChecksumCrc, ZielFeld)
     EXPECT_EQ(labels(faenger), "");
 }
 
-TEST(ChecksumCrc, FreiesBildUeberFenstergrenzen)
-{
+TEST(ChecksumCrc, FreiesBildUeberFenstergrenzen) {
     Eprom eprom;
     eprom.setzeByte(0xFFFFFE, 0x11);
     eprom.setzeByte(0x1000001, 0x22);
@@ -128,4 +125,4 @@ TEST(ChecksumCrc, FreiesBildUeberFenstergrenzen)
     EXPECT_TRUE(leeresFenster);
 }
 
-} // namespace
+}  // namespace

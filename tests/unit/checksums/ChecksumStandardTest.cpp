@@ -11,7 +11,7 @@
 namespace {
 
 struct Lauf {
-    adrInteger ziel;   // 0: none
+    adrInteger ziel;  // 0: none
     int kompensierung;
     adrInteger anf, end;
     std::uint16_t anzahlBytes;
@@ -20,17 +20,14 @@ struct Lauf {
 };
 
 // Runs one sum over `eprom`; gives bilde's result, the sum in `summe`.
-int bilde(Eprom& eprom, const Lauf& l, adrInteger& summe, adrInteger addierWert = 0)
-{
+int bilde(Eprom& eprom, const Lauf& l, adrInteger& summe, adrInteger addierWert = 0) {
     ChecksumStandard s(l.kompensierung, l.anf, l.end, nullptr, addierWert, l.anzahlBytes, l.swap, l.groesse);
-    if (l.ziel)
-        s.setzeZielAdr(l.ziel);
+    if (l.ziel) s.setzeZielAdr(l.ziel);
     summe = 0xDEAD;
     return s.bildeSumme(eprom, &summe);
 }
 
-TEST(ChecksumStandard, BreitenUndByteFolge)
-{
+TEST(ChecksumStandard, BreitenUndByteFolge) {
     const std::pair<Lauf, adrInteger> faelle[] = {
         {{0, 0, 0x1000, 0x1007, 1, 0, 2}, 0x0438},     {{0, 0, 0x1000, 0x1007, 2, 0, 2}, 0xE258},
         {{0, 0, 0x1000, 0x1007, 2, 1, 2}, 0x59E0},     {{0, 0, 0x1000, 0x1007, 4, 0, 4}, 0xACF13568},
@@ -48,8 +45,7 @@ TEST(ChecksumStandard, BreitenUndByteFolge)
     }
 }
 
-TEST(ChecksumStandard, ZielFeldMitTauschUndBreiten)
-{
+TEST(ChecksumStandard, ZielFeldMitTauschUndBreiten) {
     // Three-byte addends give up the swap, field included; three-byte
     // fields are always big-endian.
     const std::tuple<Lauf, const char*, const char*> faelle[] = {
@@ -70,15 +66,16 @@ TEST(ChecksumStandard, ZielFeldMitTauschUndBreiten)
     }
 }
 
-TEST(ChecksumStandard, Ablehnungen)
-{
+TEST(ChecksumStandard, Ablehnungen) {
     const std::tuple<Lauf, const char*, const char*> faelle[] = {
-        {{0x1005, 1, 0x1000, 0x1007, 1, 0, 2}, "CHK-TARGET-ADDRESS-NOT-VALID,CHK-ADR-NOT-OK",
+        {{0x1005, 1, 0x1000, 0x1007, 1, 0, 2},
+         "CHK-TARGET-ADDRESS-NOT-VALID,CHK-ADR-NOT-OK",
          "Chk-ZielAdr:001005\nAnfAdr:001000  EndAdr:001007"},
         {{0x1007, 1, 0x1000, 0x1007, 1, 0, 2},
          "CHK-TARGET-ADDRESS-NOT-VALID,CHK-TARGET-ADDRESS-NOT-VALID,CHK-ADR-NOT-OK",
          "Chk-ZielAdr:001007\nAnfAdr:001000  EndAdr:001007"},
-        {{0x2000, 1, 0x1001, 0x1007, 2, 1, 2}, "CHK-SWAP-NEEDS-EVEN-START-AND-LENGTH,CHK-ADR-NOT-OK",
+        {{0x2000, 1, 0x1001, 0x1007, 2, 1, 2},
+         "CHK-SWAP-NEEDS-EVEN-START-AND-LENGTH,CHK-ADR-NOT-OK",
          "Chk-ZielAdr:002000\nAnfAdr:001001  EndAdr:001007"},
         // A field wholly below the range is fine.
         {{0x1000, 1, 0x1004, 0x1007, 1, 0, 2}, "", ""},
@@ -92,13 +89,12 @@ TEST(ChecksumStandard, Ablehnungen)
         if (*meldungen) {
             EXPECT_EQ(faenger.letzte().detail, text);
             EXPECT_EQ(faenger.letzte().funktion, "ChecksumStandard::bilde");
-            EXPECT_EQ(bytes(eprom, 0x1000, 8), "12 34 56 78 9A BC DE F0");   // nothing cleared
+            EXPECT_EQ(bytes(eprom, 0x1000, 8), "12 34 56 78 9A BC DE F0");  // nothing cleared
         }
     }
 }
 
-TEST(ChecksumStandard, LueckenUndLetzterAddend)
-{
+TEST(ChecksumStandard, LueckenUndLetzterAddend) {
     MeldungsFaenger faenger;
     adrInteger summe;
     Eprom fest;
@@ -128,8 +124,7 @@ TEST(ChecksumStandard, LueckenUndLetzterAddend)
     EXPECT_EQ(labels(faenger), "");
 }
 
-TEST(ChecksumStandard, VergleichMitNaechster)
-{
+TEST(ChecksumStandard, VergleichMitNaechster) {
     Eprom eprom = achtBytes();
     schreibe(eprom, 0x2000, "\x04\x39");
     MeldungsFaenger faenger;
@@ -145,4 +140,4 @@ TEST(ChecksumStandard, VergleichMitNaechster)
     EXPECT_EQ(bytes(eprom, 0x2000, 2), "04 39");
 }
 
-} // namespace
+}  // namespace

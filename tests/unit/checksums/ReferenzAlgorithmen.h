@@ -11,14 +11,13 @@ namespace referenz {
 using Bytes = std::vector<std::uint8_t>;
 
 // Sum of the complete addends of `b`; a trailing incomplete addend is left out.
-inline std::uint32_t standard(const Bytes& b, int anzahlBytes, bool swap)
-{
+inline std::uint32_t standard(const Bytes& b, int anzahlBytes, bool swap) {
     std::uint32_t summe = 0;
-    for (std::size_t a = 0; a + static_cast<std::size_t>(anzahlBytes) <= b.size(); a += static_cast<std::size_t>(anzahlBytes)) {
+    for (std::size_t a = 0; a + static_cast<std::size_t>(anzahlBytes) <= b.size();
+         a += static_cast<std::size_t>(anzahlBytes)) {
         std::uint32_t wert = 0;
         for (int i = 0; i < anzahlBytes; ++i) {
-            if (i > 0)
-                wert <<= 8;
+            if (i > 0) wert <<= 8;
             wert += b[a + static_cast<std::size_t>(i)];
         }
         if (swap && anzahlBytes == 2)
@@ -30,8 +29,7 @@ inline std::uint32_t standard(const Bytes& b, int anzahlBytes, bool swap)
     return summe;
 }
 
-inline std::uint32_t siemens(std::uint32_t adr, const Bytes& b)
-{
+inline std::uint32_t siemens(std::uint32_t adr, const Bytes& b) {
     unsigned summe[4] = {0, 0, 0, 0};
     unsigned uebertrag[4] = {0, 0, 0, 0};
     for (std::size_t k = 0; k < b.size(); ++k) {
@@ -42,8 +40,7 @@ inline std::uint32_t siemens(std::uint32_t adr, const Bytes& b)
             ++uebertrag[i];
         }
         x *= 2;
-        if (x > 255)
-            x -= 255;
+        if (x > 255) x -= 255;
         summe[i] = x;
     }
     std::uint32_t r = 0;
@@ -54,19 +51,16 @@ inline std::uint32_t siemens(std::uint32_t adr, const Bytes& b)
     return r;
 }
 
-inline std::uint32_t crc32(const Bytes& b)
-{
+inline std::uint32_t crc32(const Bytes& b) {
     std::uint32_t crc = 0xFFFFFFFFu;
     for (std::uint8_t byte : b) {
         crc ^= byte;
-        for (int k = 0; k < 8; ++k)
-            crc = (crc & 1) ? (crc >> 1) ^ 0xEDB88320u : crc >> 1;
+        for (int k = 0; k < 8; ++k) crc = (crc & 1) ? (crc >> 1) ^ 0xEDB88320u : crc >> 1;
     }
     return crc ^ 0xFFFFFFFFu;
 }
 
-inline std::uint16_t crc16(const Bytes& b, std::uint16_t polynom)
-{
+inline std::uint16_t crc16(const Bytes& b, std::uint16_t polynom) {
     std::uint32_t crc = 0;
     for (std::uint8_t byte : b) {
         std::uint32_t x = static_cast<std::uint32_t>(byte) << 8;
@@ -81,4 +75,4 @@ inline std::uint16_t crc16(const Bytes& b, std::uint16_t polynom)
     return static_cast<std::uint16_t>(crc);
 }
 
-} // namespace referenz
+}  // namespace referenz

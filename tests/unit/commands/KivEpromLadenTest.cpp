@@ -106,7 +106,8 @@ TEST_F(KivEpromLadenTest, ZeroBytesPerLineIsRefusedBeforeTheFileIsTouched) {
     schreibeDatei("alt.hex", "alt");
     for (const char* typ : {"Intel", "Motorola_S3S7"}) {
         faenger.leere();
-        EXPECT_EQ(fuehre(std::string("schreibe(") + typ + ", " + pfad("alt.hex") + ", /, /, /, /, YES, NO, 0)"), 0);
+        EXPECT_EQ(
+            fuehre(std::string("schreibe(") + typ + ", " + pfad("alt.hex") + ", /, /, /, /, YES, NO, 0)"), 0);
         ASSERT_EQ(labels(), "INVALID-VALUE");
         EXPECT_EQ(faenger.letzte().funktion, "KivEprom::schreibeInDatei ");
         EXPECT_EQ(liesDatei("alt.hex"), "alt");
@@ -143,7 +144,7 @@ TEST_F(KivEpromLadenTest, AFailedLoadKeepsFileAndFlag) {
     KivEprom& kiv = lade();
     faenger.leere();
     EXPECT_EQ(fuehre("lies(Intel, " + pfad("fehlt.hex") + ")"), 0);
-    EXPECT_EQ(fuehre("lies(Binaer, " + pfad("") + ")"), 0);   // a directory
+    EXPECT_EQ(fuehre("lies(Binaer, " + pfad("") + ")"), 0);  // a directory
     EXPECT_EQ(labels(), "FILE-NOT-EXIST,FILE-NOT-EXIST");
     EXPECT_EQ(faenger.letzte().funktion, "KivEprom::leseVonDatei ");
     EXPECT_EQ(kiv.geaendert, 0);
@@ -170,7 +171,8 @@ TEST_F(KivEpromLadenTest, EvenOddWritesTheHalvesAndLeavesTheImage) {
     // An empty image fails on the first file and writes no second one.
     neu();
     faenger.leere();
-    EXPECT_EQ(fuehre("schreibeEvenOdd(Intel, " + pfad("e2.hex") + ", " + pfad("o2.hex") + ", /, /, /, FF)"), 0);
+    EXPECT_EQ(fuehre("schreibeEvenOdd(Intel, " + pfad("e2.hex") + ", " + pfad("o2.hex") + ", /, /, /, FF)"),
+              0);
     EXPECT_NE(meldung("HEXFILE-ADR"), nullptr);
     EXPECT_FALSE(gibtDatei("o2.hex"));
 }

@@ -18,7 +18,8 @@ protected:
         for (int w : werte) kiv.eprom->setzeByte(adr++, static_cast<std::uint8_t>(w));
     }
     // The statement run on the image as during a display of anf..end.
-    static std::string lauf(KivEprom& kiv, const char* statement, adrInteger anf, adrInteger end, int hex = 1) {
+    static std::string lauf(KivEprom& kiv, const char* statement, adrInteger anf, adrInteger end,
+                            int hex = 1) {
         kiv.anzeigeAnfAdr = anf;
         kiv.anzeigeEndAdr = end;
         kiv.anzeigeHex = hex;
@@ -35,7 +36,7 @@ TEST_F(KivEpromAnzeigeTest, BytesAreBlankOutsideAFreeImageAndDashedWhereUnwritte
     const char* alle = "<Bytes\\\"<>|\">";
     EXPECT_EQ(lauf(kiv, alle, 0xFFE, 0x1005), "  |  |41|42|--|0A|E4|  ");
     EXPECT_EQ(lauf(kiv, alle, 0xFFF, 0x1005, 0), " |A|B|-|.|\xE4| ");
-    EXPECT_EQ(lauf(kiv, alle, 0x1001, 0x1000), "");   // no values the other way round
+    EXPECT_EQ(lauf(kiv, alle, 0x1001, 0x1000), "");  // no values the other way round
 
     // In a fixed image the gaps are blank and unwritten region bytes dashed.
     KivEprom& fest = neu();
@@ -50,7 +51,8 @@ TEST_F(KivEpromAnzeigeTest, TheImageDeliversRangeCountsAndFileName) {
     KivEprom& kiv = neu("bild.hex");
     setze(kiv, 0x100, {1, 2});
     setze(kiv, 0x10F, {3});
-    EXPECT_EQ(lauf(kiv, "<AnfAdr>-<EndAdr> <AnzBytes> <AnzBytesGefuellt> <AnzBytesLeer> <Dateiname>", 0xAB, 0x1FFFF),
+    EXPECT_EQ(lauf(kiv, "<AnfAdr>-<EndAdr> <AnzBytes> <AnzBytesGefuellt> <AnzBytesLeer> <Dateiname>", 0xAB,
+                   0x1FFFF),
               "000000AB-0001FFFF 16 3 13 bild.hex");
     EXPECT_EQ(labels(), "");
     EXPECT_EQ(lauf(kiv, "<(Bytes\\?>ja<:>nein<)>", 0x100, 0x101), "ja");

@@ -11,8 +11,7 @@ namespace {
 
 // The walk as the algorithm tells it, one liefereByte per byte compared.
 int referenzSuche(Eprom& eprom, const std::vector<std::uint8_t>& m, adrInteger von, adrInteger bis,
-                  adrInteger& treffer)
-{
+                  adrInteger& treffer) {
     std::uint64_t a = von;
     adrInteger rv, rb;
     while (a <= bis && eprom.liefereBereich(static_cast<adrInteger>(a), rv, rb)) {
@@ -73,7 +72,8 @@ TEST_F(KivEpromSucheTest, TheWalkAgreesWithTheByteByByteReference) {
         const bool lang = runde % 4 == 2;
         for (adrInteger a = 0x100; a <= (lang ? 0x4FFu : 0x150u); ++a)
             if (zufall() % 5)
-                eprom.setzeByte(a, static_cast<std::uint8_t>(lang && zufall() % 40 ? 0x43 : 0x41 + zufall() % 2));
+                eprom.setzeByte(
+                    a, static_cast<std::uint8_t>(lang && zufall() % 40 ? 0x43 : 0x41 + zufall() % 2));
         std::vector<std::uint8_t> muster(1 + zufall() % 5);
         for (auto& b : muster) b = static_cast<std::uint8_t>(zufall() % 7 == 0 ? 0 : 0x41 + zufall() % 2);
         const adrInteger von = 0xF0 + zufall() % 0x70;
@@ -95,8 +95,8 @@ TEST_F(KivEpromSucheTest, TheWalkAgreesWithTheByteByByteReference) {
         // on find.
         std::string liste;
         int anzahl = 0;
-        for (adrInteger a = eprom.liefereAnfAdr(); referenzSuche(eprom, muster, a, eprom.liefereEndAdr(), erwartet);
-             a = erwartet + 1) {
+        for (adrInteger a = eprom.liefereAnfAdr();
+             referenzSuche(eprom, muster, a, eprom.liefereEndAdr(), erwartet); a = erwartet + 1) {
             std::snprintf(teil, sizeof teil, "[%05X] ", erwartet);
             liste += teil;
             if (++anzahl % 8 == 0) liste += "\n";
@@ -156,10 +156,12 @@ TEST_F(KivEpromSucheTest, SearchTextsAreReadAsHexNumbersOrCharacters) {
     struct Fall {
         const char* text;
         int hex;
-        const char* bytes;   // null: refused
+        const char* bytes;  // null: refused
     } faelle[] = {
-        {"12 3", 1, "12 03"}, {"  a\t0F\n 7 ", 1, "0A 0F 07"}, {"0012", 1, "12"}, {"1203", 1, nullptr},
-        {"1G", 1, nullptr},   {"", 1, nullptr},                 {"   ", 1, nullptr}, {"-1", 1, nullptr},
+        {"12 3", 1, "12 03"}, {"  a\t0F\n 7 ", 1, "0A 0F 07"},
+        {"0012", 1, "12"},    {"1203", 1, nullptr},
+        {"1G", 1, nullptr},   {"", 1, nullptr},
+        {"   ", 1, nullptr},  {"-1", 1, nullptr},
         {"Az ", 0, "41 7A"},  {" ", 0, nullptr},
     };
     for (const Fall& f : faelle) {

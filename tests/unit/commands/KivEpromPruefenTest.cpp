@@ -40,14 +40,14 @@ TEST_F(KivEpromPruefenTest, OccupancyCountsTheRangeOutsideTheImageAsUnwritten) {
     KivEprom& kiv = neu();
     setze(kiv, 0x1000, {1, 2, 3, 4});
     setze(kiv, 0x1002, {5});
-    ausgabe << std::uppercase;   // the listing keeps the stream's letter case
+    ausgabe << std::uppercase;  // the listing keeps the stream's letter case
     const adrInteger von = 0xFFE, bis = 0x100B;
     EXPECT_EQ(kiv.pruefeBelegt(&von, &bis), 10u);
     EXPECT_EQ(ausgabe.str(),
               "[00FFE .. 00FFF] -> 0\n[01000 .. 01001] -> 1\n[01002 .. 01002] -> 2\n"
               "[01003 .. 01003] -> 1\n[01004 .. 0100B] -> 0\n");
     EXPECT_EQ(labels(), "CHECK-BYTES,NOT-OCCUPIED-BYTES");
-    EXPECT_EQ(faenger.letzte().detail, "10");   // decimal
+    EXPECT_EQ(faenger.letzte().detail, "10");  // decimal
 
     faenger.leere();
     EXPECT_EQ(fuehre("pruefeMehrfachbelegung(1000, 1003)"), 1);
@@ -82,7 +82,7 @@ TEST_F(KivEpromPruefenTest, ComparisonShowsWhatTheImagesOwnDisplayShows) {
             for (adrInteger x = 0; x < 0x200; ++x)
                 if (zufall() % 4) kiv->eprom->setzeByte(x, static_cast<std::uint8_t>(zufall() % 3));
         const adrInteger von = zufall() % 0x180;
-        const adrInteger bis = von + zufall() % 0x1100;   // beyond the images as well
+        const adrInteger bis = von + zufall() % 0x1100;  // beyond the images as well
         const adrInteger ziel = runde % 5 == 0 ? 0xFFFFFFF0u + zufall() % 16 : zufall() % 0x180;
         std::ostringstream erwartet;
         const std::uint32_t anzahl =

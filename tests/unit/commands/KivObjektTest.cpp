@@ -13,8 +13,8 @@ TEST_F(KivObjektTest, NewImagesTakeTheirNamesFromFilesAndTheGrowingCounter) {
         const char* datei;
         const char* name;
     } faelle[] = {
-        {"/", "Neu1"},       {"/", "Neu2"},          {"a.hex", "a_hex"},     {"a.hex", "a_hex3"},
-        {"x/b.c.d", "b_c_d"}, {"a.hex", "a_hex4"},    {".profile", "_profile"}, {"ohne", "ohne"},
+        {"/", "Neu1"},         {"/", "Neu2"},       {"a.hex", "a_hex"},       {"a.hex", "a_hex3"},
+        {"x/b.c.d", "b_c_d"},  {"a.hex", "a_hex4"}, {".profile", "_profile"}, {"ohne", "ohne"},
         {"a_hex3", "a_hex35"},
     };
     for (const auto& f : faelle) {
@@ -75,7 +75,7 @@ TEST_F(KivObjektTest, CloseRefusesWhatIsNoImageAndTheEndCheckNamesChangedImages)
         zurWurzel();
         fuehre("neu(/)");
     }
-    fuehre("setze(5, /, 1)");   // Neu3
+    fuehre("setze(5, /, 1)");  // Neu3
     kivWurzel->sucheEprom("Neu1")->geaendert = 1;
     zurWurzel();
 
@@ -123,10 +123,27 @@ TEST_F(KivObjektTest, TablesHoldEveryCommandWithItsDefaults) {
     // Building both tables raised no message: every signature and default
     // line was read.
     const char* wurzel[] = {"oeffne", "neu", "schliesse", "schliesseAlle"};
-    const char* bild[] = {"info", "lies", "schreibe", "schreibeEvenOdd", "anzeige", "setze",
-                          "definiereBereich", "loescheBereich", "fuelle", "pruefeMehrfachbelegung", "swap",
-                          "kopiere", "suche", "sucheErstes", "sucheNaechstes", "pruefeByte", "pruefeBytefolge",
-                          "vergleiche", "checksumme", "checksummeSiemens", "checksummeCRC"};
+    const char* bild[] = {"info",
+                          "lies",
+                          "schreibe",
+                          "schreibeEvenOdd",
+                          "anzeige",
+                          "setze",
+                          "definiereBereich",
+                          "loescheBereich",
+                          "fuelle",
+                          "pruefeMehrfachbelegung",
+                          "swap",
+                          "kopiere",
+                          "suche",
+                          "sucheErstes",
+                          "sucheNaechstes",
+                          "pruefeByte",
+                          "pruefeBytefolge",
+                          "vergleiche",
+                          "checksumme",
+                          "checksummeSiemens",
+                          "checksummeCRC"};
     EXPECT_EQ(kivObjektListe->liefereName(), "KivObjekt");
     EXPECT_EQ(kivEpromListe->liefereName(), "KivEprom");
     EXPECT_EQ(kivObjektListe->liefereKommandos().elementAnzahl(), 4);
@@ -140,7 +157,8 @@ TEST_F(KivObjektTest, TablesHoldEveryCommandWithItsDefaults) {
     }
 
     // The display default's line continuation leaves the bare statement.
-    auto* anzeige = static_cast<KdoKommando*>(kivEpromListe->liefereKommandos().sucheElementF("anzeige", 0, 0, 2));
+    auto* anzeige =
+        static_cast<KdoKommando*>(kivEpromListe->liefereKommandos().sucheElementF("anzeige", 0, 0, 2));
     anzeige->argument(5)->ladeVorgabe();
     EXPECT_EQ(anzeige->argument(5)->liefereArgWertStr().str(), "<Bytes\\\"<> \">");
     auto* lies = static_cast<KdoKommando*>(kivEpromListe->liefereKommandos().sucheElementF("lies", 0, 0, 2));

@@ -27,8 +27,8 @@ class KivUmgebung : public ::testing::Test {
 protected:
     void SetUp() override {
         verzeichnis_ = std::filesystem::temp_directory_path() /
-                       ("kiv_cmds_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) + "_" +
-                        ::testing::UnitTest::GetInstance()->current_test_info()->name());
+                       ("kiv_cmds_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
+                        "_" + ::testing::UnitTest::GetInstance()->current_test_info()->name());
         std::filesystem::remove_all(verzeichnis_);
         std::filesystem::create_directories(verzeichnis_);
         alterStrom_ = kdoAnzeigeStream;
@@ -50,8 +50,7 @@ protected:
     }
     // Makes the root current again, as "-" does at the prompt.
     void zurWurzel() {
-        while (kdoBaum()->liefereAktuelles() != kivWurzel && kdoBaum()->vater()) {
-        }
+        while (kdoBaum()->liefereAktuelles() != kivWurzel && kdoBaum()->vater()) {}
     }
     KivEprom* aktuell() { return dynamic_cast<KivEprom*>(kdoBaum()->liefereAktuelles()); }
 

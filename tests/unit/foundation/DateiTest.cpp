@@ -51,7 +51,7 @@ TEST(DateiName, ChangingAPartRebuildsTheWhole) {
     d.setzeExtension("bin");
     EXPECT_EQ(d.liefereGanz(), "eprom.bin");
     d.setzeExtension("");
-    EXPECT_EQ(d.liefereGanz(), "eprom.");   // the point stays
+    EXPECT_EQ(d.liefereGanz(), "eprom.");  // the point stays
     DateiName v("DISK:[DIR]FILE.DAT;3");
     v.setzeName("NEU");
     EXPECT_EQ(v.liefereGanz(), "DISK:[DIR]NEU.DAT");
@@ -77,8 +77,8 @@ class DateiTest : public ::testing::Test {
 protected:
     void SetUp() override {
         const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-        verzeichnis = fs::temp_directory_path() / ("kiv_datei_" + std::string(info->name()) + "_" +
-                                                   std::to_string(::getpid()));
+        verzeichnis = fs::temp_directory_path() /
+                      ("kiv_datei_" + std::string(info->name()) + "_" + std::to_string(::getpid()));
         fs::remove_all(verzeichnis);
         fs::create_directories(verzeichnis);
     }
@@ -108,7 +108,7 @@ TEST_F(DateiTest, OpenAndCloseReportOnce) {
     EXPECT_EQ(faenger.letzte().detail, pfad("ein.txt"));
     std::string inhalt(4, '\0');
     ein.liefereStrom()->read(inhalt.data(), 4);
-    EXPECT_EQ(inhalt, "A\r\nB");   // binary: the carriage return arrives
+    EXPECT_EQ(inhalt, "A\r\nB");  // binary: the carriage return arrives
     EXPECT_EQ(ein.schliesse(), 1);
     EXPECT_EQ(ein.liefereStrom(), nullptr);
     EXPECT_EQ(ein.schliesse(), 1);
@@ -143,8 +143,9 @@ TEST_F(DateiTest, OpenAndCloseReportOnce) {
         EXPECT_EQ(eintrag.path().filename().string().find(".kiv-"), std::string::npos) << eintrag.path();
     ODatei unmoeglich(DateiName(pfad("nichtda/x.txt").c_str()));
     EXPECT_EQ(unmoeglich.oeffne(), 0);
-    EXPECT_EQ(gefangen(), "OUTPUTFILEOPENED/ODatei::oeffne/S FILECLOSED/ODatei::schliesse /S "
-                          "FILEOPENERROR/ODatei::oeffne/E ");
+    EXPECT_EQ(gefangen(),
+              "OUTPUTFILEOPENED/ODatei::oeffne/S FILECLOSED/ODatei::schliesse /S "
+              "FILEOPENERROR/ODatei::oeffne/E ");
 }
 
 TEST_F(DateiTest, DeletionAndWriteProtection) {
@@ -211,7 +212,8 @@ TEST_F(DateiTest, DevicesInPlaceAppendingAndFailures) {
     std::fputs("b\n", anhang.cStrom());
     EXPECT_EQ(anhang.beende(), 0);
     std::ifstream gelesen(pfad("log.txt"));
-    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(gelesen), std::istreambuf_iterator<char>()), "a\nb\n");
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(gelesen), std::istreambuf_iterator<char>()),
+              "a\nb\n");
 
     SichereAusgabe voll(String("/dev/full"));
     voll.strom() << "x";

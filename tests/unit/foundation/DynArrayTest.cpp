@@ -12,7 +12,7 @@
 
 TEST(DynArray, GrowthBothWaysKeepsEveryValue) {
     DynArray<String> texte;
-    texte[1000000] = "x";   // the first access fixes the base
+    texte[1000000] = "x";  // the first access fixes the base
     EXPECT_EQ(texte.basis(), 1000000);
     EXPECT_EQ(texte.obergrenze(), 1000001);
     EXPECT_EQ(texte[1000002], "0");
@@ -60,14 +60,14 @@ TEST(DynArray, UpperLimitWarnsOnceAndHandsOutTheLastElement) {
     EXPECT_EQ(faenger.anzahl(), 0u);
     EXPECT_EQ(feld.anzahl(), 65536);
 
-    feld[65536] = &b;   // lands on element 65535
+    feld[65536] = &b;  // lands on element 65535
     ASSERT_EQ(faenger.anzahl(), 1u);
     EXPECT_EQ(faenger.letzte().label, "FELDZUGROSS");
     EXPECT_EQ(faenger.letzte().funktion, "DynArray::[]+");
     EXPECT_EQ(faenger.letzte().detail, "65536");
     EXPECT_EQ(faenger.letzte().level, 'W');
     EXPECT_EQ(feld[65535], &b);
-    EXPECT_EQ(feld.obergrenze(), 65537);   // moved although the access failed
+    EXPECT_EQ(feld.obergrenze(), 65537);  // moved although the access failed
     EXPECT_EQ(feld.gewarnt(), 1);
 
     feld[100000];
@@ -81,11 +81,11 @@ TEST(DynArray, DownwardStopsOneShortOfTheLimit) {
     MeldungsFaenger faenger;
     DynArray<String> feld;
     feld[65535] = "oben";
-    feld[1] = "unten";   // 65535 elements: allowed
+    feld[1] = "unten";  // 65535 elements: allowed
     EXPECT_EQ(feld.anzahl(), 65535);
     EXPECT_EQ(faenger.anzahl(), 0u);
 
-    feld[0] = "zuviel";   // would need 65536
+    feld[0] = "zuviel";  // would need 65536
     ASSERT_EQ(faenger.anzahl(), 1u);
     EXPECT_EQ(faenger.letzte().funktion, "DynArray::[]-");
     EXPECT_EQ(faenger.letzte().detail, "65536");
@@ -114,7 +114,7 @@ TEST(DynArray, SizedByteArray) {
     EXPECT_EQ(muster.obergrenze(), 0);
     EXPECT_EQ(muster[19], 0xAA);
     EXPECT_EQ(muster.anzahl(), 20);
-    EXPECT_EQ(muster[-1], 0xAA);   // downward from the preset base 0
+    EXPECT_EQ(muster[-1], 0xAA);  // downward from the preset base 0
     EXPECT_EQ(muster.basis(), -1);
     EXPECT_EQ(faenger.anzahl(), 0u);
 

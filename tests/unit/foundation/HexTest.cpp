@@ -26,7 +26,7 @@ TEST(HexAusgabe, FormatsLikeStreamInsertion) {
     EXPECT_EQ(o.str(), "0000A 123456789ABCDEF 0 0F018446744073709551615");
     std::ostringstream k;
     {
-        HexAusgabe aus(k);   // a stream without uppercase gives small letters
+        HexAusgabe aus(k);  // a stream without uppercase gives small letters
         aus.zahl(0xBEEF, 6);
         const std::uint8_t b[] = {0xAB, 0x01};
         aus.bytes(b, 2);
@@ -50,7 +50,7 @@ TEST(HexAusgabe, LongOutputArrivesWholeAndInOrder) {
         aus.bytes(bytes.data(), bytes.size());
         aus.text(lang);
         aus.leere();
-        o << "|";   // after leere the stream may be written directly
+        o << "|";  // after leere the stream may be written directly
         aus.zeichen('!');
     }
     EXPECT_EQ(o.str(), soll + lang + "|!");

@@ -58,24 +58,28 @@ TEST(Liste, MessagesNameTheirFunctions) {
     Liste kette(1, "L");
     ListeSort baum(1, ListenKomparator::standard(), "S");
     kette.haengeAn(new Element("n", 1));
-    kette.haengeAn(new Element("n", 2));   // same name, other selection
+    kette.haengeAn(new Element("n", 2));  // same name, other selection
     baum.anfuegeElement(new Element("n", 1));
     Element doppelt("n", 1);
     struct Fall {
         std::function<ListenElement*()> tu;
-        const char* label;   // nullptr: silent
+        const char* label;  // nullptr: silent
         const char* funktion;
         const char* detail;
         char level;
     };
     const Fall faelle[] = {
-        {[&] { return kette.anfuegeElement(&doppelt); }, "LIST-ELEDOUBLE", "Liste::anfuegeElement", "n in L", 'E'},
-        {[&] { return baum.anfuegeElement(&doppelt); }, "LIST-ELEDOUBLE", "ListeSort::anfuegeElement", "n in S",
+        {[&] { return kette.anfuegeElement(&doppelt); }, "LIST-ELEDOUBLE", "Liste::anfuegeElement", "n in L",
          'E'},
+        {[&] { return baum.anfuegeElement(&doppelt); }, "LIST-ELEDOUBLE", "ListeSort::anfuegeElement",
+         "n in S", 'E'},
         {[&] { return kette.anfuegeElement(&doppelt, 0); }, nullptr, "", "", 0},
-        {[&] { return kette.sucheElementF("y", 0, 2); }, "LIST-NOSUCHELE", "Liste::sucheElementF", "y in L", 'W'},
-        {[&] { return baum.sucheElementF("N", 0, 2); }, "LIST-NOSUCHELE", "Liste::sucheElementF", "N in S", 'W'},
-        {[&] { return baum.sucheElementF("N", 0, 1); }, "LIST-NOSUCHELE", "Liste::sucheElementF", "N in S", 'W'},
+        {[&] { return kette.sucheElementF("y", 0, 2); }, "LIST-NOSUCHELE", "Liste::sucheElementF", "y in L",
+         'W'},
+        {[&] { return baum.sucheElementF("N", 0, 2); }, "LIST-NOSUCHELE", "Liste::sucheElementF", "N in S",
+         'W'},
+        {[&] { return baum.sucheElementF("N", 0, 1); }, "LIST-NOSUCHELE", "Liste::sucheElementF", "N in S",
+         'W'},
         {[&] { return kette.sucheElementF("n", 4, 2); }, "LIST-NOSUCHELEBEA", "Liste::sucheElementF",
          "n nicht in Auswahl enthalten", 'W'},
         {[&] { return baum.sucheElementF("n", 2, 2); }, "LIST-NOSUCHELEBEA", "ListeSort::sucheElementF",
@@ -109,7 +113,7 @@ TEST(Liste, SearchModesAndTheCurrentElement) {
     MeldungsFaenger faenger;
     Liste liste(1, "L");
     liste.haengeAn(new Element("AbC"));
-    liste.anfuegeElement(new Element("abC"));   // case makes a different name
+    liste.anfuegeElement(new Element("abC"));  // case makes a different name
     EXPECT_EQ(kette(liste), (Namen{"AbC", "abC"}));
     // Mode 0 folds the element name, 1 the searched text, 2 neither.
     EXPECT_EQ(nameVon(liste.sucheElementF("ABC", 0, 0, 0)), "AbC");
@@ -163,7 +167,7 @@ TEST(Liste, RemovalAndOwnership) {
         EXPECT_EQ(besitzend.elementAnzahl(), 1);
     }
     EXPECT_EQ(anzahlListen, listen);
-    EXPECT_EQ(Element::lebende, vorher + 1);   // only `fremd` is left
+    EXPECT_EQ(Element::lebende, vorher + 1);  // only `fremd` is left
     EXPECT_EQ(faenger.anzahl(), 0u);
 }
 
@@ -173,7 +177,7 @@ TEST(Liste, ChainIteratorFiltersStaysAtEndAndSurvivesRemoval) {
     EXPECT_EQ(kette(liste, 1), (Namen{"a", "c"}));
     EXPECT_EQ(kette(liste, 2), (Namen{"b", "d"}));
     EXPECT_EQ(liste.iteriert(), 1);
-    EXPECT_EQ(liste.naechstes(), nullptr);   // stays at the end until rewound
+    EXPECT_EQ(liste.naechstes(), nullptr);  // stays at the end until rewound
 
     // Removing the element just delivered does not derail the walk.
     Namen gesehen;
@@ -204,13 +208,13 @@ TEST(ListeSort, TreeInCollationOrderChainInInsertionOrder) {
 TEST(ListeSort, RemoveCurrentTakesTheLastSearchHit) {
     ListeSort liste(1);
     for (const char* n : {"m", "c", "x", "a"}) liste.anfuegeElement(new Element(n));
-    EXPECT_EQ(liste.entferneAktuell(), nullptr);   // no search yet
+    EXPECT_EQ(liste.entferneAktuell(), nullptr);  // no search yet
 
     ASSERT_NE(liste.sucheElementF("c", 0, 0, 2), nullptr);
     ListenElement* e = liste.entferneAktuell();
     EXPECT_EQ(nameVon(e), "c");
     delete e;
-    EXPECT_EQ(liste.entferneAktuell(), nullptr);   // the position went with it
+    EXPECT_EQ(liste.entferneAktuell(), nullptr);  // the position went with it
     EXPECT_EQ(sortiert(liste), (Namen{"a", "m", "x"}));
     EXPECT_EQ(kette(liste), (Namen{"m", "x", "a"}));
 
@@ -306,7 +310,7 @@ int pruefeTeilbaum(const BasisNode* k, std::vector<const BasisNode*>& folge, std
         if (rechts < 0) return -1;
     }
     const int differenz = rechts - links;
-    const int erwartet = differenz == 0 ? BasisNode::BALANCIERT
+    const int erwartet = differenz == 0    ? BasisNode::BALANCIERT
                          : differenz == -1 ? BasisNode::LINKSLASTIG
                          : differenz == 1  ? BasisNode::RECHTSLASTIG
                                            : -1;
@@ -331,8 +335,8 @@ int pruefeTeilbaum(const BasisNode* k, std::vector<const BasisNode*>& folge, std
     for (std::size_t i = 0; i < folge.size(); ++i, ++it) {
         const BasisNode* k = folge[i];
         if (nameVon(ElementCltn::element(k)) != *it)
-            return ::testing::AssertionFailure() << "in-order " << i << ": " << nameVon(ElementCltn::element(k))
-                                                 << " expected " << *it;
+            return ::testing::AssertionFailure()
+                   << "in-order " << i << ": " << nameVon(ElementCltn::element(k)) << " expected " << *it;
         const BasisNode* vor = i > 0 ? folge[i - 1] : nullptr;
         const BasisNode* nach = i + 1 < folge.size() ? folge[i + 1] : nullptr;
         if (k->linksFaden() && k->links() != vor)
@@ -372,7 +376,7 @@ TEST(SortedCltn, RemovingATwoChildRootKeepsTheTreeSound) {
 // Random inserts and removals through every entry point of ListeSort, with
 // the whole tree checked after each step.
 TEST(SortedCltn, RandomOperationsMatchAReferenceSet) {
-    MeldungsFaenger faenger;   // duplicate and missing-name reports are expected
+    MeldungsFaenger faenger;  // duplicate and missing-name reports are expected
     const std::string zeichen = "aAbBc\x84\x8E\xE1s";
     for (unsigned saat = 1; saat <= 12; ++saat) {
         std::mt19937 zufall(saat);
@@ -385,8 +389,10 @@ TEST(SortedCltn, RandomOperationsMatchAReferenceSet) {
             const unsigned aktion = zufall() % 5;
             if (aktion < 3) {
                 Element* e = new Element(name);
-                if (liste.anfuegeElement(e, 0)) soll.insert(name);
-                else delete e;
+                if (liste.anfuegeElement(e, 0))
+                    soll.insert(name);
+                else
+                    delete e;
             } else if (aktion == 3) {
                 delete liste.entferne(name);
                 soll.erase(name);
@@ -398,7 +404,8 @@ TEST(SortedCltn, RandomOperationsMatchAReferenceSet) {
                     soll.erase(name);
                 }
             }
-            ASSERT_TRUE(baumStimmt(liste, soll)) << "seed " << saat << " step " << schritt << " name " << name;
+            ASSERT_TRUE(baumStimmt(liste, soll))
+                << "seed " << saat << " step " << schritt << " name " << name;
         }
         Namen erwartet(soll.begin(), soll.end());
         EXPECT_EQ(sortiert(liste), erwartet);

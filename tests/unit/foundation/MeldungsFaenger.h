@@ -33,8 +33,8 @@ private:
         return meldungen;
     }
     static void fange(Fehler& f, int) {
-        gesammelt().push_back({f.liefereLabel().str(), f.liefereFunktion().str(),
-                               f.liefereDetail().str(), f.liefereLevel()});
+        gesammelt().push_back(
+            {f.liefereLabel().str(), f.liefereFunktion().str(), f.liefereDetail().str(), f.liefereLevel()});
     }
     Fehler::AusgabeRoutine alteRoutine_;
 };

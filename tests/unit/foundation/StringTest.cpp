@@ -51,13 +51,19 @@ TEST(String, ConstructionRepeatsAndNeverHoldsNul) {
 }
 
 TEST(String, CaseAndWhiteSpaceTouchOnlyAscii) {
-    String s(" \t\xe4" "Ab z\r\n");
+    String s(
+        " \t\xe4"
+        "Ab z\r\n");
     String g(s);
     g.gross();
-    EXPECT_EQ(g, " \t\xe4" "AB Z\r\n");
+    EXPECT_EQ(g,
+              " \t\xe4"
+              "AB Z\r\n");
     String k(s);
     k.trimme();
-    EXPECT_EQ(k, "\xe4" "Ab z");
+    EXPECT_EQ(k,
+              "\xe4"
+              "Ab z");
     String w(" \t\n\v\f\r");
     EXPECT_EQ(w.trimme(), "");
     String e("abc");
@@ -76,13 +82,14 @@ TEST(String, ReplaceScansOnBehindTheInsertedText) {
 }
 
 TEST(String, SplitKeepsEmptyParts) {
-    struct Fall { const char* text; const char* trenner; std::vector<std::string> teile; };
+    struct Fall {
+        const char* text;
+        const char* trenner;
+        std::vector<std::string> teile;
+    };
     const Fall faelle[] = {
-        {"a,,b", ",", {"a", "", "b"}},
-        {"", ",", {""}},
-        {"a,", ",", {"a", ""}},
-        {"a--b--", "--", {"a", "b", ""}},
-        {"abc", ";", {"abc"}},
+        {"a,,b", ",", {"a", "", "b"}},    {"", ",", {""}},       {"a,", ",", {"a", ""}},
+        {"a--b--", "--", {"a", "b", ""}}, {"abc", ";", {"abc"}},
     };
     for (const auto& f : faelle) {
         int n = 0;
@@ -121,19 +128,17 @@ TEST(StringReader, UntilStopsAtWhiteSpaceOrEndSetAndPutsItBack) {
 }
 
 TEST(StringReader, QuotedTextDecodesEscapesAndCountsLines) {
-    struct Fall { std::string ein; int ergebnis; std::string text; int zeilen; };
+    struct Fall {
+        std::string ein;
+        int ergebnis;
+        std::string text;
+        int zeilen;
+    };
     const Fall faelle[] = {
-        {"\"ab\"", 2, "ab", 0},
-        {"\"a\"\"b\"", 3, "a\"b", 0},
-        {"\"a\\\"b\"", 3, "a\"b", 0},
-        {"\"a\\\\b\"", 3, "a\\b", 0},
-        {"\"a\\nb\"", 3, "a\nb", 0},
-        {"\"a\\xb\"", 4, "a\\xb", 0},
-        {"\"a\\\nb\"", 2, "ab", 1},
-        {"\"a\nb\"", 3, "a\nb", 1},
-        {"\"\"", 0, "", 0},
-        {"\"open", -1, "", 0},
-        {"x\"", -1, "", 0},
+        {"\"ab\"", 2, "ab", 0},       {"\"a\"\"b\"", 3, "a\"b", 0}, {"\"a\\\"b\"", 3, "a\"b", 0},
+        {"\"a\\\\b\"", 3, "a\\b", 0}, {"\"a\\nb\"", 3, "a\nb", 0},  {"\"a\\xb\"", 4, "a\\xb", 0},
+        {"\"a\\\nb\"", 2, "ab", 1},   {"\"a\nb\"", 3, "a\nb", 1},   {"\"\"", 0, "", 0},
+        {"\"open", -1, "", 0},        {"x\"", -1, "", 0},
     };
     for (const auto& f : faelle) {
         std::istringstream in(f.ein);
@@ -187,7 +192,10 @@ TEST(StringPuffer, HandsItsTextOverAndStartsAfresh) {
 }
 
 TEST(WertePaar, PhysicalValueChoosesFixedOrScientificNotation) {
-    struct Fall { double wert; const char* text; };
+    struct Fall {
+        double wert;
+        const char* text;
+    };
     const Fall faelle[] = {
         {0.0, "0.00"},
         {1.0, "1.0000000"},

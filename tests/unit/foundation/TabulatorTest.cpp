@@ -21,7 +21,7 @@ TEST(Tabulator, StopPositions) {
     tab.setzeStops(17, {26, 40, 53, 70, 84});
     EXPECT_EQ(tab.stopPosition(4), 84);
     EXPECT_EQ(tab.stopPosition(5), 101);
-    EXPECT_EQ(tab.stopPosition(INT32_MAX), INT32_MAX);   // no overflow
+    EXPECT_EQ(tab.stopPosition(INT32_MAX), INT32_MAX);  // no overflow
 }
 
 TEST(Tabulator, PadsToEachStopCountingFromTheLineStart) {
@@ -33,9 +33,10 @@ TEST(Tabulator, PadsToEachStopCountingFromTheLineStart) {
     s << "name" << tab << "typ" << tab << "x";
     tab.zeilenEnde(s);
     s << "ab" << tab << "c";
-    EXPECT_EQ(s.str(), "vorher\n"
-                       "name      typ            x\n"
-                       "ab        c");
+    EXPECT_EQ(s.str(),
+              "vorher\n"
+              "name      typ            x\n"
+              "ab        c");
     EXPECT_EQ(tab.index(), 0);
 }
 
@@ -67,7 +68,7 @@ TEST(Tabulator, AtLeastOneFillCharacterAfterText) {
 
     std::ostringstream leer;
     tab.beginneZeile(leer);
-    leer << tab << "x";   // at column 0 nothing is forced
+    leer << tab << "x";  // at column 0 nothing is forced
     EXPECT_EQ(leer.str(), "    x");
 
     tab.setzeFuellzeichen('.');

@@ -20,7 +20,13 @@ TEST(Zeichensatz, UmsetzungInBeideRichtungen) {
     };
     const std::vector<Fall> faelle = {
         {"abc\n\t", true, "abc\n\t"},
-        {"\xDC" "berpr\xFC" "fen", false, "\xC3\x9C" "berpr\xC3\xBC" "fen"},
+        {"\xDC"
+         "berpr\xFC"
+         "fen",
+         false,
+         "\xC3\x9C"
+         "berpr\xC3\xBC"
+         "fen"},
         {"\x7F\x80\x9F\xA0\xFF", true, "...\xC2\xA0\xC3\xBF"},
         {"\x7F\x85", false, "\x7F\xC2\x85"},
     };
@@ -40,7 +46,10 @@ TEST(Zeichensatz, FilterSetztBloeckeUndEinzelneBytesUm) {
     std::string gross(5000, 'x');
     gross[4000] = '\xE4';
     strom << "Gr\xFC\xDF" << 'e' << '\x85' << gross << std::flush;
-    EXPECT_EQ(ziel.str(), "Gr\xC3\xBC\xC3\x9F" "e." + gross.substr(0, 4000) + "\xC3\xA4" + gross.substr(4001));
+    EXPECT_EQ(ziel.str(),
+              "Gr\xC3\xBC\xC3\x9F"
+              "e." +
+                  gross.substr(0, 4000) + "\xC3\xA4" + gross.substr(4001));
 
     // Installed and taken away again: the stream gets its buffer back.
     std::ostringstream terminal;
@@ -61,7 +70,9 @@ protected:
         std::filesystem::create_directories(pfad("unter"));
         ASSERT_EQ(fuehre("oeffne(, " + pfad("bild.hex") + ")"), 1) << labels();
     }
-    std::vector<std::string> kandidaten(const std::string& zeile) { return vervollstaendige(zeile).kandidaten; }
+    std::vector<std::string> kandidaten(const std::string& zeile) {
+        return vervollstaendige(zeile).kandidaten;
+    }
     using V = std::vector<std::string>;
 };
 

@@ -42,7 +42,8 @@ int kdoZahl(KdoObjekt& o, KdoKommando& k) {
 
 class TestObjekt : public KdoObjekt {
 public:
-    TestObjekt(const char* name, const char* typ, KdoListe* liste) : KdoObjekt(name), typ_(typ), liste_(liste) {}
+    TestObjekt(const char* name, const char* typ, KdoListe* liste)
+        : KdoObjekt(name), typ_(typ), liste_(liste) {}
     KdoListe* liefereKdoListe() override { return liste_; }
     const String& liefereKdoOTyp() const override { return typ_; }
 
@@ -96,11 +97,11 @@ protected:
         return t;
     }
 
-    MeldungsFaenger grundFaenger;   // keeps uncaught messages off the console
+    MeldungsFaenger grundFaenger;  // keeps uncaught messages off the console
     KdoListe liste{"Test"};
     TestObjekt wurzel{"W", "Wurzel", &liste};
     TestObjekt a{"a", "Bild", &liste};
-    KdoLaufzeit laufzeit;   // after the objects: its tree goes first
+    KdoLaufzeit laufzeit;  // after the objects: its tree goes first
     std::vector<std::string> dateien;
 };
 
@@ -109,8 +110,8 @@ TEST_F(TransTest, GrammarFileLinesAreJoinedInPiecesUpToTheFirstEmptyLine) {
     for (int i = 0; i < 600; ++i) lang += static_cast<char>('a' + i % 26);
     const std::pair<std::string, std::string> faelle[] = {
         {"a\r\nb\r\n", "ab"},
-        {"a\rb\n", "a\rb"},   // only a carriage return at the line's end goes
-        {"ab\ncd", "abcd"},   // a last line without a line end keeps all its bytes
+        {"a\rb\n", "a\rb"},  // only a carriage return at the line's end goes
+        {"ab\ncd", "abcd"},  // a last line without a line end keeps all its bytes
         {"", ""},
         {"a\n\r\nb\n", "a"},
         {"\nb\n", ""},
@@ -143,7 +144,7 @@ TEST_F(TransTest, BareGrammarNameIsReadBesideTheProgram) {
     EXPECT_EQ(leseGrammatik("gt_bare.txt", g), 1);
     EXPECT_EQ(g, "beside");
     EXPECT_EQ(f.meldungen()[0].detail, (verzeichnis / "gt_bare.txt").string());
-    EXPECT_EQ(leseGrammatik("./gt_bare.txt", g), 1);   // a directory is taken as it is
+    EXPECT_EQ(leseGrammatik("./gt_bare.txt", g), 1);  // a directory is taken as it is
     EXPECT_EQ(g, "here");
     programmDatei = alt;
     fs::remove_all(verzeichnis);
@@ -151,18 +152,18 @@ TEST_F(TransTest, BareGrammarNameIsReadBesideTheProgram) {
 
 TEST_F(TransTest, EngineResultsAreReportedByCode) {
     static const char* const labels[] = {
-        "SYNTAX",       "ILLEGALARGS",   "OTOLONG",       "NOMEMORY",      "NOMEMORY",      "NOMEMORY",
-        "NOMEMORY",     "NOMEMORY",      "NOMEMORY",      "UNDEFINEDSYM",  "UNDECLAREDVAR", "REDEFINEDSYM",
-        "REDECLAREDVAR", "ILLEGALDEF",   "ILLEGALASSIGN", "ILLEGALSYM",    "ILLEGALVAR",    "LEFTRECURSION",
-        "UNCLOSEDGROUP", "UNOPENEDGROUP", "ILLEGALGROUP", "UNCLOSEDSET",   "ILLEGALRANGE",  "ILLEGALNOT",
-        "ILLEGALSUFF01", nullptr,        "ILLEGALSUFF0N", "ILLEGALSUFFM",  "ILLEGALSUFF0M", "ILLEGALBSLCHAR",
-        "ILLEGALHEXCHAR", "CANTWRITE",   "NOMEMORY",      "NOMEMORY"};
+        "SYNTAX",         "ILLEGALARGS",   "OTOLONG",       "NOMEMORY",     "NOMEMORY",      "NOMEMORY",
+        "NOMEMORY",       "NOMEMORY",      "NOMEMORY",      "UNDEFINEDSYM", "UNDECLAREDVAR", "REDEFINEDSYM",
+        "REDECLAREDVAR",  "ILLEGALDEF",    "ILLEGALASSIGN", "ILLEGALSYM",   "ILLEGALVAR",    "LEFTRECURSION",
+        "UNCLOSEDGROUP",  "UNOPENEDGROUP", "ILLEGALGROUP",  "UNCLOSEDSET",  "ILLEGALRANGE",  "ILLEGALNOT",
+        "ILLEGALSUFF01",  nullptr,         "ILLEGALSUFF0N", "ILLEGALSUFFM", "ILLEGALSUFF0M", "ILLEGALBSLCHAR",
+        "ILLEGALHEXCHAR", "CANTWRITE",     "NOMEMORY",      "NOMEMORY"};
     MeldungsFaenger f;
     for (int code = 0; code >= -33; --code) {
         f.leere();
         meldeMmparseFehler(code, "x", 4, 2);
         const char* label = labels[-code];
-        ASSERT_EQ(f.anzahl(), label ? 1u : 0u) << code;   // a stray '+' goes unreported
+        ASSERT_EQ(f.anzahl(), label ? 1u : 0u) << code;  // a stray '+' goes unreported
         if (!label) continue;
         EXPECT_EQ(f.letzte().label, std::string("TRANS-") + label + "-ERR") << code;
         EXPECT_EQ(f.letzte().level, 'E');

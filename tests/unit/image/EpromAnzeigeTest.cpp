@@ -63,7 +63,8 @@ TEST_F(EpromAnzeigeTest, ByteDumpOutsideTheImageReportsAndCuts) {
     std::ostringstream p;
     leer.anzeigeBytes(0x10, 0x20, "K", p, 1);
     EXPECT_EQ(p.str(), "\nK\n");
-    EXPECT_NE(meldungen.back().detail.find("Endadr.: 10 "), std::string::npos) << "an empty image shows one address";
+    EXPECT_NE(meldungen.back().detail.find("Endadr.: 10 "), std::string::npos)
+        << "an empty image shows one address";
 }
 
 TEST_F(EpromAnzeigeTest, RunsOfWriteCounts) {

@@ -21,7 +21,8 @@ protected:
         return EpromDateiIntel(schreibeDatei("f.hex", inhalt).c_str(), 16).lies(e, nullptr, nullptr, nullptr);
     }
     int liesMotorola(Eprom& e, const std::string& inhalt) {
-        return EpromDateiMotorola(schreibeDatei("f.s", inhalt).c_str(), 16).lies(e, nullptr, nullptr, nullptr);
+        return EpromDateiMotorola(schreibeDatei("f.s", inhalt).c_str(), 16)
+            .lies(e, nullptr, nullptr, nullptr);
     }
 };
 
@@ -46,7 +47,8 @@ TEST_F(EpromDateiFehlerTest, EndRecordAndMissingFile) {
 
 TEST_F(EpromDateiFehlerTest, IntelBadLinesAreCountedWithContextLine) {
     Eprom e;
-    std::string n = schreibeDatei("ctx.hex", ":0100100042AD\n\n:00000003FD\n:0100100042AE\n:00000001FF\n\nmehr\n");
+    std::string n =
+        schreibeDatei("ctx.hex", ":0100100042AD\n\n:00000003FD\n:0100100042AE\n:00000001FF\n\nmehr\n");
     EXPECT_EQ(EpromDateiIntel(n.c_str(), 16).lies(e, nullptr, nullptr, nullptr), 1);
     EXPECT_EQ(labels(), (Labels{"HEXFILE-FMT", "HEXFILE-FMT", "HEXFILE-CHKSUM", "HEXFILE-TEXT-BEHIND-END",
                                 "HEXFILE-FMT-COUNT"}));
@@ -89,10 +91,11 @@ TEST_F(EpromDateiFehlerTest, LineMessagesAreCappedAtFivePerFile) {
 
 TEST_F(EpromDateiFehlerTest, LongLinesComeInPiecesOf132) {
     Eprom e;
-    std::string lang = ":40000000" + std::string(128, '0') + "C0";   // 139 characters
-    std::string genau = ":" + std::string(131, '0');                   // 132, one piece
+    std::string lang = ":40000000" + std::string(128, '0') + "C0";  // 139 characters
+    std::string genau = ":" + std::string(131, '0');                // 132, one piece
     liesIntel(e, lang + "\n" + genau + "\n:00000001FF");
-    EXPECT_EQ(labels(), (Labels{"HEXFILE-BYTECOUNT", "HEXFILE-FMT", "HEXFILE-BYTECOUNT", "HEXFILE-FMT-COUNT"}));
+    EXPECT_EQ(labels(),
+              (Labels{"HEXFILE-BYTECOUNT", "HEXFILE-FMT", "HEXFILE-BYTECOUNT", "HEXFILE-FMT-COUNT"}));
     EXPECT_EQ(mit("HEXFILE-FMT")[0].detail, "00000C0");
     EXPECT_EQ(mit("HEXFILE-BYTECOUNT")[0].detail.substr(mit("HEXFILE-BYTECOUNT")[0].detail.find('\n')),
               "\n    3c != 40");
@@ -101,11 +104,11 @@ TEST_F(EpromDateiFehlerTest, LongLinesComeInPiecesOf132) {
 TEST_F(EpromDateiFehlerTest, MotorolaLineMessages) {
     Eprom e;
     EXPECT_EQ(liesMotorola(e, "S00300000F\nS5030001FB\nS1\nS104000041BB\nS6030000FC\nS104001041AA\n"), 1);
-    EXPECT_EQ(labels(), (Labels{"HEXFILE-CHKSUM",                       // bad S0: its own message only
-                                "HEXFILE-FMT",                          // S5
-                                "HEXFILE-FMT",                          // too short
-                                "HEXFILE-CHKSUM", "HEXFILE-FMT",        // bad data: two messages
-                                "HEXFILE-FMT", "HEXFILE-FMT",           // S6 behind it: status stays 0
+    EXPECT_EQ(labels(), (Labels{"HEXFILE-CHKSUM",                 // bad S0: its own message only
+                                "HEXFILE-FMT",                    // S5
+                                "HEXFILE-FMT",                    // too short
+                                "HEXFILE-CHKSUM", "HEXFILE-FMT",  // bad data: two messages
+                                "HEXFILE-FMT", "HEXFILE-FMT",     // S6 behind it: status stays 0
                                 "HEXFILE-FMT-COUNT"}));
     EXPECT_EQ(mit("HEXFILE-FMT")[0].detail, "S5030001FB");
     EXPECT_EQ(mit("HEXFILE-FMT")[0].funktion, "EpromDateiMotorola::lies");

@@ -53,8 +53,8 @@ protected:
 // writer is restored behind the file.
 TEST_F(EpromDateiTest, HexRoundTrips) {
     std::mt19937 z(11);
-    const std::pair<bool, std::uint32_t> laeufe[] = {{true, 16}, {true, 32}, {true, 7},
-                                                     {false, 0}, {false, 1}, {false, 2}, {false, 3}};
+    const std::pair<bool, std::uint32_t> laeufe[] = {{true, 16}, {true, 32}, {true, 7}, {false, 0},
+                                                     {false, 1}, {false, 2}, {false, 3}};
     for (const auto& [intel, wert] : laeufe) {
         Eprom e = zufallsBild(z);
         std::string n = datei("rund");

@@ -18,7 +18,7 @@ namespace {
 class EpromStreckeTest : public MitMeldungen {};
 
 struct Byte {
-    int wert;   // -1: not in the image
+    int wert;  // -1: not in the image
     int anz;
     bool operator==(const Byte&) const = default;
 };
@@ -32,7 +32,8 @@ Byte referenz(EpromSegment& seg, adrInteger adr) {
 
 std::int64_t speicher(const Eprom& e) {
     std::int64_t n = 0;
-    for (const auto& b : e.liefereSegment(0).bereiche) n += b->daten.liefereAnzahl() + b->anzSchr.liefereAnzahl();
+    for (const auto& b : e.liefereSegment(0).bereiche)
+        n += b->daten.liefereAnzahl() + b->anzSchr.liefereAnzahl();
     return n;
 }
 
@@ -51,10 +52,11 @@ void pruefe(Eprom& e, adrInteger von, adrInteger bis) {
         for (std::uint64_t a = s.von; a <= s.bis; ++a) {
             const std::uint64_t j = a - s.von;
             Byte ist{!s.imEprom ? -1 : s.daten ? s.daten[j] : 0, s.anzSchr ? s.anzSchr[j] : 0};
-            Byte soll = referenz(*const_cast<EpromSegment*>(&ref.liefereSegment(0)), static_cast<adrInteger>(a));
+            Byte soll =
+                referenz(*const_cast<EpromSegment*>(&ref.liefereSegment(0)), static_cast<adrInteger>(a));
             if (!(ist == soll)) {
-                ADD_FAILURE() << std::hex << "at " << a << ": " << ist.wert << "/" << ist.anz << " instead of "
-                              << soll.wert << "/" << soll.anz;
+                ADD_FAILURE() << std::hex << "at " << a << ": " << ist.wert << "/" << ist.anz
+                              << " instead of " << soll.wert << "/" << soll.anz;
                 return false;
             }
         }
@@ -67,7 +69,8 @@ void pruefe(Eprom& e, adrInteger von, adrInteger bis) {
     // The bulk read is a walk too.
     e.liefereBytes(von, static_cast<std::uint32_t>(bytes.size()), bytes.data(), zaehler.data());
     for (std::size_t i = 0; i < bytes.size(); i += 97) {
-        Byte soll = referenz(*const_cast<EpromSegment*>(&ref.liefereSegment(0)), static_cast<adrInteger>(von + i));
+        Byte soll =
+            referenz(*const_cast<EpromSegment*>(&ref.liefereSegment(0)), static_cast<adrInteger>(von + i));
         EXPECT_EQ(bytes[i], soll.wert < 0 ? 0 : soll.wert);
         EXPECT_EQ(zaehler[i], soll.anz);
     }
@@ -86,7 +89,8 @@ TEST_F(EpromStreckeTest, AgreesWithByteReadsOnRandomImages) {
         if (fest) {
             for (int r = 0; r < 3; ++r) {
                 adrInteger anf = orte[z(7)] + z(0x10000);
-                adrInteger end = static_cast<adrInteger>(std::min<std::uint64_t>(0xFFFFFFFF, std::uint64_t(anf) + z(0x12000)));
+                adrInteger end = static_cast<adrInteger>(
+                    std::min<std::uint64_t>(0xFFFFFFFF, std::uint64_t(anf) + z(0x12000)));
                 if (r == 2 && runde % 4 == 1) end = 0xFFFFFFFF;
                 e.definiereBereich(anf, end);
                 bereiche.push_back({anf, end});
@@ -98,13 +102,17 @@ TEST_F(EpromStreckeTest, AgreesWithByteReadsOnRandomImages) {
             if (z(2))
                 e.setzeByte(a, static_cast<std::uint8_t>(zufall()));
             else
-                e.setzeBytes(a, lauf.data(), static_cast<std::uint32_t>(std::min<std::uint64_t>(1 + z(0x9000), 0x100000000ull - a)), 0);
+                e.setzeBytes(
+                    a, lauf.data(),
+                    static_cast<std::uint32_t>(std::min<std::uint64_t>(1 + z(0x9000), 0x100000000ull - a)),
+                    0);
         }
         if (fest && runde % 3 == 0) e.loescheBereich(bereiche[0].first);
         for (int r = 0; r < 3; ++r) {
             adrInteger von = orte[z(7)] + z(0x18000);
             if (r == 2) von = 0xFFFFFFFF - z(0x2000);
-            adrInteger bis = static_cast<adrInteger>(std::min<std::uint64_t>(0xFFFFFFFF, std::uint64_t(von) + z(0x10000)));
+            adrInteger bis =
+                static_cast<adrInteger>(std::min<std::uint64_t>(0xFFFFFFFF, std::uint64_t(von) + z(0x10000)));
             pruefe(e, von, bis);
         }
         // Across window ends: from the low one, from one without a region
@@ -161,14 +169,15 @@ TEST_F(EpromStreckeTest, ChunksOfOneCountAgreeAfterEveryKindOfChange) {
     pruefe(e, basis - 0x10, basis + 0x30010);
     e.setzeBytes(basis + 0x8005, lauf.data(), 0x10000, 0);
     e.setzeByte(basis + 0x20000, 9);
-    for (int i = 0; i < 256; ++i) e.setzeBytes(basis + 0x28000, lauf.data(), 0x8000, 0);   // saturates
+    for (int i = 0; i < 256; ++i) e.setzeBytes(basis + 0x28000, lauf.data(), 0x8000, 0);  // saturates
     pruefe(e, basis, basis + 0x2FFFF);
     // The reference reads the same storage; the counts themselves are known.
-    const std::pair<adrInteger, int> anz[] = {{basis, 1}, {basis + 0x8004, 1}, {basis + 0x8005, 2},
-        {basis + 0x18004, 2}, {basis + 0x18005, 1},
-        {basis + 0x28004, 255}, {basis + 0x2FFFF, 255}, {basis + 0x20000, 2}, {basis + 0x30000, 0}};
+    const std::pair<adrInteger, int> anz[] = {
+        {basis, 1},           {basis + 0x8004, 1},    {basis + 0x8005, 2},    {basis + 0x18004, 2},
+        {basis + 0x18005, 1}, {basis + 0x28004, 255}, {basis + 0x2FFFF, 255}, {basis + 0x20000, 2},
+        {basis + 0x30000, 0}};
     for (auto [a, n] : anz) EXPECT_EQ(e.liefereAnzSchr(a), n) << std::hex << a;
-    e.setzeByte(basis - 0x9001, 3);   // the array grows downward
+    e.setzeByte(basis - 0x9001, 3);  // the array grows downward
     pruefe(e, basis - 0x9001, basis + 0x2FFFF);
     Eprom kopie(e);
     e.swap(basis - 0xA000, basis + 0x2FFFF, nullptr);
@@ -207,19 +216,22 @@ TEST_F(EpromStreckeTest, CollectedRecordsLeaveTheImageAsSingleWrites) {
         if (runde % 3 == 0) einzeln.setzeBytes(0x9000 + z(0x100), lauf.data(), 0x20, 0);
         if (runde % 2) einzeln.definiereBereich(0x7F00 + z(0x200), 0x8400 + z(0x200));
         if (runde % 4 == 1) einzeln.definiereBereich(0x100 + z(0x100), 0x300);
-        if (runde % 4 == 3) einzeln.definiereBereich(0x2000000, 0x3FFFFFF);   // beyond the array limit
+        if (runde % 4 == 3) einzeln.definiereBereich(0x2000000, 0x3FFFFFF);  // beyond the array limit
         Eprom gesammelt(einzeln);
         {
             EpromSammler sammler(gesammelt);
             adrInteger a = orte[z(6)] + z(0x100);
             for (int r = 0; r < 60; ++r) {
                 if (z(8) == 0) a = orte[z(6)] + z(0x100);
-                const std::uint32_t n = std::min<std::uint32_t>(1 + z(0x40), static_cast<std::uint32_t>(0x100000000ull - a));
+                const std::uint32_t n =
+                    std::min<std::uint32_t>(1 + z(0x40), static_cast<std::uint32_t>(0x100000000ull - a));
                 const std::uint8_t* q = lauf.data() + (r % 4) * 0x40;
                 einzeln.setzeBytes(a, q, n, 0);
                 if (!sammler.nimm(a, q, n)) gesammelt.setzeBytes(a, q, n, 0);
-                if (std::uint64_t(a) + n > 0xFFFFFFFF) a = orte[z(6)];
-                else a += n;
+                if (std::uint64_t(a) + n > 0xFFFFFFFF)
+                    a = orte[z(6)];
+                else
+                    a += n;
             }
         }
         ASSERT_EQ(gesammelt.liefereAnzBereiche(), einzeln.liefereAnzBereiche()) << runde;
@@ -227,7 +239,8 @@ TEST_F(EpromStreckeTest, CollectedRecordsLeaveTheImageAsSingleWrites) {
         const auto& t2 = einzeln.liefereTabelle();
         ASSERT_EQ(t1.size(), t2.size());
         for (std::size_t i = 0; i < t1.size(); ++i)
-            EXPECT_TRUE(t1[i].anfAdr == t2[i].anfAdr && t1[i].endAdr == t2[i].endAdr && t1[i].segNr == t2[i].segNr)
+            EXPECT_TRUE(t1[i].anfAdr == t2[i].anfAdr && t1[i].endAdr == t2[i].endAdr &&
+                        t1[i].segNr == t2[i].segNr)
                 << "round " << runde << " row " << i;
         for (adrInteger o : orte)
             for (adrInteger a = o; a < o + 0x500 && a >= o; ++a) {

@@ -74,7 +74,7 @@ TEST_F(EpromTest, WindowsAboveSixteenMegabytes) {
     // A write into the low window patches row 0, whichever region it is.
     e.setzeByte(0x100, 4);
     EXPECT_EQ(tabelle(e), "100-1FFFFFF 2000000-2000000 FFFFFFFF-0 ");
-    e.setzeByte(0x2000001, 5);   // any write up there rebuilds the table
+    e.setzeByte(0x2000001, 5);  // any write up there rebuilds the table
     EXPECT_EQ(tabelle(e), "100-100 1000000-1FFFFFF 2000000-2000001 ");
     EXPECT_EQ(e.liefereAnzBereiche(), 3);
     EXPECT_EQ(byteAn(e, 0x1FFFFFF), 2);
@@ -114,7 +114,7 @@ TEST_F(EpromTest, FixedImageRefusesAddressesOutsideRegions) {
 TEST_F(EpromTest, RegionSplitMergeAndDelete) {
     Eprom e;
     for (adrInteger a = 0x1000; a < 0x2800; a += 0x80) e.setzeByte(a, static_cast<std::uint8_t>(a >> 7));
-    e.setzeByte(0x1000, 0xAA);   // count 2 there
+    e.setzeByte(0x1000, 0xAA);  // count 2 there
     e.definiereBereich(0x1000, 0x1FFF);
     EXPECT_EQ(liste(e), "2000-2780 1000-1FFF ") << "the loaded span keeps its upper part, fixed";
     EXPECT_FALSE(e.istFrei());
@@ -185,7 +185,7 @@ TEST_F(EpromTest, FillTouchesOnlyUnwrittenBytesInsideRegions) {
 TEST_F(EpromTest, SwapChecksAndExchangesPairs) {
     Eprom e;
     for (adrInteger a = 0x100; a <= 0x10F; ++a) e.setzeByte(a, static_cast<std::uint8_t>(a));
-    e.setzeByte(0x100, 0);   // count 2 at 0x100 travels with the byte
+    e.setzeByte(0x100, 0);  // count 2 at 0x100 travels with the byte
 
     EXPECT_EQ(e.swap(0x101, 0x10F, nullptr), 0);
     ASSERT_EQ(meldungen.size(), 1u);
@@ -316,8 +316,10 @@ TEST_F(EpromTest, BulkWritesMatchByteWiseWrites) {
             for (auto& x : v) x = static_cast<std::uint8_t>(zufall());
             std::uint32_t gesetzt = 0;
             for (std::uint32_t k = 0; k < n; ++k)
-                if (b.setzeByte(adr + k, v[k])) ++gesetzt;
-                else break;
+                if (b.setzeByte(adr + k, v[k]))
+                    ++gesetzt;
+                else
+                    break;
             EXPECT_EQ(a.setzeBytes(adr, v.data(), n, 0), gesetzt);
         }
         vergleiche(a, b);

@@ -18,18 +18,19 @@ class HexZeileTest : public MitMeldungen {};
 // silently: white space and lower case are skipped.
 TEST_F(HexZeileTest, DecodingAndLineMessages) {
     struct Fall {
-        char art;   // 'I' Intel, '1' S1, '3' S3
+        char art;  // 'I' Intel, '1' S1, '3' S3
         const char* zeile;
         int ok;
-        const char* label;   // "" for none
+        const char* label;  // "" for none
         const char* detail;
         const char* funktion;
     };
     const Fall faelle[] = {
         {'I', ":00000001FF", 1, "", "", ""},
         {'I', ":02 1234 00 ab CD\t40\r", 1, "", "", ""},
-        {'I', ":10", 0, "", "", ""},   // a short Intel line is refused silently
-        {'I', ":030000000102FA", 0, "HEXFILE-BYTECOUNT", "030000000102FA\n    2 != 3", "IntelHexZeile::zerlege"},
+        {'I', ":10", 0, "", "", ""},  // a short Intel line is refused silently
+        {'I', ":030000000102FA", 0, "HEXFILE-BYTECOUNT", "030000000102FA\n    2 != 3",
+         "IntelHexZeile::zerlege"},
         // Computed value first.
         {'I', ":0100000041BF", 0, "HEXFILE-CHKSUM", "0100000041BF\n    be != bf", "IntelHexZeile::zerlege"},
         {'I', ":10010000G0000000000000000000000000000000", 0, "HEXFILE-NOINTEL-FMT", "10010000",
@@ -91,8 +92,9 @@ TEST_F(HexZeileTest, IntelExtendedAddressRecords) {
     EXPECT_EQ(basis, 0x12340000u);
     schreibeSegmentZeile(o, 0, basis);
     schreibeLinearZeile(o, 0, basis);
-    schreibeLinearZeile(o, 0x00FA0000, basis);   // checksum "100": intended
-    EXPECT_EQ(o.str(), ":020000021000EC\n:020000041234B4\n:020000020000FC\n:020000040000FA\n:0200000400FA100\n");
+    schreibeLinearZeile(o, 0x00FA0000, basis);  // checksum "100": intended
+    EXPECT_EQ(o.str(),
+              ":020000021000EC\n:020000041234B4\n:020000020000FC\n:020000040000FA\n:0200000400FA100\n");
     EXPECT_EQ(IntelHexZeileLinear(":0200000400FA100").liefereBasis(basis), 0) << "and the reader refuses it";
     EXPECT_EQ(meldungen.back().label, "HEXFILE-BYTECOUNT");
 }
@@ -149,7 +151,8 @@ TEST_F(HexZeileTest, DataRecordsAsWritten) {
     MotorolaHexZeileS1().schreibe(o, e, 0x10, 0x0000, 1);
     MotorolaHexZeileS2().schreibe(o, e, 0x10, 0x123456, 1);
     MotorolaHexZeileS3().schreibe(o, e, 0x10, 0x12345678, 1);
-    EXPECT_EQ(o.str(), ":03123400ABCD003F\n:02123000ABCD44\nS104000041BA\nS205123456411D\nS3061234567841A4\n");
+    EXPECT_EQ(o.str(),
+              ":03123400ABCD003F\n:02123000ABCD44\nS104000041BA\nS205123456411D\nS3061234567841A4\n");
     EXPECT_EQ(MotorolaHexZeileS2("S205123456411D").zerlege(), 1);
     EXPECT_EQ(MotorolaHexZeileS3("S3061234567841A4").zerlege(), 1);
 

@@ -13,7 +13,7 @@ class LongDynArrayTest : public MitMeldungen {};
 TEST_F(LongDynArrayTest, GrowthBothWaysKeepsEveryByte) {
     LongDynArray a;
     a[5] = 55;
-    a[3] = 33;   // downward growth is exact
+    a[3] = 33;  // downward growth is exact
     EXPECT_EQ(a.liefereBasis(), 3);
     EXPECT_EQ(a.liefereAnzahl(), 3);
     EXPECT_EQ(a[4], 0);
@@ -43,7 +43,7 @@ TEST_F(LongDynArrayTest, GrowthBothWaysKeepsEveryByte) {
 TEST_F(LongDynArrayTest, LimitWarnsOnceAndFreezes) {
     LongDynArray a;
     a[0] = 1;
-    a[16842751] = 9;   // 514 chunks exactly
+    a[16842751] = 9;  // 514 chunks exactly
     EXPECT_TRUE(meldungen.empty());
     EXPECT_FALSE(a.istGewarnt());
 

@@ -20,7 +20,7 @@ namespace bildtest {
 struct Meldung {
     std::string label, funktion, detail;
     char level;
-    int art;   // output kind: 0 shown, 1 suppressed, 2 log only
+    int art;  // output kind: 0 shown, 1 suppressed, 2 log only
 };
 
 // Indexing past the end gives an empty message, so that a missing message
@@ -45,7 +45,6 @@ inline void nimmAuf(Fehler& f, int art) {
         *konsole += o.str();
     }
 }
-
 
 class MitMeldungen : public ::testing::Test {
 protected:

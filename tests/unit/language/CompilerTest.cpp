@@ -21,7 +21,7 @@ TEST_F(CompilerTest, ParametersReplaceTheirKeysAndUnsetOnesAreEmpty) {
     MeldungsFaenger faenger;
     prozedur(datei("ct_param.kiv",
                    "zahl('p0')\n"
-                   "ok(  ) 'p1'|'p2'|'p9'|'p10'\n"   // a syntax error, but the echo shows the text
+                   "ok(  ) 'p1'|'p2'|'p9'|'p10'\n"  // a syntax error, but the echo shows the text
                    "a: zahl('p1''p0')\n"),
              {"12", "3"});
     EXPECT_EQ(protokollText(), "zahl(12)@W:zahl(12)\nzahl(312)@a:a: zahl(312)\n");
@@ -41,8 +41,9 @@ TEST_F(CompilerTest, HoleParameterAndLiefereNameReportUnderTheirFunctions) {
     StromFaenger fehlerKonsole(std::cerr);
     kdoBaum()->suche("a", 1);
     kdoBaum()->suche("c", 1);
-    prozedur(datei("ct_xx.kiv", "x=holeParameter(12)\nx=holeParameter(3)\nn=liefereName()\n-\nn=liefereName()\n"
-                                "zahl(1'x')\n'n': ok()\n"),
+    prozedur(datei("ct_xx.kiv",
+                   "x=holeParameter(12)\nx=holeParameter(3)\nn=liefereName()\n-\nn=liefereName()\n"
+                   "zahl(1'x')\n'n': ok()\n"),
              {"5"});
     ASSERT_EQ(fehlerLabels(faenger), "CMD-PARAM-NUM,CMD-PARAM-NUM,CMD-NAME-ASS,CMD-PARAM-NUM,CMD-WRONGARG");
     const std::vector<Meldung> m = mitLabel(faenger, "CMD-PARAM-NUM");
@@ -70,11 +71,11 @@ TEST_F(CompilerTest, EscapedApostropheProtectsAKey) {
         const char* ergebnis;
     } faelle[] = {
         {"'p0'", "X"},
-        {"\\^'p0'", "'p0'"},   // the escape makes the first apostrophe plain
+        {"\\^'p0'", "'p0'"},  // the escape makes the first apostrophe plain
         {"'p0\\^'", "'p0'"},
         {"\\^'\\^'", "''"},
         {"'p0''p0'", "XX"},
-        {"a\\^'p0'b'p0'", "a'p0'bX"},   // the key stops at the escape; the later one is whole
+        {"a\\^'p0'b'p0'", "a'p0'bX"},  // the key stops at the escape; the later one is whole
         {"\\^", "\\^"},
         {"'p1'", ""},
     };
@@ -96,8 +97,8 @@ TEST_F(CompilerTest, DefinitionsAreLocalToTheirProcedure) {
     datei("ct_innen.kiv", "y=holeParameter(0)\nzahl('y''p0''p1')\n");
     prozedur(datei("ct_aussen.kiv",
                    "y=holeParameter(0)\n"
-                   "ausfuehre(\"ct_innen.kiv\", \" 2 \", \"3\")\n"   // blanks inside the quotes go
-                   "ausfuehre(\"ct_innen.kiv\", \"4\")\n"   // the parameters are collected afresh
+                   "ausfuehre(\"ct_innen.kiv\", \" 2 \", \"3\")\n"  // blanks inside the quotes go
+                   "ausfuehre(\"ct_innen.kiv\", \"4\")\n"           // the parameters are collected afresh
                    "zahl('y''p0''p1')\n"),
              {"1", "5"});
     EXPECT_EQ(protokollText(), "zahl(223)@W:zahl(223)\nzahl(44)@W:zahl(44)\nzahl(115)@W:zahl(115)\n");
@@ -111,11 +112,12 @@ TEST_F(CompilerTest, CommandsRunOnTheCurrentOrTheNamedObject) {
     MeldungsFaenger faenger;
     Compiler::ausfuehreZeile("ok()\n");
     Compiler::ausfuehreZeile("a: zahl(3)\n");
-    EXPECT_EQ(aktuell(), "a");   // a prefix makes the object current
+    EXPECT_EQ(aktuell(), "a");  // a prefix makes the object current
     Compiler::ausfuehreZeile("ok()\n");
     Compiler::ausfuehreZeile("<Wurzel>W.<Bild>b : zahl()\n");
-    Compiler::ausfuehreZeile("c: ok()\n");   // not a son of b, nor a brother
-    EXPECT_EQ(protokollText(), "ok@W:ok()\nzahl(3)@a:a: zahl(3)\nok@a:ok()\nzahl(7)@b:<Wurzel>W.<Bild>b : zahl()\n");
+    Compiler::ausfuehreZeile("c: ok()\n");  // not a son of b, nor a brother
+    EXPECT_EQ(protokollText(),
+              "ok@W:ok()\nzahl(3)@a:a: zahl(3)\nok@a:ok()\nzahl(7)@b:<Wurzel>W.<Bild>b : zahl()\n");
     EXPECT_EQ(labels(faenger), "CMD-KDOOBJ-NOTEX");
     EXPECT_EQ(faenger.letzte().detail, "c");
     EXPECT_EQ(faenger.letzte().level, 'W');
@@ -138,9 +140,9 @@ TEST_F(CompilerTest, HelpOfACommandNeverRunsIt) {
     StromFaenger aus(std::cout);
     Compiler::ausfuehreZeile("zahl ?\n");
     Compiler::ausfuehreZeile("b: zahl ?\n");
-    EXPECT_EQ(aktuell(), "W");   // help with a prefix leaves the current object
+    EXPECT_EQ(aktuell(), "W");  // help with a prefix leaves the current object
     Compiler::ausfuehreZeile("b: ?\n");
-    EXPECT_EQ(aktuell(), "b");   // the list of an object makes it current
+    EXPECT_EQ(aktuell(), "b");  // the list of an object makes it current
     EXPECT_EQ(protokollText(), "");
     EXPECT_EQ(labels(faenger), "");
     const std::string hilfe = "zahl\n" + std::string(10, ' ') + "Integer" + std::string(8, ' ') + "n" +
@@ -160,10 +162,10 @@ TEST_F(CompilerTest, NavigationByNameAndItsReports) {
     } faelle[] = {
         {">\n", "W", "CMD-KDOOBJ-NOBROTHER", "Compiler::kdooGeschwister"},
         {"b:\n", "b", "", ""},
-        {"a:\n", "a", "", ""},   // a brother
-        {"c:\n", "c", "", ""},   // a son
+        {"a:\n", "a", "", ""},  // a brother
+        {"c:\n", "c", "", ""},  // a son
         {"sohn()\n", "c", "CMD-KDOOBJ-NOSUCCESSOR", "Compiler::kdooSohn"},
-        {"<Bild>a:\n", "a", "", ""},   // with its type, an ancestor
+        {"<Bild>a:\n", "a", "", ""},  // with its type, an ancestor
         {"x:\n", "a", "CMD-KDOOBJ-NOTEX", "Compiler::setzeAktKdoObjekt"},
     };
     for (const auto& f : faelle) {
@@ -197,10 +199,11 @@ TEST_F(CompilerTest, SyntaxErrorsNameFileLineAndColumn) {
 
 TEST_F(CompilerTest, LongLinesAreCutAndTheRestIsTheNextLine) {
     MeldungsFaenger faenger;
-    const std::string voll = "ok()" + std::string(506, ' ');   // 510 bytes
+    const std::string voll = "ok()" + std::string(506, ' ');  // 510 bytes
     prozedur(datei("cb_lang.kiv", voll + "zahl(4)\n" + voll + "\nzahl(5)\n"));
-    EXPECT_EQ(echoTexte(faenger), "[1: <Wurzel>W>  " + voll + "\n][2: <Wurzel>W>  zahl(4)\n][3: <Wurzel>W>  " +
-                                      voll + "\n][4: <Wurzel>W>  zahl(5)\n][5: <Wurzel>W>  \n]");
+    EXPECT_EQ(echoTexte(faenger), "[1: <Wurzel>W>  " + voll +
+                                      "\n][2: <Wurzel>W>  zahl(4)\n][3: <Wurzel>W>  " + voll +
+                                      "\n][4: <Wurzel>W>  zahl(5)\n][5: <Wurzel>W>  \n]");
     EXPECT_EQ(protokoll().size(), 4u);
 }
 
@@ -209,8 +212,9 @@ TEST_F(CompilerTest, WithoutLineEndTheContinuationTestLooksOneByteFurtherBack) {
     // The last line of a file: "\" before ")" continues, a final "\" does not.
     prozedur(datei("cb_ende1.kiv", "ok()\nzahl(5\\)"));
     prozedur(datei("cb_ende2.kiv", "zahl(5\\)\n"));
-    EXPECT_EQ(echoTexte(faenger), "[1: <Wurzel>W>  ok()\n][2: <Wurzel>W>  zahl(5\\)\n\n]"
-                                  "[1: <Wurzel>W>  zahl(5\\)\n][2: <Wurzel>W>  \n]");
+    EXPECT_EQ(echoTexte(faenger),
+              "[1: <Wurzel>W>  ok()\n][2: <Wurzel>W>  zahl(5\\)\n\n]"
+              "[1: <Wurzel>W>  zahl(5\\)\n][2: <Wurzel>W>  \n]");
     faenger.leere();
     // The same holds for a line cut at the limit.
     const std::string erster = std::string(508, ' ') + "\\ ";
@@ -252,7 +256,8 @@ TEST_F(CompilerTest, AtThePromptOnlyExitOrTheEndOfInputLeave) {
     MeldungsFaenger faenger;
     StromFaenger aus(std::cout);
     datei("cb_rm.kiv", "returnMain\n");
-    EXPECT_EQ(interaktiv("return\nzahl(1)\nreturnMain\nausfuehre(\"cb_rm.kiv\")\nzahl(2)\nexit\nzahl(3)\n"), 3);
+    EXPECT_EQ(interaktiv("return\nzahl(1)\nreturnMain\nausfuehre(\"cb_rm.kiv\")\nzahl(2)\nexit\nzahl(3)\n"),
+              3);
     EXPECT_EQ(protokollText(), "zahl(1)@W:zahl(1)\nzahl(2)@W:zahl(2)\n");
     EXPECT_EQ(interaktiv("zahl(4)\n"), 0);
     // A missing procedure only warns, whatever the status before.
@@ -267,7 +272,8 @@ TEST_F(CompilerTest, AProcedureThatCallsItselfStopsAtTheNestingLimit) {
     EXPECT_EQ(prozedur(datei("cb_selbst.kiv", "zahl(1)\nausfuehre(\"cb_selbst.kiv\")\n")), 0);
     EXPECT_EQ(protokoll().size(), static_cast<std::size_t>(Compiler::MAX_SCHACHTELUNG));
     EXPECT_EQ(fehlerLabels(faenger), "CMD-KDOOBJ-BATCH-TOODEEP");
-    EXPECT_EQ(mitLabel(faenger, "CMD-KDOOBJ-BATCH-CLOSED").size(), static_cast<std::size_t>(Compiler::MAX_SCHACHTELUNG));
+    EXPECT_EQ(mitLabel(faenger, "CMD-KDOOBJ-BATCH-CLOSED").size(),
+              static_cast<std::size_t>(Compiler::MAX_SCHACHTELUNG));
 }
 
 // ---------------------------------------------------------------------------
@@ -279,15 +285,15 @@ TEST_F(CompilerTest, ErrorControlMatrix) {
     const struct {
         const char* einstellung;
         const char* zeile;
-        int status;            // of the procedure run
-        const char* abbruch;   // functions of the CMD-ABORT-PROC messages, joined by ","
+        int status;           // of the procedure run
+        const char* abbruch;  // functions of the CMD-ABORT-PROC messages, joined by ","
     } faelle[] = {
         // level statuses
         {"imFehlerfall(\"E\", exit)", "melde(E)", 3, "Compiler::compileStream"},
         {"imFehlerfall(\"W\", returnMain)", "melde(W)", 2, "Compiler::compileStream"},
         {"imFehlerfall(\"S\", exit)", "melde(S)", 3, "Compiler::compileStream"},
         {"imFehlerfall(\"E\", exit)", "melde(W)", 0, ""},
-        {"imFehlerfall(\"I\", return)", "melde(I)", 0, "Compiler::compileStream"},   // ends this file only
+        {"imFehlerfall(\"I\", return)", "melde(I)", 0, "Compiler::compileStream"},  // ends this file only
         {"imFehlerfall(\"E\", exit)", "kdoOTypCheck(Bild, return)", 3, "Compiler::compileStream"},
         // label statuses, at any level
         {"imFehlerfall(\"TEST-MELDUNG\", exit)", "melde(S)", 3, "Compiler::compileStream"},

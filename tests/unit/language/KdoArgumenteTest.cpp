@@ -23,17 +23,27 @@ TEST(KdoArgument, WrongAccessorReportsWithTypeWords) {
         const char* detail;
         void (*ruf)(KdoArgument&);
     } faelle[] = {
-        {"KdoArgument::liefereArgWertInt", "w (Wort) <-> dataInteger ", [](KdoArgument& a) { a.liefereArgWertInt(); }},
-        {"KdoArgument::liefereArgWertIntHex", "w (Wort) <-> adrInteger ", [](KdoArgument& a) { a.liefereArgWertIntHex(); }},
-        {"KdoArgument::liefereArgWertCharHex", "w (Wort) <-> unsigned char ", [](KdoArgument& a) { a.liefereArgWertCharHex(); }},
-        {"KdoArgument::setzeArgWertPhys", "w (Wort) <-> dataPhys ", [](KdoArgument& a) { a.setzeArgWertPhys(1.0); }},
-        {"KdoArgument::liefereArgWertBool", "w (Wort) <-> YesNo ", [](KdoArgument& a) { a.liefereArgWertBool(); }},
-        {"KdoArgument::liefereArgWertListe", "w (Wort) <-> Liste ", [](KdoArgument& a) { a.liefereArgWertListe(); }},
-        {"KdoArgument::setzeArgWertDatei", "w (Wort) <-> DateiName ", [](KdoArgument& a) { a.setzeArgWertDatei(DateiName("a")); }},
-        {"KdoArgument::liefereArgWertKdoObjekt", "w (Wort) <-> KdoObjekt ", [](KdoArgument& a) { a.liefereArgWertKdoObjekt(); }},
+        {"KdoArgument::liefereArgWertInt", "w (Wort) <-> dataInteger ",
+         [](KdoArgument& a) { a.liefereArgWertInt(); }},
+        {"KdoArgument::liefereArgWertIntHex", "w (Wort) <-> adrInteger ",
+         [](KdoArgument& a) { a.liefereArgWertIntHex(); }},
+        {"KdoArgument::liefereArgWertCharHex", "w (Wort) <-> unsigned char ",
+         [](KdoArgument& a) { a.liefereArgWertCharHex(); }},
+        {"KdoArgument::setzeArgWertPhys", "w (Wort) <-> dataPhys ",
+         [](KdoArgument& a) { a.setzeArgWertPhys(1.0); }},
+        {"KdoArgument::liefereArgWertBool", "w (Wort) <-> YesNo ",
+         [](KdoArgument& a) { a.liefereArgWertBool(); }},
+        {"KdoArgument::liefereArgWertListe", "w (Wort) <-> Liste ",
+         [](KdoArgument& a) { a.liefereArgWertListe(); }},
+        {"KdoArgument::setzeArgWertDatei", "w (Wort) <-> DateiName ",
+         [](KdoArgument& a) { a.setzeArgWertDatei(DateiName("a")); }},
+        {"KdoArgument::liefereArgWertKdoObjekt", "w (Wort) <-> KdoObjekt ",
+         [](KdoArgument& a) { a.liefereArgWertKdoObjekt(); }},
         {"KdoArgument::initWPListe", "w (Wort) <-> WPListe ", [](KdoArgument& a) { a.initWPListe(); }},
-        {"KdoArgument::liefereAnzahlWPStr", "w (Wort) <-> WPStrListe ", [](KdoArgument& a) { a.liefereAnzahlWPStr(); }},
-        {"KdoArgument::liefereArgWertDynArrStr", "w (Wort) <-> ParameterListe ", [](KdoArgument& a) { a.liefereArgWertDynArrStr(); }},
+        {"KdoArgument::liefereAnzahlWPStr", "w (Wort) <-> WPStrListe ",
+         [](KdoArgument& a) { a.liefereAnzahlWPStr(); }},
+        {"KdoArgument::liefereArgWertDynArrStr", "w (Wort) <-> ParameterListe ",
+         [](KdoArgument& a) { a.liefereArgWertDynArrStr(); }},
     };
     for (const auto& f : faelle) {
         MeldungsFaenger faenger;
@@ -72,18 +82,13 @@ TEST(KdoArgument, EmptyPlaceAndEndOfPlace) {
         int (*pruefe)(std::istream&);
         const char* text;
         int ergebnis;
-        const char* rest;   // what the stream holds afterwards
+        const char* rest;  // what the stream holds afterwards
     } faelle[] = {
-        {KdoArgument::istLeer, "(,x)", 1, ",x)"},
-        {KdoArgument::istLeer, "( )", 1, ")"},
-        {KdoArgument::istLeer, ",  ,", 1, ","},
-        {KdoArgument::istLeer, ")", 1, ")"},
-        {KdoArgument::istLeer, "(5)", 0, "5)"},
-        {KdoArgument::istLeer, ", 5", 0, "5"},
-        {KdoArgument::istLeer, "5", 0, "5"},
-        {KdoArgument::folgtEnde, ",a", 1, ",a"},
-        {KdoArgument::folgtEnde, ")", 1, ")"},
-        {KdoArgument::folgtEnde, "ab", 0, "b"},
+        {KdoArgument::istLeer, "(,x)", 1, ",x)"}, {KdoArgument::istLeer, "( )", 1, ")"},
+        {KdoArgument::istLeer, ",  ,", 1, ","},   {KdoArgument::istLeer, ")", 1, ")"},
+        {KdoArgument::istLeer, "(5)", 0, "5)"},   {KdoArgument::istLeer, ", 5", 0, "5"},
+        {KdoArgument::istLeer, "5", 0, "5"},      {KdoArgument::folgtEnde, ",a", 1, ",a"},
+        {KdoArgument::folgtEnde, ")", 1, ")"},    {KdoArgument::folgtEnde, "ab", 0, "b"},
         {KdoArgument::folgtEnde, "", 0, ""},
     };
     for (const auto& f : faelle) {
@@ -105,7 +110,7 @@ TEST(KdoArgument, CharHexWarnsAboveAByte) {
     }
     kdoLauf(*k, "f(0x100)");
     MeldungsFaenger faenger;
-    EXPECT_EQ((*k)[0].liefereArgWertCharHex(), 0);   // 256 cut to the byte
+    EXPECT_EQ((*k)[0].liefereArgWertCharHex(), 0);  // 256 cut to the byte
     ASSERT_EQ(faenger.anzahl(), 1u);
     EXPECT_EQ(faenger.letzte().label, "CMD-VALTOOBIG");
     EXPECT_EQ(faenger.letzte().funktion, "KdoArgument::liefereArgWertCharHex");
@@ -134,10 +139,11 @@ TEST(KdoArgument, EnumDeliversTheIndexAndSetsOnlyKnownOnes) {
 }
 
 TEST(KdoArgument, TypeNamesAndCodesFollowTheTable) {
-    const char* namen[] = {"Integer", "BoolInteger", "IntegerHex", "BoolIntegerHex", "Phys", "Bool",
-                           "Wort", "BoolWort", "NameInListe", "BoolNameInListe", "LString", "String",
-                           "NamenInListe", "BoolNamenInListe", "DateiName", "DateiPfad", "KdoObjekt",
-                           "BoolKdoObjekt", "RegExpr", "Enum", "WPListe", "WPStrListe", "ParameterListe"};
+    const char* namen[] = {"Integer",   "BoolInteger", "IntegerHex",    "BoolIntegerHex",   "Phys",
+                           "Bool",      "Wort",        "BoolWort",      "NameInListe",      "BoolNameInListe",
+                           "LString",   "String",      "NamenInListe",  "BoolNamenInListe", "DateiName",
+                           "DateiPfad", "KdoObjekt",   "BoolKdoObjekt", "RegExpr",          "Enum",
+                           "WPListe",   "WPStrListe",  "ParameterListe"};
     for (int code = 0; code < static_cast<int>(KdoArgTyp::Anzahl); ++code) {
         auto a = erzeugeKdoArgument(namen[code], "x", nullptr);
         ASSERT_NE(a, nullptr) << namen[code];
@@ -146,12 +152,11 @@ TEST(KdoArgument, TypeNamesAndCodesFollowTheTable) {
     }
 }
 
-
 struct Fall {
     const char* signatur;
     const char* aufruf;
     int ergebnis;
-    const char* werte;    // null: not checked
+    const char* werte;  // null: not checked
     const char* labels;
 };
 
@@ -196,7 +201,7 @@ const Fall zahlen[] = {
     {"IntegerHex h", "f(0X1f)", 1, "1F", ""},
     {"IntegerHex h", "f(-1)", 1, "FFFFFFFF", ""},
     {"IntegerHex h", "f(FFFFFFFF)", 1, "FFFFFFFF", ""},
-    {"IntegerHex h", "f(00000000000001F)", 1, "1F", ""},   // 15 characters
+    {"IntegerHex h", "f(00000000000001F)", 1, "1F", ""},  // 15 characters
     {"IntegerHex h", "f(000000000000001F)", 0, nullptr, "CMD-WRONGARG"},
     {"IntegerHex h", "f(100000000)", 0, nullptr, "CMD-WRONGARG"},
     {"IntegerHex h", "f(0x)", 0, nullptr, "CMD-WRONGARG"},
@@ -204,7 +209,7 @@ const Fall zahlen[] = {
 
     {"BoolInteger i", "f(12)", 1, "12", ""},
     {"BoolInteger i", "f(/)", 1, "/", ""},
-    {"BoolInteger i", "f(-1)", 0, nullptr, "CMD-WRONGARG"},   // no sign in the Bool form
+    {"BoolInteger i", "f(-1)", 0, nullptr, "CMD-WRONGARG"},  // no sign in the Bool form
     {"BoolInteger i", "f(F)", 0, nullptr, "CMD-WRONGARG"},
 
     {"BoolIntegerHex h", "f(/)", 1, "/", ""},
@@ -223,9 +228,7 @@ const Fall zahlen[] = {
     {"Phys p", "f(1.5x)", 0, nullptr, "CMD-WRONGARG"},
 };
 
-TEST(KdoArgumente, Numbers) {
-    pruefe(zahlen, std::size(zahlen));
-}
+TEST(KdoArgumente, Numbers) { pruefe(zahlen, std::size(zahlen)); }
 
 const Fall wahrheitUndTexte[] = {
     {"Bool b", "f(YES)", 1, "y", ""},
@@ -240,7 +243,7 @@ const Fall wahrheitUndTexte[] = {
 
     {"Wort w", "f(abc.d_1$%)", 1, "abc.d_1$%", ""},
     {"Wort w", "f(aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa)", 1, "aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa", ""},
-    {"Wort w", "f(aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa)", 0, nullptr, "CMD-WRONGARG"},   // 33 bytes
+    {"Wort w", "f(aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa)", 0, nullptr, "CMD-WRONGARG"},  // 33 bytes
     {"Wort w", "f(a b)", 0, nullptr, "CMD-WRONGARG"},
     {"Wort w", "f(\"x\")", 0, nullptr, "CMD-WRONGARG"},
     {"BoolWort w", "f(/)", 1, "/", ""},
@@ -251,7 +254,7 @@ const Fall wahrheitUndTexte[] = {
     {"BoolNameInListe n", "f(abc)", 1, "abc", ""},
 
     {"LString s", "f(\"a,b)\")", 1, "a,b)", ""},
-    {"LString s", "f(\"\")", 1, "", ""},   // a value, not an empty place
+    {"LString s", "f(\"\")", 1, "", ""},  // a value, not an empty place
     {"LString s", "f(\"a\nb\")", 1, "a\nb", ""},
     {"LString s", "f(\"a\\\"b\")", 1, "a\"b", ""},
     {"LString s", "f(abc)", 0, nullptr, "CMD-WRONGARG"},
@@ -274,12 +277,12 @@ const Fall wahrheitUndTexte[] = {
     {"Enum{Intel,Motorola,Binaer} t", "f(Motorola)", 1, "Motorola", ""},
     {"Enum{Intel,Motorola,Binaer} t", "f()", 1, "Intel", ""},
     {"Enum{Intel,Motorola,Binaer} t", "f(intel)", 0, nullptr, "CMD-WRONGARG"},
-    {"Enum{Intel,Motorola,Binaer} t", "f(", 0, nullptr, ""},   // empty token: no message
+    {"Enum{Intel,Motorola,Binaer} t", "f(", 0, nullptr, ""},  // empty token: no message
 
     {"ParameterListe p", "f(abc)", 1, "abc", ""},
     {"ParameterListe p", "f()", 1, "", ""},
     {"ParameterListe p", "f(a b)", 0, nullptr, "CMD-WRONGARG"},
-    {"ParameterListe p", "f(a,b)", 0, nullptr, "CMD-TOOMANYARG"},   // one parameter only
+    {"ParameterListe p", "f(a,b)", 0, nullptr, "CMD-TOOMANYARG"},  // one parameter only
 };
 
 TEST(KdoArgumente, TruthValuesTextsFilesEnumerations) {
@@ -346,7 +349,6 @@ TEST(KdoArgumente, DefaultLineSetsDefaults) {
     EXPECT_EQ((*d)[1].liefereArgWertBool(), 1);
 }
 
-
 // ---------------------------------------------------------------------------
 // Arguments that refer to lists, objects, value pairs and parameters
 
@@ -386,16 +388,16 @@ TEST(KdoArgumentListen, NamesSelectElementsOfTheObjectsList) {
     struct {
         KdoKommando* k;
         const char* aufruf;
-        int ergebnis;   // of liefereArgWertListe
-        int gesetzt;    // -1: not a Bool form
+        int ergebnis;  // of liefereArgWertListe
+        int gesetzt;   // -1: not a Bool form
         const char* auswahl;
         const char* labels;
     } faelle[] = {
         {namen, "f(\"a, c\")", 1, -1, "212", ""},
         {namen, "f(b)", 1, -1, "121", ""},
         {namen, "f(\"a,zz\")", 0, -1, "211", "LIST-NOSUCHELE"},
-        {namen, "f()", 1, -1, "222", ""},   // no names: all selected
-        {boolNamen, "g(\"/\")", 1, 0, "111", ""},   // the quoted placeholder: nothing selected
+        {namen, "f()", 1, -1, "222", ""},          // no names: all selected
+        {boolNamen, "g(\"/\")", 1, 0, "111", ""},  // the quoted placeholder: nothing selected
         {boolNamen, "g( \" / \")", 1, 0, "111", ""},
         {boolNamen, "g(\"b\")", 1, 1, "121", ""},
         {boolNamen, "g(c)", 1, 1, "112", ""},
@@ -431,7 +433,8 @@ TEST(KdoArgumentListen, ObjectPathsResolveWhenDelivered) {
     TypObjekt wurzel{"Kiv", "Kiv"}, a{"Eprom", "a"}, k{"Other", "k"};
     wurzel.setzeVollenNamen("<Kiv>Kiv");
     KdoLaufzeit laufzeit;
-    laufzeit.setzeBaum(std::make_unique<KdoBaum>(&wurzel, kdoRelation, kdoVergleich, kdoNamensVergleich, kdoLoesche));
+    laufzeit.setzeBaum(
+        std::make_unique<KdoBaum>(&wurzel, kdoRelation, kdoVergleich, kdoNamensVergleich, kdoLoesche));
     KdoBaum& baum = *laufzeit.baum();
     baum.fuegeEin(&a);
     baum.vater();
@@ -442,12 +445,12 @@ TEST(KdoArgumentListen, ObjectPathsResolveWhenDelivered) {
     std::ostringstream s;
     for (int i = 0; i < 3; ++i) (*kdo)[i].ausgabe(s);
     EXPECT_EQ(s.str(), "KdoObjekt(Eprom)KdoObjekt(Eprom,Other)BoolKdoObjekt()");
-    EXPECT_EQ(kdoLauf(*kdo, "f( <Eprom> a , k)").werte, "<Eprom>a|k|/");   // blanks dropped
+    EXPECT_EQ(kdoLauf(*kdo, "f( <Eprom> a , k)").werte, "<Eprom>a|k|/");  // blanks dropped
     {
         MeldungsFaenger faenger;
         EXPECT_EQ((*kdo)[0].liefereArgWertKdoObjekt(), &a);
         EXPECT_EQ((*kdo)[1].liefereArgWertKdoObjekt(), &k);
-        EXPECT_EQ((*kdo)[2].liefereArgWertKdoObjekt(), nullptr);   // empty Bool form: no message
+        EXPECT_EQ((*kdo)[2].liefereArgWertKdoObjekt(), nullptr);  // empty Bool form: no message
         EXPECT_EQ((*kdo)[2].liefereArgWertBool(), 0);
         EXPECT_EQ(faenger.anzahl(), 0u);
     }
@@ -465,7 +468,7 @@ TEST(KdoArgumentListen, ObjectPathsResolveWhenDelivered) {
         {"f()", "CMD-KDOOBJ-REQUIRED", ""},
     };
     for (const auto& f : fehler) {
-        ASSERT_EQ(kdoLauf(*kdo, f.aufruf).ergebnis, 1) << f.aufruf;   // nothing checked while parsing
+        ASSERT_EQ(kdoLauf(*kdo, f.aufruf).ergebnis, 1) << f.aufruf;  // nothing checked while parsing
         MeldungsFaenger faenger;
         EXPECT_EQ((*kdo)[0].liefereArgWertKdoObjekt(), nullptr);
         ASSERT_EQ(faenger.anzahl(), 1u) << f.aufruf;
@@ -539,14 +542,14 @@ TEST(KdoArgumentListen, PairAccessors) {
         EXPECT_EQ(faenger.letzte().funktion, "KdoArgummentWPListe::liefereArgWertWP");
         EXPECT_EQ(faenger.letzte().detail, "w");
     }
-    w.setzeArgWertWP(9, WertePaar(1, 1.0));   // appended, not placed at 9
+    w.setzeArgWertWP(9, WertePaar(1, 1.0));  // appended, not placed at 9
     w.setzeArgWertWP(9, WertePaar(2, 2.0));
     w.setzeArgWertWP(0, WertePaar(3, 3.0));
     ASSERT_EQ(w.liefereAnzahlWP(), 2);
     EXPECT_EQ(w.liefereArgWertWP(0)->iWert(), 3);
     {
         MeldungsFaenger faenger;
-        EXPECT_EQ(w.liefereArgWertWP(12)->iWert(), 2);   // the last pair
+        EXPECT_EQ(w.liefereArgWertWP(12)->iWert(), 2);  // the last pair
         EXPECT_EQ(faenger.letzte().label, "CMD-INDEXCEEDED");
         EXPECT_EQ(faenger.letzte().funktion, "KdoArgumentWPListe::liefereArgWertWP");
         EXPECT_EQ(faenger.letzte().detail, "12");
@@ -561,8 +564,8 @@ TEST(KdoArgumentListen, PairAccessors) {
     EXPECT_EQ(faenger.letzte().funktion, "KdoArgummentWPStrListe::liefereArgWertWPStr");
     t.setzeArgWertWPStr(0x1A, WertePaarStr(1, "x"));
     EXPECT_EQ(faenger.letzte().label, "CMD-INDEXINVALID");
-    EXPECT_EQ(faenger.letzte().detail, "1A");   // in hex
-    EXPECT_EQ(t.liefereAnzahlWPStr(), 1);       // appended all the same
+    EXPECT_EQ(faenger.letzte().detail, "1A");  // in hex
+    EXPECT_EQ(t.liefereAnzahlWPStr(), 1);      // appended all the same
     EXPECT_EQ(t.liefereArgWertWPStr(3)->iwert, 1);
     EXPECT_EQ(faenger.letzte().funktion, "KdoArgumentWPStrListe::liefereArgWertWPStr");
 }

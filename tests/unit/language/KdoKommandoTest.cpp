@@ -28,10 +28,10 @@ TEST(KdoKommando, BadSignaturesMakeTheCommandUnusable) {
         const char* signatur;
         const char* detail;
     } faelle[] = {
-        {"integer x", "integer"},           // names are case-sensitive
-        {"Integer{x} x", "Integer{x}"},     // braces only where a type takes them
+        {"integer x", "integer"},        // names are case-sensitive
+        {"Integer{x} x", "Integer{x}"},  // braces only where a type takes them
         {"Integer a Foo b", "Foo"},
-        {"Integer a Bool ", "falsche Anzahl Worte"},   // a type word without a name
+        {"Integer a Bool ", "falsche Anzahl Worte"},  // a type word without a name
     };
     for (const auto& f : faelle) {
         MeldungsFaenger faenger;
@@ -75,7 +75,7 @@ TEST(KdoKommando, IndexesBeyondTheLast) {
     EXPECT_EQ(faenger.letzte().level, 'W');
 
     auto ohne = kdoKommando("");
-    EXPECT_EQ((*ohne)[0].liefereName(), "");   // the dummy
+    EXPECT_EQ((*ohne)[0].liefereName(), "");  // the dummy
 }
 
 TEST(KdoKommando, ReadingACall) {
@@ -171,9 +171,9 @@ TEST_F(KdoListeTest, HandlerReadsTheArgumentsOnItsObject) {
     EXPECT_EQ(protokoll.aktuelles, &objekt);
     EXPECT_EQ(liste.liefereAktuellesObjekt(), &objekt);
 
-    EXPECT_EQ(fuehreAus("setze(10)"), 1);   // the rest from the defaults
+    EXPECT_EQ(fuehreAus("setze(10)"), 1);  // the rest from the defaults
     EXPECT_EQ(protokoll.werte, "10 0 1");
-    EXPECT_EQ(fuehreAus("setze(10,,nein)"), 0);   // the handler's own failure
+    EXPECT_EQ(fuehreAus("setze(10,,nein)"), 0);  // the handler's own failure
     EXPECT_EQ(protokoll.aufrufe, 3);
     EXPECT_EQ(faenger.anzahl(), 0u);
 

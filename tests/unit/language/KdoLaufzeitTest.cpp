@@ -20,7 +20,7 @@ TEST(KdoLaufzeit, TheLastMadeIsInForceAndTheOneBeforeComesBack) {
         aussen.scannerModus = ScannerModus::Zahl;
         EXPECT_EQ(&KdoLaufzeit::aktuelle(), &aussen);
         {
-            KdoLaufzeit innen;   // fresh state, no tree
+            KdoLaufzeit innen;  // fresh state, no tree
             EXPECT_EQ(&KdoLaufzeit::aktuelle(), &innen);
             EXPECT_EQ(innen.scannerModus, ScannerModus::Normal);
             EXPECT_EQ(innen.compilerStatus, KdoStatus::Kein);

@@ -16,7 +16,7 @@ TEST(KdoRelation, JudgesFullNames) {
         {"<Kiv>Kiv", "<Kiv>Kiv.<Eprom>a", 0},
         {"<Kiv>Kiv", "<Kiv>Kiv", 0},
         {"<Kiv>Kiv.<Eprom>a", "<Kiv>Kiv.<Eprom>b", 1},
-        {"<Kiv>Kiv.<Eprom>a", "<Kiv>Kiv.<Eprom>a", 1},   // equal non-root names count as brothers
+        {"<Kiv>Kiv.<Eprom>a", "<Kiv>Kiv.<Eprom>a", 1},  // equal non-root names count as brothers
         {"<Kiv>Kiv.<Eprom>a", "<Kiv>Kiv", 2},
         {"<Kiv>Kiv.<Eprom>a", "<Kiv>Kiv.<Eprom>b.<Eprom>c", 3},
         // plain substring search: containing counts as descending
@@ -43,15 +43,15 @@ TEST(KdoRelation, ComparisonsAndClearing) {
 TEST(KdoObjektPfad, ParsesPathsAndStopsSilently) {
     struct Fall {
         const char* text;
-        std::vector<std::pair<std::string, std::string>> elemente;   // (typ, name)
+        std::vector<std::pair<std::string, std::string>> elemente;  // (typ, name)
     } faelle[] = {
         {"<Kiv>Kiv.<Eprom>a", {{"Kiv", "Kiv"}, {"Eprom", "a"}}},
         {"a", {{"", "a"}}},
         {" a . b.c ", {{"", "a"}, {"", "b"}, {"", "c"}}},
         {"< Ep rom >x", {{"Eprom", "x"}}},
         {"$x%_1", {{"", "$x%_1"}}},
-        {"<Eprom>", {}},          // a type alone adds no element
-        {"a-b", {{"", "a"}}},     // stray character ends the parse
+        {"<Eprom>", {}},       // a type alone adds no element
+        {"a-b", {{"", "a"}}},  // stray character ends the parse
         {"<E-x>a", {}},
         {"", {}},
     };
@@ -73,8 +73,8 @@ protected:
     void SetUp() override {
         wurzel = std::make_unique<TypObjekt>("Kiv", "Kiv");
         wurzel->setzeVollenNamen("<Kiv>Kiv");
-        laufzeit.setzeBaum(
-            std::make_unique<KdoBaum>(wurzel.get(), kdoRelation, kdoVergleich, kdoNamensVergleich, kdoLoesche));
+        laufzeit.setzeBaum(std::make_unique<KdoBaum>(wurzel.get(), kdoRelation, kdoVergleich,
+                                                     kdoNamensVergleich, kdoLoesche));
     }
     // Inserts below the current object; the new one becomes current.
     TypObjekt* neu(const char* typ, const char* name) {
@@ -84,8 +84,7 @@ protected:
     }
     // To the root, then down by the full name.
     void gehe(KdoObjektBasis* o) {
-        while (kdoBaum()->vater()) {
-        }
+        while (kdoBaum()->vater()) {}
         if (o != wurzel.get()) {
             ASSERT_EQ(kdoBaum()->suche(o->liefereVollenNamen(), 1), o);
         }
@@ -93,7 +92,7 @@ protected:
 
     std::unique_ptr<TypObjekt> wurzel;
     std::vector<std::unique_ptr<TypObjekt>> objekte;
-    KdoLaufzeit laufzeit;   // after the objects: its tree goes first
+    KdoLaufzeit laufzeit;  // after the objects: its tree goes first
 };
 
 TEST_F(KdoBaumTest, InsertionNamesNestsAndReplaces) {
@@ -132,7 +131,7 @@ TEST_F(KdoBaumTest, RemovalMovesTheCurrentObjectUp) {
     EXPECT_EQ(kdoBaum()->entferne(x), 1);
     EXPECT_EQ(kdoBaum()->liefereAktuelles(), a);
     EXPECT_EQ(voll(x), "");
-    EXPECT_EQ(voll(y), "");   // the subtree went with it
+    EXPECT_EQ(voll(y), "");  // the subtree went with it
     EXPECT_EQ(kdoBaum()->entferne(x), 0);
     EXPECT_EQ(kdoBaum()->sohn(), 0);
 
@@ -198,9 +197,9 @@ TEST_F(KdoBaumTest, SearchRulesEachFindTheirCase) {
     EXPECT_EQ(kdoBaum()->suche("<Eprom>x.<Eprom>y", 0), y);
 
     gehe(y);
-    EXPECT_EQ(kdoBaum()->suche("<Eprom>x", 0), x);           // rule 6: ancestor
-    EXPECT_EQ(kdoBaum()->suche("<Eprom>c", 0), c);           // rule 3: from the root
-    EXPECT_EQ(kdoBaum()->suche("<Kiv>Kiv", 0), nullptr);     // the root is not an ancestor match
+    EXPECT_EQ(kdoBaum()->suche("<Eprom>x", 0), x);        // rule 6: ancestor
+    EXPECT_EQ(kdoBaum()->suche("<Eprom>c", 0), c);        // rule 3: from the root
+    EXPECT_EQ(kdoBaum()->suche("<Kiv>Kiv", 0), nullptr);  // the root is not an ancestor match
     EXPECT_EQ(kdoBaum()->suche("<Other>x", 0), nullptr);
     EXPECT_EQ(kdoBaum()->liefereAktuelles(), y);
 

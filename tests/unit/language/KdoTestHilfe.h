@@ -58,8 +58,8 @@ private:
 
 struct KdoLauf {
     int ergebnis = 0;
-    std::string werte;    // zeigeWert of every argument, joined by "|"
-    std::string labels;   // labels of the messages, joined by ","
+    std::string werte;   // zeigeWert of every argument, joined by "|"
+    std::string labels;  // labels of the messages, joined by ","
     std::vector<Meldung> meldungen;
 };
 
@@ -68,8 +68,10 @@ inline std::string kdoWerte(const KdoKommando& k, bool vorgabe = false) {
     for (std::uint16_t i = 0; i < k.liefereAnzahlArgumente(); ++i) {
         if (i > 0) s << '|';
         if (const KdoArgument* a = k.argument(i)) {
-            if (vorgabe) a->zeigeVorgabe(s);
-            else a->zeigeWert(s);
+            if (vorgabe)
+                a->zeigeVorgabe(s);
+            else
+                a->zeigeWert(s);
         }
     }
     return s.str();
@@ -227,7 +229,8 @@ protected:
     static int prozedur(const std::string& name, std::vector<std::string> parameter = {}) {
         DynArray<String> p;
         for (std::size_t i = 0; i < parameter.size(); ++i) p[static_cast<int>(i)] = String(parameter[i]);
-        return static_cast<int>(Compiler::ausfuehreBatch(String(name), &p, static_cast<int>(parameter.size())));
+        return static_cast<int>(
+            Compiler::ausfuehreBatch(String(name), &p, static_cast<int>(parameter.size())));
     }
 
     static std::string labels(const MeldungsFaenger& f) { return kdoLabels(f.meldungen()); }
@@ -236,7 +239,8 @@ protected:
     static std::string fehlerLabels(const MeldungsFaenger& f) {
         std::string t;
         for (const Meldung& m : f.meldungen()) {
-            if (m.label == "CMD" || m.label == "CMD-KDOOBJ-BATCH-OPENED" || m.label == "CMD-KDOOBJ-BATCH-CLOSED")
+            if (m.label == "CMD" || m.label == "CMD-KDOOBJ-BATCH-OPENED" ||
+                m.label == "CMD-KDOOBJ-BATCH-CLOSED")
                 continue;
             t += (t.empty() ? "" : ",") + m.label;
         }
@@ -259,7 +263,7 @@ protected:
     TypObjekt a{"Bild", "a", &liste};
     TypObjekt b{"Bild", "b", &liste};
     TypObjekt c{"Teil", "c", &liste};
-    KdoLaufzeit laufzeit;   // after the objects: its tree goes first
+    KdoLaufzeit laufzeit;  // after the objects: its tree goes first
     Tabulator tab;
     std::vector<std::string> dateien;
 };

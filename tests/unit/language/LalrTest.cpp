@@ -34,7 +34,8 @@ const LalrEintrag* eintrag(const LalrZustand& z, int token) {
 }
 
 int ziel(const LalrTabelle& t, int zustand, int symbol) {
-    if (const LalrEintrag* e = eintrag(t.zustaende[zustand], symbol); e && e->art == LALR_SCHIEBE) return e->ziel;
+    if (const LalrEintrag* e = eintrag(t.zustaende[zustand], symbol); e && e->art == LALR_SCHIEBE)
+        return e->ziel;
     for (const LalrGoto& g : t.zustaende[zustand].gotos)
         if (g.nichtTerminal == symbol) return g.ziel;
     return -1;
@@ -177,7 +178,8 @@ TEST(LalrTest, CommandLanguageTables) {
     int zeilenStart = ziel(t, 0, KdoSymbol::programm);
     auto standard = [&](int zustand) { return kdoRegelText(t.zustaende[zustand].defaultRegel); };
     EXPECT_EQ(standard(ziel(t, zeilenStart, KdoToken::EXIT)), "steuerung -> EXIT  {statusExit}");
-    EXPECT_EQ(standard(ziel(t, zeilenStart, KdoToken::AUSFUEHRE)), "ausfuehreStart -> AUSFUEHRE  {parameterLoeschen}");
+    EXPECT_EQ(standard(ziel(t, zeilenStart, KdoToken::AUSFUEHRE)),
+              "ausfuehreStart -> AUSFUEHRE  {parameterLoeschen}");
     EXPECT_EQ(standard(ziel(t, zeilenStart, KdoToken::UMSETZE)), "umsetzeStart -> UMSETZE  {modusText}");
     int nachName = ziel(t, zeilenStart, KdoSymbol::bezeichner);
     EXPECT_EQ(standard(nachName), "kommando -> bezeichner  {modusText}");

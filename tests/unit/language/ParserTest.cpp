@@ -11,8 +11,8 @@
 #include <gtest/gtest.h>
 
 #include <random>
-#include <stdexcept>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 
 #include "KdoTestHilfe.h"
@@ -77,9 +77,9 @@ private:
     AKTION(setzeName) AKTION(umsetzeDat) AKTION(umsetzeOSp)
 #undef AKTION
 #undef AKTION_MIT_TEXT
-    // clang-format on
+        // clang-format on
 
-    std::string log_;
+        std::string log_;
     int modus_ = 1;
     KdoLaufzeit laufzeit_;
 };
@@ -101,11 +101,14 @@ void pruefe(const std::vector<Fall>& faelle, int modus = 1) {
 TEST(ParserTest, Statements) {
     pruefe({
         {"lies(Intel, a.hex)",
-         "N(lies) {merkeWort:lies} ( {modusText}#0 T\"Intel\" , T\" a.hex\" )#1 NL END {exeOhneObjekt} {modusNormal}"},
+         "N(lies) {merkeWort:lies} ( {modusText}#0 T\"Intel\" , T\" a.hex\" )#1 NL END {exeOhneObjekt} "
+         "{modusNormal}"},
         {"a: lies(Intel)",
-         "N(a) {merkeWort:a} : N(lies) {merkeWort:lies} ( {modusText}#0 T\"Intel\" )#1 NL END {exeMitObjekt} {modusNormal}"},
+         "N(a) {merkeWort:a} : N(lies) {merkeWort:lies} ( {modusText}#0 T\"Intel\" )#1 NL END {exeMitObjekt} "
+         "{modusNormal}"},
         {"a: lies ?",
-         "N(a) {merkeWort:a} : N(lies) {merkeWort:lies} ? {modusText}#0 NL#1 END {hilfeMitObjekt} {modusNormal}"},
+         "N(a) {merkeWort:a} : N(lies) {merkeWort:lies} ? {modusText}#0 NL#1 END {hilfeMitObjekt} "
+         "{modusNormal}"},
         {"lies ?", "N(lies) {merkeWort:lies} ? {modusText}#0 NL#1 END {hilfeOhneObjekt} {modusNormal}"},
         {"a:", "N(a) {merkeWort:a} : NL END {setzeAktKdoObjekt} {modusNormal}"},
         {"a: ?", "N(a) {merkeWort:a} : ? NL END {exeMitObjekt} {modusNormal}"},
@@ -117,36 +120,51 @@ TEST(ParserTest, Statements) {
         {">", "> NL END {kdooGeschwister} {modusNormal}"},
         {"naechster()", "NAECHSTER ( ) NL END {kdooGeschwister} {modusNormal}"},
         {"x=holeParameter(3)",
-         "N(x) {merkeWort:x} = HOLEPARAMETER {modusZahl}#2 ( Z(3) {merkeZahl:3} ) NL END {insertParam} {modusNormal}#1"},
-        {"x=liefereName()", "N(x) {merkeWort:x} = LIEFERENAME {modusZahl}#2 ( ) NL END {setzeName} {modusNormal}#1"},
+         "N(x) {merkeWort:x} = HOLEPARAMETER {modusZahl}#2 ( Z(3) {merkeZahl:3} ) NL END {insertParam} "
+         "{modusNormal}#1"},
+        {"x=liefereName()",
+         "N(x) {merkeWort:x} = LIEFERENAME {modusZahl}#2 ( ) NL END {setzeName} {modusNormal}#1"},
         {"ausfuehre(\"datei\", \"a\", \"b\")",
-         "AUSFUEHRE ( {parameterLoeschen} T\"datei\" {merkeDatei:datei} , T\"a\" {merkeParameter:a} , T\"b\" {merkeParameter:b} ) NL END {ausfuehre} {modusNormal}"},
+         "AUSFUEHRE ( {parameterLoeschen} T\"datei\" {merkeDatei:datei} , T\"a\" {merkeParameter:a} , T\"b\" "
+         "{merkeParameter:b} ) NL END {ausfuehre} {modusNormal}"},
         {"ausfuehre(\"datei\")",
          "AUSFUEHRE ( {parameterLoeschen} T\"datei\" {merkeDatei:datei} ) NL END {ausfuehre} {modusNormal}"},
         {"anzeigeKdoObjekte()", "ANZEIGEKDOOBJEKTE ( ) NL END {anzeigeKdoObjekte} {modusNormal}"},
         {"kdoOTypCheck(Eprom, exit)",
-         "KDOOTYPCHECK ( N(Eprom) {merkeWort:Eprom} , EXIT ) {statusExit} NL END {ausfuehreKdoOTypCheck} {modusNormal}"},
+         "KDOOTYPCHECK ( N(Eprom) {merkeWort:Eprom} , EXIT ) {statusExit} NL END {ausfuehreKdoOTypCheck} "
+         "{modusNormal}"},
         {"exit", "EXIT NL {statusExit} END {modusNormal}"},
         {"exit()", "EXIT ( {statusExit} ) NL END {modusNormal}"},
         {"return", "RETURN NL {statusReturn} END {modusNormal}"},
         {"returnMain()", "RETURNMAIN ( {statusReturnMain} ) NL END {modusNormal}"},
         {"imFehlerfall(\"E\", exit)",
-         "IMFEHLERFALL ( T\"E\" {merkeWort:E} , EXIT ) {statusExit} NL END {imFehlerfallSetzen} {modusNormal}"},
-        {"imFehlerfall(\"E\")", "IMFEHLERFALL ( T\"E\" {merkeWort:E} ) NL END {imFehlerfallLoeschen} {modusNormal}"},
-        {"imFehlerfall(\"E\",)", "IMFEHLERFALL ( T\"E\" {merkeWort:E} , ) NL END {imFehlerfallLoeschen} {modusNormal}"},
+         "IMFEHLERFALL ( T\"E\" {merkeWort:E} , EXIT ) {statusExit} NL END {imFehlerfallSetzen} "
+         "{modusNormal}"},
+        {"imFehlerfall(\"E\")",
+         "IMFEHLERFALL ( T\"E\" {merkeWort:E} ) NL END {imFehlerfallLoeschen} {modusNormal}"},
+        {"imFehlerfall(\"E\",)",
+         "IMFEHLERFALL ( T\"E\" {merkeWort:E} , ) NL END {imFehlerfallLoeschen} {modusNormal}"},
         {"imFehlerfall(, return)",
          "IMFEHLERFALL ( , RETURN ) {statusReturn} NL END {funktionswertSetzen} {modusNormal}"},
         {"imFehlerfall(,)", "IMFEHLERFALL ( , ) NL END {funktionswertLoeschen} {modusNormal}"},
         {"imFehlerfall()", "IMFEHLERFALL ( ) NL END {funktionswertLoeschen} {modusNormal}"},
         {"anzeigeImFehlerfall()", "ANZEIGEIMFEHLERFALL ( ) NL END {anzeigeImFehlerfall} {modusNormal}"},
         {"ausfuehreTrans(\"q.txt\", DAT, g.txt, \"p1\")",
-         "AUSFUEHRETRANS ( {parameterLoeschen} T\"q.txt\" {merkeDatei:q.txt} , {modusNormal} DAT , {modusText}#0 T\" g.txt\" {merkeGrammatik: g.txt} , {modusText} T\" \"p1\"\" {merkeParameter: \"p1\"} )#1 NL END {ausfuehreTransDat} {modusNormal}"},
+         "AUSFUEHRETRANS ( {parameterLoeschen} T\"q.txt\" {merkeDatei:q.txt} , {modusNormal} DAT , "
+         "{modusText}#0 T\" g.txt\" {merkeGrammatik: g.txt} , {modusText} T\" \"p1\"\" {merkeParameter: "
+         "\"p1\"} )#1 NL END {ausfuehreTransDat} {modusNormal}"},
         {"ausfuehreTrans(\"q.txt\", SYSOSP, <Gram>g, \"p1\", \"p2\")",
-         "AUSFUEHRETRANS ( {parameterLoeschen} T\"q.txt\" {merkeDatei:q.txt} , {modusNormal} SYSOSP , < N(Gram) {merkeWort:Gram} > N(g) {merkeWort:g} , {modusText}#0 T\" \"p1\"\" {merkeParameter: \"p1\"} , T\" \"p2\"\" {merkeParameter: \"p2\"} )#1 NL END {ausfuehreTransOSp} {modusNormal}"},
+         "AUSFUEHRETRANS ( {parameterLoeschen} T\"q.txt\" {merkeDatei:q.txt} , {modusNormal} SYSOSP , < "
+         "N(Gram) {merkeWort:Gram} > N(g) {merkeWort:g} , {modusText}#0 T\" \"p1\"\" {merkeParameter: "
+         "\"p1\"} , T\" \"p2\"\" {merkeParameter: \"p2\"} )#1 NL END {ausfuehreTransOSp} {modusNormal}"},
         {"umsetze(q.txt, DAT, g.txt, z.txt)",
-         "UMSETZE ( {modusText}#0 T\"q.txt\" {merkeDatei:q.txt} , {modusNormal}#1 DAT , {modusText}#0 T\" g.txt\" {merkeGrammatik: g.txt} , {modusText} T\" z.txt\" {merkeZiel: z.txt} )#1 NL END {umsetzeDat} {modusNormal}"},
+         "UMSETZE ( {modusText}#0 T\"q.txt\" {merkeDatei:q.txt} , {modusNormal}#1 DAT , {modusText}#0 T\" "
+         "g.txt\" {merkeGrammatik: g.txt} , {modusText} T\" z.txt\" {merkeZiel: z.txt} )#1 NL END "
+         "{umsetzeDat} {modusNormal}"},
         {"umsetze(q.txt, SYSOSP, <Gram>g.h, z.txt)",
-         "UMSETZE ( {modusText}#0 T\"q.txt\" {merkeDatei:q.txt} , {modusNormal}#1 SYSOSP , < N(Gram) {merkeWort:Gram} > N(g) {merkeWort:g} . N(h) {merkeWort:h} , {modusText}#0 T\" z.txt\" {merkeZiel: z.txt} )#1 NL END {umsetzeOSp} {modusNormal}"},
+         "UMSETZE ( {modusText}#0 T\"q.txt\" {merkeDatei:q.txt} , {modusNormal}#1 SYSOSP , < N(Gram) "
+         "{merkeWort:Gram} > N(g) {merkeWort:g} . N(h) {merkeWort:h} , {modusText}#0 T\" z.txt\" {merkeZiel: "
+         "z.txt} )#1 NL END {umsetzeOSp} {modusNormal}"},
     });
 }
 
@@ -161,13 +179,18 @@ TEST(ParserTest, HelpWordsAndPaths) {
         {"anzeigeImFehlerfall ?", "ANZEIGEIMFEHLERFALL ? {hilfeAnzeigeImFehlerfall} NL END"},
         {"kdoOTypCheck ?", "KDOOTYPCHECK ? {hilfeKdoOTypCheck} NL END"},
         {"<Kiv>Kiv.<Eprom>a: lies(x)",
-         "< N(Kiv) {merkeWort:Kiv} > N(Kiv) {merkeWort:Kiv} . < N(Eprom) {merkeWort:Eprom} > N(a) {merkeWort:a} : N(lies) {merkeWort:lies} ( {modusText}#0 T\"x\" )#1 NL END {exeMitObjekt} {modusNormal}"},
+         "< N(Kiv) {merkeWort:Kiv} > N(Kiv) {merkeWort:Kiv} . < N(Eprom) {merkeWort:Eprom} > N(a) "
+         "{merkeWort:a} : N(lies) {merkeWort:lies} ( {modusText}#0 T\"x\" )#1 NL END {exeMitObjekt} "
+         "{modusNormal}"},
         {"a.b: cmd()",
-         "N(a) {merkeWort:a} . N(b) {merkeWort:b} : N(cmd) {merkeWort:cmd} ( {modusText}#0 T\"\"#1 ) NL END {exeMitObjekt} {modusNormal}"},
+         "N(a) {merkeWort:a} . N(b) {merkeWort:b} : N(cmd) {merkeWort:cmd} ( {modusText}#0 T\"\"#1 ) NL END "
+         "{exeMitObjekt} {modusNormal}"},
         {"lies(,a.hex)",
-         "N(lies) {merkeWort:lies} ( {modusText}#0 T\"\" , T\"a.hex\" )#1 NL END {exeOhneObjekt} {modusNormal}"},
+         "N(lies) {merkeWort:lies} ( {modusText}#0 T\"\" , T\"a.hex\" )#1 NL END {exeOhneObjekt} "
+         "{modusNormal}"},
         {"cmd()", "N(cmd) {merkeWort:cmd} ( {modusText}#0 T\"\"#1 ) NL END {exeOhneObjekt} {modusNormal}"},
-        {"cmd(a,)", "N(cmd) {merkeWort:cmd} ( {modusText}#0 T\"a\" , T\"\"#1 ) NL END {exeOhneObjekt} {modusNormal}"},
+        {"cmd(a,)",
+         "N(cmd) {merkeWort:cmd} ( {modusText}#0 T\"a\" , T\"\"#1 ) NL END {exeOhneObjekt} {modusNormal}"},
     });
 }
 
@@ -181,14 +204,18 @@ TEST(ParserTest, ErrorAtLineStart) {
         {"lies)", "N(lies) {merkeWort:lies} ) {modusText}#0 !1:5 {modusNormal}#1 NL END =1"},
         {"abc", "N(abc) {merkeWort:abc} NL {modusText}#0 !1:3 {modusNormal}#1 END =1"},
         {"abc xyz",
-         "N(abc) {merkeWort:abc} N(xyz) {modusText}#0 !1:5 {modusNormal}#1 {merkeWort:xyz} NL {modusText}#0 !1:7 {modusNormal}#1 END =1"},
+         "N(abc) {merkeWort:abc} N(xyz) {modusText}#0 !1:5 {modusNormal}#1 {merkeWort:xyz} NL {modusText}#0 "
+         "!1:7 {modusNormal}#1 END =1"},
         {"abc xyz(q)",
-         "N(abc) {merkeWort:abc} N(xyz) {modusText}#0 !1:5 {modusNormal}#1 {merkeWort:xyz} ( {modusText}#0 T\"q\" )#1 NL END {exeOhneObjekt} {modusNormal} =1"},
+         "N(abc) {merkeWort:abc} N(xyz) {modusText}#0 !1:5 {modusNormal}#1 {merkeWort:xyz} ( {modusText}#0 "
+         "T\"q\" )#1 NL END {exeOhneObjekt} {modusNormal} =1"},
         {"exit xyz",
-         "EXIT N(xyz) {statusExit} !1:6 {modusNormal} {merkeWort:xyz} NL {modusText}#0 !1:8 {modusNormal}#1 END =1"},
+         "EXIT N(xyz) {statusExit} !1:6 {modusNormal} {merkeWort:xyz} NL {modusText}#0 !1:8 {modusNormal}#1 "
+         "END =1"},
         {"ausfuehre", "AUSFUEHRE NL {parameterLoeschen} !1:9 {modusNormal} END =1"},
         {"LiefereName", "LIEFERENAME !1:1 {modusNormal} NL END =1"},
-        {"sohn(x)", "SOHN ( N(x) !1:6 {modusNormal} {merkeWort:x} ) {modusText}#0 !1:7 {modusNormal}#1 NL END =1"},
+        {"sohn(x)",
+         "SOHN ( N(x) !1:6 {modusNormal} {merkeWort:x} ) {modusText}#0 !1:7 {modusNormal}#1 NL END =1"},
     });
 }
 
@@ -196,13 +223,17 @@ TEST(ParserTest, ErrorBehindObjectAndCommand) {
     pruefe({
         {"a: )", "N(a) {merkeWort:a} : ) !1:4 {modusNormal} {modusNormal} NL END =1"},
         {"a: (x)",
-         "N(a) {merkeWort:a} : ( !1:4 {modusNormal} {modusNormal} N(x) {merkeWort:x} ) {modusText}#0 !1:6 {modusNormal}#1 NL END =1"},
+         "N(a) {merkeWort:a} : ( !1:4 {modusNormal} {modusNormal} N(x) {merkeWort:x} ) {modusText}#0 !1:6 "
+         "{modusNormal}#1 NL END =1"},
         {"a: cmd x",
-         "N(a) {merkeWort:a} : N(cmd) {merkeWort:cmd} N(x) {modusText}#0 !1:8 {modusNormal}#1 {modusNormal} {merkeWort:x} NL {modusText}#0 !1:8 {modusNormal}#1 END =1"},
+         "N(a) {merkeWort:a} : N(cmd) {merkeWort:cmd} N(x) {modusText}#0 !1:8 {modusNormal}#1 {modusNormal} "
+         "{merkeWort:x} NL {modusText}#0 !1:8 {modusNormal}#1 END =1"},
         {"a: cmd x(y)",
-         "N(a) {merkeWort:a} : N(cmd) {merkeWort:cmd} N(x) {modusText}#0 !1:8 {modusNormal}#1 {modusNormal} {merkeWort:x} ( {modusText}#0 T\"y\" )#1 NL END {exeOhneObjekt} {modusNormal} =1"},
+         "N(a) {merkeWort:a} : N(cmd) {merkeWort:cmd} N(x) {modusText}#0 !1:8 {modusNormal}#1 {modusNormal} "
+         "{merkeWort:x} ( {modusText}#0 T\"y\" )#1 NL END {exeOhneObjekt} {modusNormal} =1"},
         {"a: cmd",
-         "N(a) {merkeWort:a} : N(cmd) {merkeWort:cmd} NL {modusText}#0 !1:6 {modusNormal}#1 {modusNormal} END =1"},
+         "N(a) {merkeWort:a} : N(cmd) {merkeWort:cmd} NL {modusText}#0 !1:6 {modusNormal}#1 {modusNormal} "
+         "END =1"},
     });
 }
 
@@ -212,15 +243,21 @@ TEST(ParserTest, ErrorInArgumentList) {
     pruefe({
         {"cmd(a", "N(cmd) {merkeWort:cmd} ( {modusText}#0 T\"a\" NL#1 !1:5 END =1"},
         {"cmd((x))",
-         "N(cmd) {merkeWort:cmd} ( {modusText}#0 ( !1:5 T\"x\" )#1 ) {modusNormal} !1:8 {modusNormal} NL END =1"},
+         "N(cmd) {merkeWort:cmd} ( {modusText}#0 ( !1:5 T\"x\" )#1 ) {modusNormal} !1:8 {modusNormal} NL END "
+         "=1"},
         {"cmd((x)",
-         "N(cmd) {merkeWort:cmd} ( {modusText}#0 ( !1:5 T\"x\" )#1 NL {modusNormal} END {exeOhneObjekt} {modusNormal} =1"},
+         "N(cmd) {merkeWort:cmd} ( {modusText}#0 ( !1:5 T\"x\" )#1 NL {modusNormal} END {exeOhneObjekt} "
+         "{modusNormal} =1"},
         {"a: cmd((x), y)",
-         "N(a) {merkeWort:a} : N(cmd) {merkeWort:cmd} ( {modusText}#0 ( !1:8 T\"x\" )#1 , {modusNormal} !1:11 {modusNormal} {modusNormal} N(y) {merkeWort:y} ) {modusText}#0 !1:14 {modusNormal}#1 NL END =1"},
+         "N(a) {merkeWort:a} : N(cmd) {merkeWort:cmd} ( {modusText}#0 ( !1:8 T\"x\" )#1 , {modusNormal} "
+         "!1:11 {modusNormal} {modusNormal} N(y) {merkeWort:y} ) {modusText}#0 !1:14 {modusNormal}#1 NL END "
+         "=1"},
         {"cmd(a(b), c)",
-         "N(cmd) {merkeWort:cmd} ( {modusText}#0 T\"a(b\" )#1 , !1:9 {modusNormal} N(c) {merkeWort:c} ) {modusText}#0 !1:12 {modusNormal}#1 NL END =1"},
+         "N(cmd) {merkeWort:cmd} ( {modusText}#0 T\"a(b\" )#1 , !1:9 {modusNormal} N(c) {merkeWort:c} ) "
+         "{modusText}#0 !1:12 {modusNormal}#1 NL END =1"},
         {"cmd(a) x",
-         "N(cmd) {merkeWort:cmd} ( {modusText}#0 T\"a\" )#1 N(x) !1:8 {modusNormal} {merkeWort:x} NL {modusText}#0 !1:8 {modusNormal}#1 END =1"},
+         "N(cmd) {merkeWort:cmd} ( {modusText}#0 T\"a\" )#1 N(x) !1:8 {modusNormal} {merkeWort:x} NL "
+         "{modusText}#0 !1:8 {modusNormal}#1 END =1"},
         {"cmd(\"a,b)", "N(cmd) {merkeWort:cmd} ( {modusText}#0 T\"\"a,b)\" NL#1 !1:9 END =1"},
     });
 }
@@ -235,12 +272,15 @@ TEST(ParserTest, CommentsBlanksContinuations) {
         {"exit // bye", "EXIT NL {statusExit} END {modusNormal}"},
         {"exit ! bye", "EXIT NL {statusExit} END {modusNormal}"},
         {"a / b",
-         "N(a) {merkeWort:a} / {modusText}#0 !1:3 {modusNormal}#1 N(b) {merkeWort:b} NL {modusText}#0 !1:5 {modusNormal}#1 END =1"},
+         "N(a) {merkeWort:a} / {modusText}#0 !1:3 {modusNormal}#1 N(b) {merkeWort:b} NL {modusText}#0 !1:5 "
+         "{modusNormal}#1 END =1"},
         {"exi\\\nt", "EXIT NL {statusExit} END {modusNormal}"},
         {"lies(a,\\\n b)",
-         "N(lies) {merkeWort:lies} ( {modusText}#0 T\"a\" , T\"\\\" NL#1 !1:8 N(b) ) NL {modusNormal} END {exeOhneObjekt} {modusNormal} =1"},
+         "N(lies) {merkeWort:lies} ( {modusText}#0 T\"a\" , T\"\\\" NL#1 !1:8 N(b) ) NL {modusNormal} END "
+         "{exeOhneObjekt} {modusNormal} =1"},
         {"lies(a, b\\\nc)",
-         "N(lies) {merkeWort:lies} ( {modusText}#0 T\"a\" , T\" bc\" )#1 NL END {exeOhneObjekt} {modusNormal}"},
+         "N(lies) {merkeWort:lies} ( {modusText}#0 T\"a\" , T\" bc\" )#1 NL END {exeOhneObjekt} "
+         "{modusNormal}"},
         {"ausfuehre(\"a\\\nb\")",
          "AUSFUEHRE ( {parameterLoeschen} T\"ab\" {merkeDatei:ab} ) NL END {ausfuehre} {modusNormal}"},
         {"lies \\\n?", "N(lies) {merkeWort:lies} ? {modusText}#0 NL#1 END {hilfeOhneObjekt} {modusNormal}"},
@@ -253,7 +293,8 @@ TEST(ParserTest, KeywordsIgnoreCase) {
         {"x = liefereName ( )",
          "N(x) {merkeWort:x} = LIEFERENAME {modusZahl}#2 ( ) NL END {setzeName} {modusNormal}#1"},
         {"Dat: x()",
-         "DAT !1:1 {modusNormal} : N(x) !1:6 {modusNormal} {merkeWort:x} ( {modusText}#0 T\"\"#1 ) NL END {exeOhneObjekt} {modusNormal} =1"},
+         "DAT !1:1 {modusNormal} : N(x) !1:6 {modusNormal} {merkeWort:x} ( {modusText}#0 T\"\"#1 ) NL END "
+         "{exeOhneObjekt} {modusNormal} =1"},
     });
 }
 
@@ -263,20 +304,26 @@ TEST(ParserTest, Strings) {
         {"imFehlerfall(\"a\\\nb\")",
          "IMFEHLERFALL ( T\"ab\" {merkeWort:ab} ) NL END {imFehlerfallLoeschen} {modusNormal}"},
         {"imFehlerfall(\"a\\\"b\")",
-         "IMFEHLERFALL ( T\"a\\\" {merkeWort:a\\} N(b) !1:18 {modusNormal} {merkeWort:b} SCANFEHLER {modusText}#0 !1:20 {modusNormal}#1 NL END =1"},
+         "IMFEHLERFALL ( T\"a\\\" {merkeWort:a\\} N(b) !1:18 {modusNormal} {merkeWort:b} SCANFEHLER "
+         "{modusText}#0 !1:20 {modusNormal}#1 NL END =1"},
         {"ausfuehre(\"a b\", \"\\x\")",
-         "AUSFUEHRE ( {parameterLoeschen} T\"a b\" {merkeDatei:a b} , T\"\\x\" {merkeParameter:\\x} ) NL END {ausfuehre} {modusNormal}"},
+         "AUSFUEHRE ( {parameterLoeschen} T\"a b\" {merkeDatei:a b} , T\"\\x\" {merkeParameter:\\x} ) NL END "
+         "{ausfuehre} {modusNormal}"},
     });
 }
 
 TEST(ParserTest, Mode2FirstLine) {
-    pruefe({
-        {"12", "Z(12) !1:1 {modusNormal}#1 NL END =1"},
-        {"12.5", "R(12.5) !1:1 {modusNormal}#1 NL END =1"},
-        {"1a", "Z(1) !1:1 {modusNormal}#1 N(a) {merkeWort:a} NL {modusText}#0 !1:2 {modusNormal}#1 END =1"},
-        {"x=holeParameter(7)",
-         "N(x) {merkeWort:x} = HOLEPARAMETER {modusZahl} ( Z(7) {merkeZahl:7} ) NL END {insertParam} {modusNormal}#1"},
-    }, 2);
+    pruefe(
+        {
+            {"12", "Z(12) !1:1 {modusNormal}#1 NL END =1"},
+            {"12.5", "R(12.5) !1:1 {modusNormal}#1 NL END =1"},
+            {"1a",
+             "Z(1) !1:1 {modusNormal}#1 N(a) {merkeWort:a} NL {modusText}#0 !1:2 {modusNormal}#1 END =1"},
+            {"x=holeParameter(7)",
+             "N(x) {merkeWort:x} = HOLEPARAMETER {modusZahl} ( Z(7) {merkeZahl:7} ) NL END {insertParam} "
+             "{modusNormal}#1"},
+        },
+        2);
 }
 
 TEST(ParserTest, SeveralLines) {
@@ -284,7 +331,8 @@ TEST(ParserTest, SeveralLines) {
         {"exit\nreturn", "EXIT NL {statusExit} RETURN {modusNormal} NL {statusReturn} END {modusNormal}"},
         {")\nexit", ") !1:1 {modusNormal} NL EXIT NL {statusExit} END {modusNormal} =1"},
         {"lies(a\nb: c()",
-         "N(lies) {merkeWort:lies} ( {modusText}#0 T\"a\" NL#1 !1:6 N(b) : N(c) ( ) NL {modusNormal} END {exeOhneObjekt} {modusNormal} =1"},
+         "N(lies) {merkeWort:lies} ( {modusText}#0 T\"a\" NL#1 !1:6 N(b) : N(c) ( ) NL {modusNormal} END "
+         "{exeOhneObjekt} {modusNormal} =1"},
     });
 }
 
@@ -372,7 +420,8 @@ TEST(ParserTest, TableFaultsEndTheProcess) {
     {
         YTabelle t = kleineTabelle();
         t.regeln[1].laenge = 2;
-        EXPECT_EXIT(KleinerParser(t).lauf("a\n"), testing::ExitedWithCode(1), "Stack::reduce\\(\\): fatal error #1");
+        EXPECT_EXIT(KleinerParser(t).lauf("a\n"), testing::ExitedWithCode(1),
+                    "Stack::reduce\\(\\): fatal error #1");
     }
 }
 
@@ -392,7 +441,8 @@ TEST(ParserTest, RandomLinesNeverHangOrCrash) {
         }
     };
     const std::string zeichen = "()\"',\\!/:.<>?=-+ \n\r\t\f\x1a\xff" + std::string(1, '\0') + "aZ_09";
-    const char* woerter[] = {"exit", "ausfuehre", "imFehlerfall", "DAT", "sysosp", "holeParameter", "umsetze", "x"};
+    const char* woerter[] = {"exit",   "ausfuehre",     "imFehlerfall", "DAT",
+                             "sysosp", "holeParameter", "umsetze",      "x"};
     std::mt19937 zufall(4711);
     std::ostringstream weg;
     std::streambuf* alt = std::cerr.rdbuf(weg.rdbuf());

@@ -14,7 +14,8 @@ namespace {
 // Scans `eingabe` to its end in mode `modus`. With `rohNachKlammer` the
 // stream switches to raw text behind every "(", as the parser does behind a
 // command name; with `mitPosition` each token is followed by @line:column.
-std::string tokens(const std::string& eingabe, int modus = 1, bool rohNachKlammer = false, bool mitPosition = false) {
+std::string tokens(const std::string& eingabe, int modus = 1, bool rohNachKlammer = false,
+                   bool mitPosition = false) {
     KdoScanner scanner;
     std::istringstream strom(eingabe);
     scanner.oeffne(strom, 1);
@@ -27,7 +28,8 @@ std::string tokens(const std::string& eingabe, int modus = 1, bool rohNachKlamme
         const ScannerModus vorher = laufzeit.scannerModus;
         dataInteger t = scanner.naechstesToken(wert, pos);
         aus += (aus.empty() ? "" : " ") + kdoTokenBild(t, wert);
-        if (laufzeit.scannerModus != vorher) aus += "#" + std::to_string(static_cast<int>(laufzeit.scannerModus));
+        if (laufzeit.scannerModus != vorher)
+            aus += "#" + std::to_string(static_cast<int>(laufzeit.scannerModus));
         if (mitPosition) aus += "@" + std::to_string(pos.zeile) + ":" + std::to_string(pos.spalte);
         if (t == KdoToken::ENDE) break;
         if (rohNachKlammer && t == '(') laufzeit.scannerModus = ScannerModus::Text;
@@ -59,7 +61,8 @@ TEST(ScannerTest, KeywordsInAnyCase) {
               "HOLEPARAMETER LIEFERENAME EXIT KDOOTYPCHECK IMFEHLERFALL ANZEIGEIMFEHLERFALL NL END");
     EXPECT_EQ(tokens("umsetze vater SOHN naechster\n"), "UMSETZE VATER SOHN NAECHSTER NL END");
     // Near misses stay names, with their case.
-    EXPECT_EQ(tokens("exits Exi vater_ sohn1 ausfuehren\n"), "N(exits) N(Exi) N(vater_) N(sohn1) N(ausfuehren) NL END");
+    EXPECT_EQ(tokens("exits Exi vater_ sohn1 ausfuehren\n"),
+              "N(exits) N(Exi) N(vater_) N(sohn1) N(ausfuehren) NL END");
     EXPECT_EQ(KdoScanner::sucheSchluesselwort("LiefereName"), KdoToken::LIEFERENAME);
     EXPECT_EQ(KdoScanner::sucheSchluesselwort(""), KdoToken::NAME);
 }
@@ -110,7 +113,8 @@ TEST(ScannerTest, RawText) {
     EXPECT_EQ(tokens("c(a,,)\n", 1, true), "N(c) ( T\"a\" , T\"\" , T\"\"#1 ) NL END");
     EXPECT_EQ(tokens("c()\n", 1, true), "N(c) ( T\"\"#1 ) NL END");
     // Separators inside either kind of quotes belong to the text.
-    EXPECT_EQ(tokens("c(\"a,b)\", 'c,d)', e)\n", 1, true), "N(c) ( T\"\"a,b)\"\" , T\" 'c,d)'\" , T\" e\" )#1 NL END");
+    EXPECT_EQ(tokens("c(\"a,b)\", 'c,d)', e)\n", 1, true),
+              "N(c) ( T\"\"a,b)\"\" , T\" 'c,d)'\" , T\" e\" )#1 NL END");
     EXPECT_EQ(tokens("c(\"a'b\", x)\n", 1, true), "N(c) ( T\"\"a'b\", x)\" NL#1 END");
     EXPECT_EQ(tokens("c(a(b), c)\n", 1, true), "N(c) ( T\"a(b\" )#1 , N(c) ) NL END");
     // No comments in raw text; a backslash-newline continues it, other
@@ -122,11 +126,16 @@ TEST(ScannerTest, RawText) {
     // Raw text without a final newline ends at the end of input; a byte 255
     // inside the line is text.
     EXPECT_EQ(tokens("ab", 0), "T\"ab\" END");
-    EXPECT_EQ(tokens("a\xff" "b)\n", 0), "T\"a\xff" "b\" )#1 NL END");
+    EXPECT_EQ(tokens("a\xff"
+                     "b)\n",
+                     0),
+              "T\"a\xff"
+              "b\" )#1 NL END");
 }
 
 TEST(ScannerTest, TokenPositions) {
-    EXPECT_EQ(tokens("ab  cd\n  \"ef\"\n", 1, false, true), "N(ab)@1:1 N(cd)@1:5 NL@1:6 T\"ef\"@2:3 NL@2:6 END@3:0");
+    EXPECT_EQ(tokens("ab  cd\n  \"ef\"\n", 1, false, true),
+              "N(ab)@1:1 N(cd)@1:5 NL@1:6 T\"ef\"@2:3 NL@2:6 END@3:0");
     // CR LF is one line end; a lone CR ends a line as well.
     EXPECT_EQ(tokens("a\r\nb\rc\n", 1, false, true), "N(a)@1:1 NL@1:1 N(b)@2:1 N(c)@3:1 NL@3:1 END@4:0");
 }
@@ -134,9 +143,9 @@ TEST(ScannerTest, TokenPositions) {
 TEST(ScannerTest, SourceLineTextAndMarker) {
     ZeichenQuelle q;
     std::istringstream strom("skip\n\tab\tc\r\nxyz");
-    strom.get();   // the source starts where the stream stands
+    strom.get();  // the source starts where the stream stands
     q.oeffne(strom, 10);
-    for (int i = 0; i < 6; ++i) q.naechstes();   // "kip\n\ta"
+    for (int i = 0; i < 6; ++i) q.naechstes();  // "kip\n\ta"
     QuellPosition p = q.position();
     EXPECT_EQ(p.zeile, 11);
     EXPECT_EQ(p.spalte, 2);
@@ -147,7 +156,7 @@ TEST(ScannerTest, SourceLineTextAndMarker) {
     EXPECT_STREQ(puffer.c_str(), "-^");
     // Reading goes on behind the look back.
     EXPECT_EQ(q.naechstes(), 'b');
-    for (int i = 0; i < 3; ++i) q.naechstes();   // "\tc\r\n"
+    for (int i = 0; i < 3; ++i) q.naechstes();  // "\tc\r\n"
     EXPECT_EQ(q.position().zeile, 11);
     for (int i = 0; i < 3; ++i) q.naechstes();
     EXPECT_EQ(q.naechstes(), -1);
@@ -189,5 +198,6 @@ void scanne() {
 TEST(ScannerTest, AutomatonFaultsEndTheProcess) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(scanne<OhneStart>(), testing::ExitedWithCode(1), "");
-    EXPECT_EXIT(scanne<Ruecksprung>(), testing::ExitedWithCode(1), "Scanner::Stack::pop\\(\\): fatal error #1");
+    EXPECT_EXIT(scanne<Ruecksprung>(), testing::ExitedWithCode(1),
+                "Scanner::Stack::pop\\(\\): fatal error #1");
 }

@@ -33,7 +33,7 @@ protected:
     std::vector<std::string> meldungen;
     std::string konsole, log;
     long anzahl = 0;
-    bool mitschreiben = true;   // off for runs of many thousand messages
+    bool mitschreiben = true;  // off for runs of many thousand messages
     std::ostringstream cout;
 
 private:

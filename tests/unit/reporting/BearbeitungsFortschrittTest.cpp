@@ -23,16 +23,16 @@ protected:
 TEST_F(FortschrittTest, MarksPerStep) {
     const struct {
         int schritt;
-        std::vector<int> schritte;   // += per call, -= when negative
+        std::vector<int> schritte;  // += per call, -= when negative
         std::string erwartet;
     } faelle[] = {
-        {100, std::vector<int>(250, 1), "L\n**\n"},   // the third needs 300
+        {100, std::vector<int>(250, 1), "L\n**\n"},  // the third needs 300
         {100, std::vector<int>(300, 1), "L\n***\n"},
-        {100, {1000}, "L\n**********\n"},             // a jump shows all it passed
+        {100, {1000}, "L\n**********\n"},  // a jump shows all it passed
         {100, {99}, "L\n\n"},
-        {100, {150, -100, 100}, "L\n*\n"},            // taken back, not passed again
+        {100, {150, -100, 100}, "L\n*\n"},  // taken back, not passed again
         {100, {150, -100, 100, 50}, "L\n**\n"},
-        {0, {1000}, "L\n\n"},                         // no step: no marks, no hang
+        {0, {1000}, "L\n\n"},  // no step: no marks, no hang
         {-5, {1000}, "L\n\n"},
     };
     for (const auto& f : faelle) {
@@ -86,11 +86,17 @@ TEST_F(FortschrittTest, FactoryAndUnitCountsOfMarks) {
     aufrufe.clear();
     const BearbeitungsAnzeigeFabrik alt = BearbeitungsFortschritt::standardFabrik;
     BearbeitungsFortschritt::standardFabrik = &protokollFabrik;
-    { BearbeitungsFortschritt f(10, "Y"); f += 10; }
+    {
+        BearbeitungsFortschritt f(10, "Y");
+        f += 10;
+    }
     BearbeitungsFortschritt::standardFabrik = alt;
     EXPECT_EQ(aufrufe, (std::vector<std::string>{"abs Y", "10"}));
     // A factory without a display leaves the counter working silently.
-    { BearbeitungsFortschritt f(1, "Z", &keineAnzeige); f += 5; }
+    {
+        BearbeitungsFortschritt f(1, "Z", &keineAnzeige);
+        f += 5;
+    }
     EXPECT_EQ(cout.str(), "");
 }
 
@@ -108,10 +114,11 @@ TEST_F(FortschrittTest, SecondStartIsReportedAndAnIdleDisplayShowsNoMarks) {
         anzeige.beende();
         anzeige.weiter(1);
         EXPECT_EQ(anzeige.liefereModus(), 0);
-    }   // and the line is ended once more
+    }  // and the line is ended once more
     EXPECT_EQ(o.str(), "Lese Bytes\n++\n\n");
-    EXPECT_EQ(meldungen, (std::vector<std::string>{"BEFO-ISINIT|BearbeitungsAnzeigeCout::starteAbs|Nochmal|I",
-                                                   "BEFO-ISINIT|BearbeitungsAnzeigeCout::starteRel|Relativ|I"}));
+    EXPECT_EQ(meldungen,
+              (std::vector<std::string>{"BEFO-ISINIT|BearbeitungsAnzeigeCout::starteAbs|Nochmal|I",
+                                        "BEFO-ISINIT|BearbeitungsAnzeigeCout::starteRel|Relativ|I"}));
 }
 
 TEST_F(FortschrittTest, RelativeRulers) {
@@ -120,7 +127,7 @@ TEST_F(FortschrittTest, RelativeRulers) {
         {25, "R\n!..!\n"},
         {50, "R\n!!\n"},
         {100, "R\n!!\n"},
-        {0, "R\n!" + std::string(98, '.') + "!\n"},   // a step of 0 counts as 1
+        {0, "R\n!" + std::string(98, '.') + "!\n"},  // a step of 0 counts as 1
     };
     for (const auto& [schritt, erwartet] : faelle) {
         std::ostringstream o, e;
@@ -139,17 +146,19 @@ TEST_F(FortschrittTest, RelativeLineIsRebuiltAfterForeignOutput) {
         anzeige.starteRel(10, "Rel");
         anzeige.weiter(10);
         anzeige.weiter(20);
-        e << "Meldung\n";   // a message in between
+        e << "Meldung\n";  // a message in between
         anzeige.weiter(30);
         anzeige.weiter(40);
-        o << "x";           // other output on the same stream
+        o << "x";  // other output on the same stream
         anzeige.weiter(50);
         anzeige.beende();
         // The streams write through their own buffers again.
         EXPECT_EQ(o.rdbuf(), oPuffer);
         EXPECT_EQ(e.rdbuf(), ePuffer);
     }
-    EXPECT_EQ(o.str(), "Rel\n!........!\n**..*" "*x....*\n\n");
+    EXPECT_EQ(o.str(),
+              "Rel\n!........!\n**..*"
+              "*x....*\n\n");
     EXPECT_EQ(e.str(), "Meldung\n");
 
     // One stream for both: the error counter wraps the output counter.

@@ -25,8 +25,9 @@ TEST_F(FehlerTest, LineAndBoxShapes) {
         std::string erwartet;
     } faelle[] = {
         {"FEHLSTAT", "  Fehlerstatistik:", 'S', false, "%KIV-S-FEHLSTAT   Fehlerstatistik: \n"},
-        {"CMD-NOSUCHCMD", "liess in KivObjekt", 'E', false, r + "| %KIV-E-CMD-NOSUCHCMD\n|   liess in KivObjekt \n" + r},
-        {"X", "", 'W', false, r + "| %KIV-W-X\n" + r},   // an empty detail gives three lines
+        {"CMD-NOSUCHCMD", "liess in KivObjekt", 'E', false,
+         r + "| %KIV-E-CMD-NOSUCHCMD\n|   liess in KivObjekt \n" + r},
+        {"X", "", 'W', false, r + "| %KIV-W-X\n" + r},  // an empty detail gives three lines
         {"X", "one\ntwo", 'I', false, r + "| %KIV-I-X\n|   one\n|   two \n" + r},
         // a newline only in front does not start continuation lines
         {"X", "\nalone", 'E', false, r + "| %KIV-E-X\n|   \nalone \n" + r},
@@ -95,18 +96,19 @@ TEST_F(FehlerTest, LimitPassesThenDivertsAtItsLevelAndAbove) {
     EXPECT_EQ(zaehle(log, "CAP"), 5);
     EXPECT_EQ(Fehler::anzahlE, 3);
     Fehler::hebeBegrenzungAuf("CAP");
-
 }
 
 TEST_F(FehlerTest, ALimitTakesItsLevelAndTheLevelsBelowInTheOrderEWIS) {
     // Per limit level, which of the message levels E, W, I, S it diverts.
-    const std::pair<char, const char*> regeln[] = {{'E', "EWIS"}, {'W', "-WIS"}, {'I', "--IS"}, {'S', "---S"}};
+    const std::pair<char, const char*> regeln[] = {
+        {'E', "EWIS"}, {'W', "-WIS"}, {'I', "--IS"}, {'S', "---S"}};
     for (const auto& [grenze, genommen] : regeln) {
         for (int i = 0; i < 4; ++i) {
             leere();
             Fehler::begrenzeAusgabe("CAP", 0, grenze, 1);
             Fehler("CAP", "f", "", "EWIS"[i]);
-            EXPECT_EQ(konsole.empty(), genommen[i] != '-') << grenze << " limit, message " << "EWIS"[i];
+            EXPECT_EQ(konsole.empty(), genommen[i] != '-') << grenze << " limit, message "
+                                                           << "EWIS"[i];
             Fehler::hebeBegrenzungAuf("CAP");
         }
     }
@@ -126,7 +128,7 @@ TEST_F(FehlerTest, StatisticsShowEveryTotalButStatus) {
     Fehler("B", "f", "", 'W');
     Fehler::anzeigeStatistik();
     EXPECT_NE(konsole.find("%KIV-S-FEHLSTAT   Fehlerstatistik: \n%KIV-S-ANZFEHL-F  0 \n"
-                               "%KIV-S-ANZFEHL-E  1 \n%KIV-S-ANZFEHL-W  1 \n%KIV-S-ANZFEHL-I  0 \n"),
+                           "%KIV-S-ANZFEHL-E  1 \n%KIV-S-ANZFEHL-W  1 \n%KIV-S-ANZFEHL-I  0 \n"),
               std::string::npos)
         << konsole;
     std::ostringstream o;

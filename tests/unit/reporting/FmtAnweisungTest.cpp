@@ -26,8 +26,8 @@ public:
     }
     String liefereName() const override { return "Testobjekt"; }
 
-    std::vector<std::vector<std::string>> werte = {
-        {"hallo Welt"}, {"1", "2", "3"}, {}, {"1A2B"}, {"a<b&\"c"}, {"1", "2", "3", "4"}};
+    std::vector<std::vector<std::string>> werte = {{"hallo Welt"}, {"1", "2", "3"}, {},
+                                                   {"1A2B"},       {"a<b&\"c"},     {"1", "2", "3", "4"}};
 };
 
 class FmtTest : public AufnahmeTest {
@@ -47,7 +47,7 @@ protected:
 struct Fall {
     const char* anweisung;
     const char* erwartet;
-    const char* meldung;   // expected report, "" for none
+    const char* meldung;  // expected report, "" for none
     int ok;
 };
 
@@ -67,10 +67,8 @@ TEST_F(FmtTest, Statements) {
         {"<Leer>", "", "", 1},
         // unclosed variables stand as stars
         {"<", "********\n", "ERRFMTVARIABLE|FmtAnweisung::initUndZerlege||E", 0},
-        {R"(<Bytes\"ab>c)", "********\n",
-         "ERRFMTVARIABLE|FmtAnweisung::initUndZerlege|Bytes\\\"ab>c|E", 0},
-        {"a<Chksum>b<Name", "a1A2Bb********\n",
-         "ERRFMTVARIABLE|FmtAnweisung::initUndZerlege|Name|E", 0},
+        {R"(<Bytes\"ab>c)", "********\n", "ERRFMTVARIABLE|FmtAnweisung::initUndZerlege|Bytes\\\"ab>c|E", 0},
+        {"a<Chksum>b<Name", "a1A2Bb********\n", "ERRFMTVARIABLE|FmtAnweisung::initUndZerlege|Name|E", 0},
         // separators: before each value, between values, cycling parts
         {R"(<Bytes\"<> ">)", "1 2 3", "", 1},
         {R"(<Bytes\"-">)", "-1-2-3", "", 1},
@@ -90,13 +88,13 @@ TEST_F(FmtTest, Statements) {
         // value decoration
         {R"(<Name\upp\quote>)", "\"HALLO WELT\"", "", 1},
         {R"(<Name\cap>)", "Hallo Welt", "", 1},
-        {R"(<Name\low\cap>)", "hallo welt", "", 1},   // cap comes first
+        {R"(<Name\low\cap>)", "hallo welt", "", 1},  // cap comes first
         {R"(<Text\sgml>)", "a&lt;b&amp;\"c", "", 1},
         {R"(<Text\quote\sgml>)", "\"a&lt;b&amp;\\\"c\"", "", 1},
         {R"(<Bytes\?\"<>,">)", ",,", "", 1},
         {R"(<Name\upper\lowercase>)", "hallo welt", "", 1},
         {R"(<Chksum\hex>)", "1A2B", "", 1},
-        {R"(<Name\"upp">)", "upphallo Welt", "", 1},   // the quoted part is no option
+        {R"(<Name\"upp">)", "upphallo Welt", "", 1},  // the quoted part is no option
         // tag rule
         {R"(<Chksum\tag\"wert">)", "<wert>1A2B</wert>", "", 1},
         {R"(<Bytes\tag\"b\<x\>y">)", "<x>b123y</x>", "", 1},
@@ -109,8 +107,7 @@ TEST_F(FmtTest, Statements) {
         // unknown names stand in the output
         {"<Foo>", "Foo", "RPL-NO-SUCH-SW|TestObjekt::ersetzeVariable|Testobjekt: Foo|E", 1},
         {"<>", "", "RPL-NO-SUCH-SW|TestObjekt::ersetzeVariable|Testobjekt: |E", 1},
-        {R"(<Foo\upp\"[\<\>]">)", "[FOO]",
-         "RPL-NO-SUCH-SW|TestObjekt::ersetzeVariable|Testobjekt: Foo|E", 1},
+        {R"(<Foo\upp\"[\<\>]">)", "[FOO]", "RPL-NO-SUCH-SW|TestObjekt::ersetzeVariable|Testobjekt: Foo|E", 1},
         // conditions
         {R"(<(Bytes\?>x<:>y<)>)", "x", "", 1},
         {R"(<(Leer\?>x<:>y<)>)", "y", "", 1},
@@ -163,10 +160,15 @@ TEST_F(FmtTest, ArgumentAndNumberStyles) {
     // in table order wins.
     EXPECT_EQ(FmtVariable(R"(Name(a b)\upp\"v<>n")").liefereArgument(), "a b");
     const std::pair<const char*, int> formate[] = {
-        {"X", 0}, {R"(X\dec)", 0x10}, {R"(X\hex)", 0x240},
-        {R"(X\float\hex)", 0x1110}, {R"(X\dec\hex)", 0x10}, {R"(X\hexdec)", 0x10},
+        {"X", 0},
+        {R"(X\dec)", 0x10},
+        {R"(X\hex)", 0x240},
+        {R"(X\float\hex)", 0x1110},
+        {R"(X\dec\hex)", 0x10},
+        {R"(X\hexdec)", 0x10},
     };
-    for (const auto& [text, format] : formate) EXPECT_EQ(FmtVariable(text).liefereZahlenFormat(), format) << text;
+    for (const auto& [text, format] : formate)
+        EXPECT_EQ(FmtVariable(text).liefereZahlenFormat(), format) << text;
 }
 
 TEST_F(FmtTest, IndexLookupAndCache) {
@@ -243,4 +245,4 @@ TEST_F(FmtTest, RandomStatementsNeverBreak) {
     EXPECT_GT(anzahl, 0);
 }
 
-} // namespace
+}  // namespace

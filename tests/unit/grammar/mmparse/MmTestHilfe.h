@@ -26,7 +26,8 @@ inline MmLauf mmLauf(const std::string& grammatik, const std::string& subjekt, c
 
 // Subject and/or output as streams over temporary files; `optionen` should
 // hold '<' and/or '>' as wanted. Without '>' the output goes to a buffer.
-inline MmLauf mmStromLauf(const std::string& grammatik, const std::string& subjekt, const std::string& optionen) {
+inline MmLauf mmStromLauf(const std::string& grammatik, const std::string& subjekt,
+                          const std::string& optionen) {
     MmLauf l{0, "", -99};
     std::FILE* ein = std::tmpfile();
     std::FILE* aus = std::tmpfile();

@@ -49,7 +49,7 @@ TEST(MmparseAusgabe, AllocatedBufferGrows) {
     std::int32_t pos = -1;
     ASSERT_EQ(mmparseMitAdresse(nullptr, 0, "(q%ab)*", subjekt.data(), 10000, "a", &pos, &adresse), 20001);
     EXPECT_EQ(pos, 10000);
-    EXPECT_EQ(std::strlen(static_cast<const char*>(adresse)), 20000u);   // 20480 taken, so the NUL fits
+    EXPECT_EQ(std::strlen(static_cast<const char*>(adresse)), 20000u);  // 20480 taken, so the NUL fits
     std::free(adresse);
     // A caller's malloc buffer passes to the engine and grows.
     ASSERT_EQ(mmparseMitAdresse(std::malloc(2), 2, "@*", "hello", 5, "a", &pos, &adresse), 6);
@@ -137,7 +137,7 @@ TEST(MmparseAusgabe, StreamedSubjectRefillsAndShifts) {
     EXPECT_EQ(l.ausgabe, mal(20000, "abc N\n"));
     EXPECT_EQ(l.position, static_cast<std::int32_t>(ein.size()));
     EXPECT_EQ(log.rfind("PARSE: Allocating 4096 bytes for SUBJECT.\n", 0), 0u);
-    EXPECT_EQ(zaehle(log, "SUBJECT"), 2);   // no re-allocation, one release
+    EXPECT_EQ(zaehle(log, "SUBJECT"), 2);  // no re-allocation, one release
     EXPECT_EQ(zaehle(log, "ARRAY"), 0);
     // Without a commit the whole file is held.
     testing::internal::CaptureStderr();

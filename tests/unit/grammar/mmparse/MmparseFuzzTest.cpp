@@ -37,7 +37,7 @@ using Weiter = std::function<bool(std::size_t)>;
 // alternatives of items.
 struct Knoten {
     std::string nimmt;
-    char suffix = 0;   // 0 / + * ! ?
+    char suffix = 0;  // 0 / + * ! ?
     std::vector<std::vector<std::unique_ptr<Knoten>>> alternativen;
 };
 
@@ -79,13 +79,15 @@ private:
 
     // A run that consumed nothing ends a repetition.
     bool stern(const Knoten& g, std::size_t pos, const Weiter& k) const {
-        return alternativen(g, pos, [&](std::size_t e) { return e == pos ? k(e) : stern(g, e, k); }) || k(pos);
+        return alternativen(g, pos, [&](std::size_t e) { return e == pos ? k(e) : stern(g, e, k); }) ||
+               k(pos);
     }
 
     bool gruppe(const Knoten& g, std::size_t pos, const Weiter& k) const {
         switch (g.suffix) {
         case '/': return alternativen(g, pos, k) || k(pos);
-        case '+': return alternativen(g, pos, [&](std::size_t e) { return e == pos ? k(e) : stern(g, e, k); });
+        case '+':
+            return alternativen(g, pos, [&](std::size_t e) { return e == pos ? k(e) : stern(g, e, k); });
         case '*': return stern(g, pos, k);
         default: return alternativen(g, pos, k);
         }
@@ -120,7 +122,8 @@ private:
     int wahl(int n) { return static_cast<int>(zufall_() % static_cast<unsigned>(n)); }
 
     std::unique_ptr<Knoten> item(int tiefe, std::string& text) {
-        static const char* const art[][2] = {{"a", "a"}, {"b", "b"}, {"@", "abc"}, {"[ab]", "ab"}, {"^a", "bc"}};
+        static const char* const art[][2] = {
+            {"a", "a"}, {"b", "b"}, {"@", "abc"}, {"[ab]", "ab"}, {"^a", "bc"}};
         const int w = wahl(tiefe > 0 ? 6 : 5);
         std::unique_ptr<Knoten> n;
         if (w == 5) {

@@ -10,8 +10,8 @@ namespace {
 struct Fall {
     const char* grammatik;
     const char* subjekt;
-    const char* ausgabe;     // null: the subject must not match
-    std::int32_t position;   // checked when not -1
+    const char* ausgabe;    // null: the subject must not match
+    std::int32_t position;  // checked when not -1
 };
 
 const Fall kFaelle[] = {
@@ -87,7 +87,7 @@ const Fall kFaelle[] = {
     {"b|\\xZZ", "b", "b", -1},
     {"a|(b", "a", "a", -1},
     {"a|{}", "a", "a", -1},
-    {"[a/-]", "b", nullptr, -1},   // the second list is met only by a byte of the first
+    {"[a/-]", "b", nullptr, -1},  // the second list is met only by a byte of the first
     {"<s>#<s>=(a|b)<t>#<t>=c|d", "bd", "bd", -1},
     // replacements
     {"(a%x)+", "aaa", "xxx", -1},

@@ -25,9 +25,9 @@ std::int32_t mitFehlschlag(long n, const std::string& g, const std::string& s, c
 }
 
 TEST(MmparseSpeicher, FailedAllocations) {
-    EXPECT_EQ(mitFehlschlag(0, "a", "a", ""), MM_NOMEM_INDEX);          // the index root
-    EXPECT_EQ(mitFehlschlag(1, "a#<r>=b", "a", ""), MM_NOMEM_INDEX);    // a rule's node
-    EXPECT_EQ(mitFehlschlag(2, "a#<ab>=b#<ac>=c", "a", ""), MM_NOMEM_INDEX);   // the split
+    EXPECT_EQ(mitFehlschlag(0, "a", "a", ""), MM_NOMEM_INDEX);                // the index root
+    EXPECT_EQ(mitFehlschlag(1, "a#<r>=b", "a", ""), MM_NOMEM_INDEX);          // a rule's node
+    EXPECT_EQ(mitFehlschlag(2, "a#<ab>=b#<ac>=c", "a", ""), MM_NOMEM_INDEX);  // the split
     EXPECT_EQ(mitFehlschlag(1, "a", "a", "<", true), MM_NOMEM_SUBJECT);
     EXPECT_EQ(mitFehlschlag(2, "@*", std::string(5000, 'x'), "<", true), MM_NOMEM_SUBJECT);
     EXPECT_EQ(mitFehlschlag(1, "a", "a", "a"), MM_NOMEM_OBJECT);
@@ -53,7 +53,8 @@ TEST(MmparseSpeicher, AllocationLog) {
     MmLauf l = mmStromLauf("<ab>(x)*#<ab>=a#<ac>=c", "a" + std::string(1100, 'x'), "<m");
     std::string log = testing::internal::GetCapturedStderr();
     ASSERT_EQ(l.ergebnis, 1102);
-    const std::string knoten = "PARSE: Allocating " + std::to_string((sizeof(mmintern::IndexNode) + 3) / 4 * 4) +
+    const std::string knoten = "PARSE: Allocating " +
+                               std::to_string((sizeof(mmintern::IndexNode) + 3) / 4 * 4) +
                                " bytes for Index node.\n";
     const std::string frames = "PARSE: Allocating " +
                                std::to_string(sizeof(mmintern::ArrayFrame) * mmintern::kFramesProBlock) +
