@@ -142,6 +142,47 @@ bool MusterSuche::laufeZeile(adrInteger& treffer) {
     bool gefunden = false;
 
     while (sl <= letzterStart) {
+        // With the automaton empty, no start before the read position can
+        // match: the bytes read for each are no prefix of the pattern. They
+        // step by their first byte, which the ring holds, and end exactly on
+        // the read position, as the byte before it is not the pattern's
+        // first. From there each start whose whole comparison lies in the
+        // block is decided in place: memchr finds the next start on the
+        // pattern's first byte (those before fail and step by one), memcmp
+        // decides that start.
+        if (ql == 0 && block != nullptr && xl >= blockAnf && xl <= blockEnde) {
+            while (sl < xl) sl += ri[sl & maske] == erstes ? 2 : 1;
+            if (sl > letzterStart) break;
+            const std::uint64_t hoch = std::min(blockEnde, ende);
+            const std::uint64_t grenzeStart = std::min(letzterStart, hoch);
+            bool treffend = false;
+            while (sl <= grenzeStart) {
+                const std::uint8_t* q = block + (sl - blockAnf);
+                const void* f = std::memchr(q, erstes, grenzeStart - sl + 1);
+                if (f == nullptr) {
+                    sl = grenzeStart + 1;
+                    break;
+                }
+                const std::uint64_t p =
+                    sl + static_cast<std::uint64_t>(static_cast<const std::uint8_t*>(f) - q);
+                sl = p;
+                if (p + lang - 1 > hoch) break;
+                if (std::memcmp(block + (p - blockAnf) + 1, m + 1, lang - 1) == 0) {
+                    treffend = true;
+                    break;
+                }
+                sl = p + 2;
+            }
+            xl = sl;
+            if (treffend) {
+                treffer = static_cast<adrInteger>(sl);
+                ++sl;
+                xl = sl;
+                gefunden = true;
+                break;
+            }
+            if (sl > letzterStart) break;
+        }
         bool zeileAus = false;
         for (;;) {
             if (xl > std::min(sl + lang - 1, ende)) break;
