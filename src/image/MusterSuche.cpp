@@ -143,15 +143,14 @@ bool MusterSuche::laufeZeile(adrInteger& treffer) {
 
     while (sl <= letzterStart) {
         // With the automaton empty, no start before the read position can
-        // match: the bytes read for each are no prefix of the pattern. They
-        // step by their first byte, which the ring holds, and end exactly on
-        // the read position, as the byte before it is not the pattern's
-        // first. From there each start whose whole comparison lies in the
-        // block is decided in place: memchr finds the next start on the
-        // pattern's first byte (those before fail and step by one), memcmp
-        // decides that start.
+        // match: the bytes read for each are no prefix of the pattern. Their
+        // steps end exactly on the read position, as the byte before it is
+        // not the pattern's first. From there each start whose whole
+        // comparison lies in the block is decided in place: memchr finds the
+        // next start on the pattern's first byte (those before fail and step
+        // by one), memcmp decides that start.
         if (ql == 0 && block != nullptr && xl >= blockAnf && xl <= blockEnde) {
-            while (sl < xl) sl += ri[sl & maske] == erstes ? 2 : 1;
+            sl = std::max(sl, xl);
             if (sl > letzterStart) break;
             const std::uint64_t hoch = std::min(blockEnde, ende);
             const std::uint64_t grenzeStart = std::min(letzterStart, hoch);
