@@ -98,32 +98,6 @@ int MusterSuche::naechster(adrInteger& treffer) {
     return 0;
 }
 
-bool MusterSuche::springe(std::uint64_t& sl, std::uint64_t& xl, const std::uint8_t* block,
-                          std::uint64_t blockAnf, std::uint64_t bisLesbar, std::uint64_t letzterStart) {
-    // With the automaton empty, a start can only match at a byte equal to
-    // the pattern's first. Where the starts still open and the bytes ahead
-    // hold none, each of those starts fails and steps by one: memchr finds
-    // the next candidate, and the walk resumes lang - 1 bytes before it,
-    // with the ring holding what it would have read.
-    const std::uint8_t erstes = muster_[0];
-    for (std::uint64_t t = sl; t < xl; ++t)
-        if (ring_[t & ringMaske_] == erstes) return false;
-    // The starts jumped to stay within this region's.
-    if (letzterStart + laenge_ < 2) return false;
-    std::uint64_t bis = std::min(bisLesbar, letzterStart + laenge_ - 2);
-    if (bis < xl + 64) return false;
-    const std::uint8_t* q = block + (xl - blockAnf);
-    const void* f = std::memchr(q, erstes, bis - xl + 1);
-    const std::uint64_t p =
-        f ? xl + static_cast<std::uint64_t>(static_cast<const std::uint8_t*>(f) - q) : bis + 1;
-    if (p < xl + 64) return false;
-    for (std::uint64_t t = std::max(xl, p - std::min<std::uint64_t>(p, laenge_)); t < p; ++t)
-        ring_[t & ringMaske_] = block[t - blockAnf];
-    if (p + 1 > laenge_) sl = std::max(sl, p + 1 - laenge_);
-    xl = p;
-    return true;
-}
-
 bool MusterSuche::laufeZeile(adrInteger& treffer) {
     // The state in locals: the ring's byte stores could otherwise alias
     // every member and force reloads per byte.
@@ -205,8 +179,6 @@ bool MusterSuche::laufeZeile(adrInteger& treffer) {
                 block = leser_.zeige(static_cast<adrInteger>(xl), static_cast<adrInteger>(ende), blockEnde);
                 blockAnf = xl;
             }
-            if (ql == 0 && springe(sl, xl, block, blockAnf, std::min(blockEnde, ende), letzterStart))
-                continue;
             const std::uint8_t c = block[xl - blockAnf];
             ri[xl & maske] = c;
             while (ql > 0 && (ql == lang || m[ql] != c)) ql = r[ql];
