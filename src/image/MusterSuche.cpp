@@ -98,32 +98,6 @@ int MusterSuche::naechster(adrInteger& treffer) {
     return 0;
 }
 
-bool MusterSuche::springe(std::uint64_t& sl, std::uint64_t& xl, const std::uint8_t* block,
-                          std::uint64_t blockAnf, std::uint64_t bisLesbar, std::uint64_t letzterStart) {
-    // With the automaton empty, a start can only match at a byte equal to
-    // the pattern's first. Where the starts still open and the bytes ahead
-    // hold none, each of those starts fails and steps by one: memchr finds
-    // the next candidate, and the walk resumes lang - 1 bytes before it,
-    // with the ring holding what it would have read.
-    const std::uint8_t erstes = muster_[0];
-    for (std::uint64_t t = sl; t < xl; ++t)
-        if (ring_[t & ringMaske_] == erstes) return false;
-    // The starts jumped to stay within this region's.
-    if (letzterStart + laenge_ < 2) return false;
-    std::uint64_t bis = std::min(bisLesbar, letzterStart + laenge_ - 2);
-    if (bis < xl + 64) return false;
-    const std::uint8_t* q = block + (xl - blockAnf);
-    const void* f = std::memchr(q, erstes, bis - xl + 1);
-    const std::uint64_t p =
-        f ? xl + static_cast<std::uint64_t>(static_cast<const std::uint8_t*>(f) - q) : bis + 1;
-    if (p < xl + 64) return false;
-    for (std::uint64_t t = std::max(xl, p - std::min<std::uint64_t>(p, laenge_)); t < p; ++t)
-        ring_[t & ringMaske_] = block[t - blockAnf];
-    if (p + 1 > laenge_) sl = std::max(sl, p + 1 - laenge_);
-    xl = p;
-    return true;
-}
-
 bool MusterSuche::laufeZeile(adrInteger& treffer) {
     // The state in locals: the ring's byte stores could otherwise alias
     // every member and force reloads per byte.
@@ -142,6 +116,46 @@ bool MusterSuche::laufeZeile(adrInteger& treffer) {
     bool gefunden = false;
 
     while (sl <= letzterStart) {
+        // With the automaton empty, no start before the read position can
+        // match: the bytes read for each are no prefix of the pattern. Their
+        // steps end exactly on the read position, as the byte before it is
+        // not the pattern's first. From there each start whose whole
+        // comparison lies in the block is decided in place: memchr finds the
+        // next start on the pattern's first byte (those before fail and step
+        // by one), memcmp decides that start.
+        if (ql == 0 && block != nullptr && xl >= blockAnf && xl <= blockEnde) {
+            sl = std::max(sl, xl);
+            if (sl > letzterStart) break;
+            const std::uint64_t hoch = std::min(blockEnde, ende);
+            const std::uint64_t grenzeStart = std::min(letzterStart, hoch);
+            bool treffend = false;
+            while (sl <= grenzeStart) {
+                const std::uint8_t* q = block + (sl - blockAnf);
+                const void* f = std::memchr(q, erstes, grenzeStart - sl + 1);
+                if (f == nullptr) {
+                    sl = grenzeStart + 1;
+                    break;
+                }
+                const std::uint64_t p =
+                    sl + static_cast<std::uint64_t>(static_cast<const std::uint8_t*>(f) - q);
+                sl = p;
+                if (p + lang - 1 > hoch) break;
+                if (std::memcmp(block + (p - blockAnf) + 1, m + 1, lang - 1) == 0) {
+                    treffend = true;
+                    break;
+                }
+                sl = p + 2;
+            }
+            xl = sl;
+            if (treffend) {
+                treffer = static_cast<adrInteger>(sl);
+                ++sl;
+                xl = sl;
+                gefunden = true;
+                break;
+            }
+            if (sl > letzterStart) break;
+        }
         bool zeileAus = false;
         for (;;) {
             if (xl > std::min(sl + lang - 1, ende)) break;
@@ -165,8 +179,6 @@ bool MusterSuche::laufeZeile(adrInteger& treffer) {
                 block = leser_.zeige(static_cast<adrInteger>(xl), static_cast<adrInteger>(ende), blockEnde);
                 blockAnf = xl;
             }
-            if (ql == 0 && springe(sl, xl, block, blockAnf, std::min(blockEnde, ende), letzterStart))
-                continue;
             const std::uint8_t c = block[xl - blockAnf];
             ri[xl & maske] = c;
             while (ql > 0 && (ql == lang || m[ql] != c)) ql = r[ql];

@@ -61,8 +61,6 @@ private:
     bool laufeZeile(adrInteger& treffer);
     void weiter();
     bool liestX();
-    bool springe(std::uint64_t& sl, std::uint64_t& xl, const std::uint8_t* block, std::uint64_t blockAnf,
-                 std::uint64_t bisLesbar, std::uint64_t letzterStart);
 
     Eprom& eprom_;
     BildLeser leser_;

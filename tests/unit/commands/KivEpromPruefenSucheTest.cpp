@@ -117,6 +117,11 @@ TEST_F(KivEpromSucheTest, AFailedPartialMatchSkipsTheNextByte) {
     EXPECT_EQ(zeile("suche(\"41 41\")", 1), "Suchergebnis: \n[00000] [00001] \n");
     // Text form finds the same bytes; the blank at the end is dropped.
     EXPECT_EQ(zeile("suche(\"AA \", ascii)", 1), "Suchergebnis: \n[00000] [00001] \n");
+    // A match may not end behind the search's end, though the bytes are there.
+    setze(kiv, 0x10, {0x43, 0x43, 0x41, 0x42});
+    kiv.setzeSuchMuster("41 42", 1);
+    EXPECT_EQ(kiv.sucheMuster(0x10, 0x12), 0);
+    EXPECT_EQ(kiv.sucheMuster(0x10, 0x13), 1);
 }
 
 TEST_F(KivEpromSucheTest, ARegionStartsBehindBytesReadForThePreviousOne) {
