@@ -148,6 +148,42 @@ private:
     const char* funktion_;
 };
 
+// The frame both text readers share: the file is opened quietly, line
+// messages name it, the format messages are capped at five, and lines and bad
+// lines are counted. `zeile(z, leser, sammler, fmt)` takes one line and
+// answers false to stop reading; `fmt()` reports the line as malformed.
+// `abschluss()` runs before the count of malformed lines is reported.
+template <class Zeile, class Abschluss>
+int liesZeilen(Eprom& eprom, const DateiName& datei, const char* funktion, const char* zaehlerText,
+               Zeile&& zeile, Abschluss&& abschluss) {
+    std::uint32_t fehlZeilen = 0;
+    IDatei eingabe(datei);
+    if (!eingabe.oeffneStill()) return 0;
+    beginneKontext(datei);
+    Fehler::begrenzeAusgabe(fmtLabel, 5, 'W', 1);
+    {
+        const ZeilenMeldungen meldungen(funktion);
+        ZeilenZaehler zaehle(zaehlerText);
+        ZeilenLeser leser(*eingabe.liefereStrom());
+        EpromSammler sammler(eprom);
+        std::string_view z;
+        auto fmt = [&] {
+            Fehler(fmtLabel, funktion, zeilenText(z), 'W');
+            ++fehlZeilen;
+        };
+        while (leser.naechste(z)) {
+            zaehle();
+            if (!zeile(z, leser, sammler, fmt)) break;
+        }
+    }
+    abschluss();
+    if (fehlZeilen) Fehler("HEXFILE-FMT-COUNT", funktion, String("COUNT: " + klein(fehlZeilen)), 'W');
+    Fehler::hebeBegrenzungAuf(fmtLabel);
+    eingabe.schliesseStill();
+    Fehler::zusatzZeile = nullptr;
+    return 1;
+}
+
 }  // namespace
 
 EpromDatei::~EpromDatei() = default;
@@ -156,8 +192,8 @@ String EpromDatei::liefereZeilenPosition() {
     return zeilenDatei + ": " + " Zeile " + String(std::to_string(zeilenNr));
 }
 
-void EpromDatei::pruefeBereich(Eprom& eprom, const adrInteger* startAdresse, const adrInteger* endAdresse,
-                               adrInteger& von, adrInteger& bis, String& fehler) {
+bool EpromDatei::pruefeBereich(Eprom& eprom, const adrInteger* startAdresse, const adrInteger* endAdresse,
+                               adrInteger& von, adrInteger& bis, const char* funktion) {
     adrInteger anfEpr = eprom.liefereAnfAdr(), endEpr = eprom.liefereEndAdr();
     std::ostringstream t;
     t << std::hex;
@@ -171,7 +207,9 @@ void EpromDatei::pruefeBereich(Eprom& eprom, const adrInteger* startAdresse, con
     von = startAdresse ? *startAdresse : anfEpr;
     bis = endAdresse ? *endAdresse : endEpr;
     if (bis < von) t << von << " > " << bis << "\n";
-    fehler = String(t.str());
+    if (t.tellp() == 0) return true;
+    Fehler("HEXFILE-ADR", funktion, String(t.str()), 'E');
+    return false;
 }
 
 int EpromDatei::schreibe(Eprom& eprom, const adrInteger* startAdresse, const adrInteger* endAdresse,
@@ -184,12 +222,8 @@ int EpromDatei::schreibe(Eprom& eprom, const adrInteger* startAdresse, const adr
     if (!ausgabe.oeffneStill()) return 0;
     beginneKontext(datei);
     adrInteger von, bis;
-    String fehler;
-    pruefeBereich(eprom, startAdresse, endAdresse, von, bis, fehler);
     int ergebnis = 0;
-    if (!fehler.istLeer()) {
-        Fehler("HEXFILE-ADR", "EpromDatei::schreibe", fehler, 'E');
-    } else {
+    if (pruefeBereich(eprom, startAdresse, endAdresse, von, bis, "EpromDatei::schreibe")) {
         ergebnis = schreibe(eprom, *ausgabe.liefereStrom(), von, bis, externeAdresse);
         // A failed line has been reported by its writer; a failed write is
         // reported when the file cannot be completed.
@@ -212,56 +246,35 @@ int EpromDateiIntel::lies(Eprom& eprom, const adrInteger* startAdresse, const ad
     if (externeAdresse && !startAdresse) startAdresse = &kleinste;
     extAdr = 0;
     bool endeGefunden = false;
-    std::uint32_t fehlZeilen = 0;
-
-    IDatei eingabe(datei);
-    if (!eingabe.oeffneStill()) return 0;
-    beginneKontext(datei);
-    Fehler::begrenzeAusgabe(fmtLabel, 5, 'W', 1);
-    {
-        const ZeilenMeldungen meldungen(funktion);
-        ZeilenZaehler zaehle("Intel-Hex-Zeilen");
-        ZeilenLeser leser(*eingabe.liefereStrom());
-        EpromSammler sammler(eprom);
-        std::string_view z;
-        auto fmt = [&] {
-            Fehler(fmtLabel, funktion, zeilenText(z), 'W');
-            ++fehlZeilen;
-        };
-        while (leser.naechste(z)) {
-            zaehle();
-            if (zeichenAn(z, 0) != ':' || zeichenAn(z, 7) != '0') {
-                fmt();
-                continue;
-            }
-            switch (zeichenAn(z, 8)) {
-            case '0':
-                // A damaged data line costs its own message only.
-                IntelHexZeileDaten(z).speichere(eprom, extAdr, startAdresse, endAdresse, externeAdresse,
-                                                &sammler);
-                break;
-            case '1':
-                if (IntelHexZeileEnde(z).zerlege()) {
-                    endeGefunden = true;
-                    if (leser.naechste(z)) {
-                        ++zeilenNr;
-                        Fehler("HEXFILE-TEXT-BEHIND-END", funktion, zeilenText(z), 'W');
-                    }
-                }
-                break;
-            case '2': IntelHexZeileSegment(z).liefereBasis(extAdr); break;
-            case '4': IntelHexZeileLinear(z).liefereBasis(extAdr); break;
-            default: fmt(); break;
-            }
-            if (endeGefunden) break;
+    auto zeile = [&](std::string_view& z, ZeilenLeser& leser, EpromSammler& sammler, auto& fmt) {
+        if (zeichenAn(z, 0) != ':' || zeichenAn(z, 7) != '0') {
+            fmt();
+            return true;
         }
-    }
-    if (!endeGefunden) Fehler("HEXFILE-END-RECORD-MISSING", funktion, "", 'W');
-    if (fehlZeilen) Fehler("HEXFILE-FMT-COUNT", funktion, String("COUNT: " + klein(fehlZeilen)), 'W');
-    Fehler::hebeBegrenzungAuf(fmtLabel);
-    eingabe.schliesseStill();
-    Fehler::zusatzZeile = nullptr;
-    return 1;
+        switch (zeichenAn(z, 8)) {
+        case '0':
+            // A damaged data line costs its own message only.
+            IntelHexZeileDaten(z).speichere(eprom, extAdr, startAdresse, endAdresse, externeAdresse,
+                                            &sammler);
+            break;
+        case '1':
+            if (IntelHexZeileEnde(z).zerlege()) {
+                endeGefunden = true;
+                if (leser.naechste(z)) {
+                    ++zeilenNr;
+                    Fehler("HEXFILE-TEXT-BEHIND-END", funktion, zeilenText(z), 'W');
+                }
+            }
+            break;
+        case '2': IntelHexZeileSegment(z).liefereBasis(extAdr); break;
+        case '4': IntelHexZeileLinear(z).liefereBasis(extAdr); break;
+        default: fmt(); break;
+        }
+        return !endeGefunden;
+    };
+    return liesZeilen(eprom, datei, funktion, "Intel-Hex-Zeilen", zeile, [&] {
+        if (!endeGefunden) Fehler("HEXFILE-END-RECORD-MISSING", funktion, "", 'W');
+    });
 }
 
 int EpromDateiIntel::schreibe(Eprom& eprom, std::ostream& os, adrInteger von, adrInteger bis,
@@ -337,65 +350,45 @@ EpromDateiMotorola::~EpromDateiMotorola() = default;
 int EpromDateiMotorola::lies(Eprom& eprom, const adrInteger* startAdresse, const adrInteger* endAdresse,
                              const adrInteger* externeAdresse) {
     const char* funktion = "EpromDateiMotorola::lies";
-    std::uint32_t fehlZeilen = 0;
-    IDatei eingabe(datei);
-    if (!eingabe.oeffneStill()) return 0;
-    beginneKontext(datei);
-    Fehler::begrenzeAusgabe(fmtLabel, 5, 'W', 1);
-    {
-        const ZeilenMeldungen meldungen(funktion);
-        ZeilenZaehler zaehle("Motorola-Hex-Zeilen");
-        ZeilenLeser leser(*eingabe.liefereStrom());
-        EpromSammler sammler(eprom);
-        std::string_view z;
-        auto fmt = [&] {
-            Fehler(fmtLabel, funktion, zeilenText(z), 'W');
-            ++fehlZeilen;
-        };
-        int status = 1;
-        while (leser.naechste(z)) {
-            zaehle();
-            if (zeichenAn(z, 0) != 'S' || z.size() < 10) {
-                fmt();
-                continue;
-            }
-            switch (z[1]) {
-            case '0':
-                kopfZeile = std::make_unique<MotorolaHexZeileKopf>(z);
-                if (kopfZeile->zerlege()) continue;
-                kopfZeile = std::make_unique<MotorolaHexZeileKopf>();
-                status = kopfZeile->zerlege();
-                break;
-            case '1':
-                status = MotorolaHexZeileS1(z).speichere(eprom, startAdresse, endAdresse, externeAdresse,
-                                                         &sammler);
-                break;
-            case '2':
-                status = MotorolaHexZeileS2(z).speichere(eprom, startAdresse, endAdresse, externeAdresse,
-                                                         &sammler);
-                break;
-            case '3':
-                status = MotorolaHexZeileS3(z).speichere(eprom, startAdresse, endAdresse, externeAdresse,
-                                                         &sammler);
-                break;
-            case '7': status = MotorolaHexZeileS7(z).zerlege(); break;
-            case '8': status = MotorolaHexZeileS8(z).zerlege(); break;
-            case '9': status = MotorolaHexZeileS9(z).zerlege(); break;
-            default:
-                // status keeps the value of the line before; intended, so a
-                // bad line behind a bad line is counted twice.
-                fmt();
-                break;
-            }
-            // A damaged line costs two messages here: its own and this one.
-            if (!status) fmt();
+    int status = 1;
+    auto zeile = [&](std::string_view& z, ZeilenLeser&, EpromSammler& sammler, auto& fmt) {
+        if (zeichenAn(z, 0) != 'S' || z.size() < 10) {
+            fmt();
+            return true;
         }
-    }
-    if (fehlZeilen) Fehler("HEXFILE-FMT-COUNT", funktion, String("COUNT: " + klein(fehlZeilen)), 'W');
-    Fehler::hebeBegrenzungAuf(fmtLabel);
-    eingabe.schliesseStill();
-    Fehler::zusatzZeile = nullptr;
-    return 1;
+        switch (z[1]) {
+        case '0':
+            kopfZeile = std::make_unique<MotorolaHexZeileKopf>(z);
+            if (kopfZeile->zerlege()) return true;
+            kopfZeile = std::make_unique<MotorolaHexZeileKopf>();
+            status = kopfZeile->zerlege();
+            break;
+        case '1':
+            status =
+                MotorolaHexZeileS1(z).speichere(eprom, startAdresse, endAdresse, externeAdresse, &sammler);
+            break;
+        case '2':
+            status =
+                MotorolaHexZeileS2(z).speichere(eprom, startAdresse, endAdresse, externeAdresse, &sammler);
+            break;
+        case '3':
+            status =
+                MotorolaHexZeileS3(z).speichere(eprom, startAdresse, endAdresse, externeAdresse, &sammler);
+            break;
+        case '7': status = MotorolaHexZeileS7(z).zerlege(); break;
+        case '8': status = MotorolaHexZeileS8(z).zerlege(); break;
+        case '9': status = MotorolaHexZeileS9(z).zerlege(); break;
+        default:
+            // status keeps the value of the line before; intended, so a
+            // bad line behind a bad line is counted twice.
+            fmt();
+            break;
+        }
+        // A damaged line costs two messages here: its own and this one.
+        if (!status) fmt();
+        return true;
+    };
+    return liesZeilen(eprom, datei, funktion, "Motorola-Hex-Zeilen", zeile, [] {});
 }
 
 int EpromDateiMotorola::schreibe(Eprom& eprom, std::ostream& os, adrInteger von, adrInteger bis,
@@ -558,13 +551,9 @@ int EpromDateiBinaer::schreibe(Eprom& eprom, const adrInteger* startAdresse, con
     zeilenNr = 0;
     zeilenDatei = datei.liefereGanz();
     adrInteger von, bis;
-    String fehler;
-    pruefeBereich(eprom, startAdresse, endAdresse, von, bis, fehler);
-    int ergebnis = 1;
-    if (!fehler.istLeer()) {
-        Fehler("HEXFILE-ADR", "EpromDateiBinaer::schreibe", fehler, 'E');
-        ergebnis = 0;
-    } else {
+    int ergebnis = 0;
+    if (pruefeBereich(eprom, startAdresse, endAdresse, von, bis, "EpromDateiBinaer::schreibe")) {
+        ergebnis = 1;
         BearbeitungsFortschritt fortschritt(10240, String("Schreibe Bytes"));
         std::ostream& os = *ausgabe.liefereStrom();
         eprom.laufe(von, bis, [&](const EpromStrecke& s) {

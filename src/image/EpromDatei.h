@@ -66,10 +66,11 @@ public:
     static String liefereZeilenPosition();
 
 protected:
-    // Checks startAdresse..endAdresse against the image; gives the range in
-    // von, bis, and the collected faults in `fehler` (empty when none).
-    static void pruefeBereich(Eprom& eprom, const adrInteger* startAdresse, const adrInteger* endAdresse,
-                              adrInteger& von, adrInteger& bis, String& fehler);
+    // Checks startAdresse..endAdresse against the image and gives the range
+    // in von, bis; reports "HEXFILE-ADR" with every fault found and answers
+    // false when there is one.
+    static bool pruefeBereich(Eprom& eprom, const adrInteger* startAdresse, const adrInteger* endAdresse,
+                              adrInteger& von, adrInteger& bis, const char* funktion);
 
     DateiName datei;
     std::int32_t dateiTyp;

@@ -244,53 +244,46 @@ int IntelHexZeileDaten::schreibe(HexAusgabe& aus, EpromLeser& leser, adrInteger 
     return ok;
 }
 
-int IntelHexZeileSegment::liefereBasis(adrInteger& basis) {
-    if (!zerlege()) {
+namespace {
+
+// The base a segment (factor 16) or linear (factor 65536) record gives: its
+// first two data bytes, whatever the count says.
+int liesBasis(IntelHexZeile& z, adrInteger& basis, std::uint32_t faktor) {
+    if (!z.zerlege()) {
         basis = 0;
         return 0;
     }
-    // The first two data bytes, whatever the count says.
-    basis = (erstesByte(*this, 0) * 256u + erstesByte(*this, 1)) * 16u;
+    basis = (erstesByte(z, 0) * 256u + erstesByte(z, 1)) * faktor;
     return 1;
 }
 
-int IntelHexZeileLinear::liefereBasis(adrInteger& basis) {
-    if (!zerlege()) {
-        basis = 0;
-        return 0;
-    }
-    basis = (erstesByte(*this, 0) * 256u + erstesByte(*this, 1)) * 65536u;
+// Where the bytes add up to 0 this writes "100" for the checksum, and the
+// reader then refuses the line as too long. Intended: files keep coming out
+// as they always have.
+int schreibeBasis(std::ostream& os, adrInteger adr, adrInteger& basis, char typ, std::uint32_t faktor) {
+    basis = adr & 0xFFFF0000;
+    std::uint32_t s = basis / faktor;
+    std::uint32_t hoch = (s >> 8) & 0xFF;
+    SchreibPuffer p(os);
+    p.text(":0200000");
+    p.zeichen(typ);
+    p.zahl(hoch, 2);
+    p.zahl(s & 0xFF, 2);
+    p.zahl(0x100 - ((hoch + s + 2 + (typ - '0')) & 0xFF), 2);
+    p.zeichen('\n');
     return 1;
 }
+
+}  // namespace
+
+int IntelHexZeileSegment::liefereBasis(adrInteger& basis) { return liesBasis(*this, basis, 16); }
+int IntelHexZeileLinear::liefereBasis(adrInteger& basis) { return liesBasis(*this, basis, 65536); }
 
 int schreibeSegmentZeile(std::ostream& os, adrInteger adr, adrInteger& basis) {
-    basis = adr & 0xFFFF0000;
-    std::uint32_t s = basis / 16;
-    std::uint32_t hoch = (s >> 8) & 0xFF;
-    SchreibPuffer p(os);
-    p.text(":02000002");
-    p.zahl(hoch, 2);
-    p.zahl(s & 0xFF, 2);
-    // Can come out as "100" instead of "00"; intended, see schreibeLinearZeile.
-    p.zahl(0x100 - ((hoch + s + 4) & 0xFF), 2);
-    p.zeichen('\n');
-    return 1;
+    return schreibeBasis(os, adr, basis, '2', 16);
 }
-
 int schreibeLinearZeile(std::ostream& os, adrInteger adr, adrInteger& basis) {
-    basis = adr & 0xFFFF0000;
-    std::uint32_t s = basis / 65536;
-    std::uint32_t hoch = (s >> 8) & 0xFF;
-    SchreibPuffer p(os);
-    p.text(":02000004");
-    p.zahl(hoch, 2);
-    p.zahl(s & 0xFF, 2);
-    // Where the bytes add up to 0 this writes "100" for the checksum, and the
-    // reader then refuses the line as too long. Intended: files keep coming
-    // out as they always have.
-    p.zahl(0x100 - ((hoch + s + 6) & 0xFF), 2);
-    p.zeichen('\n');
-    return 1;
+    return schreibeBasis(os, adr, basis, '4', 65536);
 }
 
 // ===================================================================

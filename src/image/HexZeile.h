@@ -169,22 +169,6 @@ protected:
     using MotorolaHexZeile::MotorolaHexZeile;
 };
 
-class MotorolaHexZeileS1 : public MotorolaHexZeileDaten {
-public:
-    MotorolaHexZeileS1() : MotorolaHexZeileDaten('1', 2, {}, false) {}
-    explicit MotorolaHexZeileS1(std::string_view z) : MotorolaHexZeileDaten('1', 2, z, true) {}
-};
-class MotorolaHexZeileS2 : public MotorolaHexZeileDaten {
-public:
-    MotorolaHexZeileS2() : MotorolaHexZeileDaten('2', 3, {}, false) {}
-    explicit MotorolaHexZeileS2(std::string_view z) : MotorolaHexZeileDaten('2', 3, z, true) {}
-};
-class MotorolaHexZeileS3 : public MotorolaHexZeileDaten {
-public:
-    MotorolaHexZeileS3() : MotorolaHexZeileDaten('3', 4, {}, false) {}
-    explicit MotorolaHexZeileS3(std::string_view z) : MotorolaHexZeileDaten('3', 4, z, true) {}
-};
-
 class MotorolaHexZeileEnde : public MotorolaHexZeile {
 public:
     // Writes the record (address 0, no data); gives the state of the stream.
@@ -194,18 +178,18 @@ protected:
     using MotorolaHexZeile::MotorolaHexZeile;
 };
 
-class MotorolaHexZeileS9 : public MotorolaHexZeileEnde {
+// One record type: its type digit and the bytes of its address. Built empty
+// for writing, or around a line for reading.
+template <class Art, char typZiffer, int adrBytes>
+class MotorolaSatz : public Art {
 public:
-    MotorolaHexZeileS9() : MotorolaHexZeileEnde('9', 2, {}, false) {}
-    explicit MotorolaHexZeileS9(std::string_view z) : MotorolaHexZeileEnde('9', 2, z, true) {}
+    MotorolaSatz() : Art(typZiffer, adrBytes, {}, false) {}
+    explicit MotorolaSatz(std::string_view z) : Art(typZiffer, adrBytes, z, true) {}
 };
-class MotorolaHexZeileS8 : public MotorolaHexZeileEnde {
-public:
-    MotorolaHexZeileS8() : MotorolaHexZeileEnde('8', 3, {}, false) {}
-    explicit MotorolaHexZeileS8(std::string_view z) : MotorolaHexZeileEnde('8', 3, z, true) {}
-};
-class MotorolaHexZeileS7 : public MotorolaHexZeileEnde {
-public:
-    MotorolaHexZeileS7() : MotorolaHexZeileEnde('7', 4, {}, false) {}
-    explicit MotorolaHexZeileS7(std::string_view z) : MotorolaHexZeileEnde('7', 4, z, true) {}
-};
+
+using MotorolaHexZeileS1 = MotorolaSatz<MotorolaHexZeileDaten, '1', 2>;
+using MotorolaHexZeileS2 = MotorolaSatz<MotorolaHexZeileDaten, '2', 3>;
+using MotorolaHexZeileS3 = MotorolaSatz<MotorolaHexZeileDaten, '3', 4>;
+using MotorolaHexZeileS9 = MotorolaSatz<MotorolaHexZeileEnde, '9', 2>;
+using MotorolaHexZeileS8 = MotorolaSatz<MotorolaHexZeileEnde, '8', 3>;
+using MotorolaHexZeileS7 = MotorolaSatz<MotorolaHexZeileEnde, '7', 4>;
