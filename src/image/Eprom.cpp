@@ -181,23 +181,23 @@ EpromBereich* EpromSegment::findeBereich(adrInteger adr, int& code, adrInteger& 
     return nullptr;
 }
 
-int EpromSegment::liesDaten(adrInteger adr, std::uint8_t& byte) {
+template <class Feld>
+int EpromSegment::liesFeld(adrInteger adr, std::uint8_t& wert, Feld EpromBereich::*feld) {
     int code;
     EpromBereich* b = sucheBereich(adr, code);
     if (code == nichtImEprom) return nichtImEprom;
     // After one access beyond the array's limit the whole region is out.
-    if (b->daten.istGewarnt()) return nichtImEprom;
-    byte = b->daten[idx(adr)];
+    if ((b->*feld).istGewarnt()) return nichtImEprom;
+    wert = (b->*feld)[idx(adr)];
     return code;
 }
 
+int EpromSegment::liesDaten(adrInteger adr, std::uint8_t& byte) {
+    return liesFeld(adr, byte, &EpromBereich::daten);
+}
+
 int EpromSegment::liesAnzSchr(adrInteger adr, std::uint8_t& anz) {
-    int code;
-    EpromBereich* b = sucheBereich(adr, code);
-    if (code == nichtImEprom) return nichtImEprom;
-    if (b->anzSchr.istGewarnt()) return nichtImEprom;
-    anz = b->anzSchr[idx(adr)];
-    return code;
+    return liesFeld(adr, anz, &EpromBereich::anzSchr);
 }
 
 void EpromSegment::definiere(adrInteger von, adrInteger bis) {

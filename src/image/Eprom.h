@@ -111,6 +111,8 @@ public:
     std::vector<std::unique_ptr<EpromBereich>> bereiche;  // creation order, not address order
 
 private:
+    template <class Feld>
+    int liesFeld(adrInteger adr, std::uint8_t& wert, Feld EpromBereich::*feld);
     void aktualisiereModus();
     bool alleErweiterbar_ = true;
 };

@@ -13,6 +13,8 @@ KdoArgument::KdoArgument(const String& argName) : name_(argName) {}
 
 void KdoArgument::ausgabe(std::ostream& strom) const { strom << liefereTypName(); }
 
+String KdoArgument::liefereTypName() const { return kdoTypWort(liefereTyp()); }
+
 String KdoArgument::typText() const {
     std::ostringstream s;
     ausgabe(s);

@@ -61,7 +61,8 @@ public:
 
     // The type text of help and messages; by default the type name.
     virtual void ausgabe(std::ostream& strom) const;
-    virtual String liefereTypName() const = 0;
+    // The type word of the signature that builds this class.
+    String liefereTypName() const;
     virtual KdoArgTyp liefereTyp() const = 0;
     // The names of an enumeration; others report "NOFUNC" and give null.
     virtual const TextFeld* liefereEnumWerte();

@@ -87,7 +87,6 @@ protected:
 class KdoArgumentInteger : public KdoWertArgument<dataInteger> {
 public:
     explicit KdoArgumentInteger(const String& name) : KdoWertArgument(name) {}
-    String liefereTypName() const override { return "Integer"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::Integer; }
     int interpretiere(AnwKommando& anw, int definition) override;
     dataInteger& liefereArgWertInt() override { return aktuell_; }
@@ -101,7 +100,6 @@ protected:
 class KdoArgumentBoolInteger : public KdoBoolForm<KdoArgumentInteger> {
 public:
     using KdoBoolForm::KdoBoolForm;
-    String liefereTypName() const override { return "BoolInteger"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::BoolInteger; }
     int interpretiere(AnwKommando& anw, int definition) override;
     void setzeArgWertInt(const dataInteger& wert) override;
@@ -113,7 +111,6 @@ protected:
 class KdoArgumentIntegerHex : public KdoWertArgument<adrInteger> {
 public:
     explicit KdoArgumentIntegerHex(const String& name) : KdoWertArgument(name) {}
-    String liefereTypName() const override { return "IntegerHex"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::IntegerHex; }
     int interpretiere(AnwKommando& anw, int definition) override;
     adrInteger& liefereArgWertIntHex() override { return aktuell_; }
@@ -129,7 +126,6 @@ protected:
 class KdoArgumentBoolIntegerHex : public KdoBoolForm<KdoArgumentIntegerHex> {
 public:
     using KdoBoolForm::KdoBoolForm;
-    String liefereTypName() const override { return "BoolIntegerHex"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::BoolIntegerHex; }
     int interpretiere(AnwKommando& anw, int definition) override;
     void setzeArgWertIntHex(const adrInteger& wert) override;
@@ -141,7 +137,6 @@ protected:
 class KdoArgumentPhys : public KdoWertArgument<dataPhys> {
 public:
     explicit KdoArgumentPhys(const String& name) : KdoWertArgument(name) {}
-    String liefereTypName() const override { return "Phys"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::Phys; }
     int interpretiere(AnwKommando& anw, int definition) override;
     dataPhys& liefereArgWertPhys() override { return aktuell_; }
@@ -155,7 +150,6 @@ protected:
 class KdoArgumentBool : public KdoWertArgument<YesNo> {
 public:
     explicit KdoArgumentBool(const String& name) : KdoWertArgument(name) {}
-    String liefereTypName() const override { return "Bool"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::Bool; }
     int interpretiere(AnwKommando& anw, int definition) override;
     YesNo& liefereArgWertBool() override { return aktuell_; }
@@ -188,7 +182,6 @@ protected:
 class KdoArgumentWort : public KdoArgumentText {
 public:
     explicit KdoArgumentWort(const String& name) : KdoArgumentText(name) {}
-    String liefereTypName() const override { return "Wort"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::Wort; }
     int interpretiere(AnwKommando& anw, int definition) override;
 
@@ -199,7 +192,6 @@ protected:
 class KdoArgumentBoolWort : public KdoBoolForm<KdoArgumentWort> {
 public:
     using KdoBoolForm::KdoBoolForm;
-    String liefereTypName() const override { return "BoolWort"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::BoolWort; }
     int interpretiere(AnwKommando& anw, int definition) override;
     void setzeArgWertStr(const String& wert) override;
@@ -214,7 +206,6 @@ class KdoArgumentNameInListe : public KdoArgumentWort {
 public:
     KdoArgumentNameInListe(const String& name, KdoKommando* kommando)
         : KdoArgumentWort(name), kommando_(kommando) {}
-    String liefereTypName() const override { return "NameInListe"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::NameInListe; }
     int interpretiere(AnwKommando& anw, int definition) override;
 
@@ -225,7 +216,6 @@ protected:
 class KdoArgumentBoolNameInListe : public KdoBoolForm<KdoArgumentNameInListe> {
 public:
     using KdoBoolForm::KdoBoolForm;
-    String liefereTypName() const override { return "BoolNameInListe"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::BoolNameInListe; }
     int interpretiere(AnwKommando& anw, int definition) override;
     void setzeArgWertStr(const String& wert) override;
@@ -238,7 +228,6 @@ protected:
 class KdoArgumentLString : public KdoArgumentText {
 public:
     explicit KdoArgumentLString(const String& name) : KdoArgumentText(name) {}
-    String liefereTypName() const override { return "LString"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::LString; }
     int interpretiere(AnwKommando& anw, int definition) override;
 
@@ -250,7 +239,6 @@ protected:
 class KdoArgumentString : public KdoArgumentText {
 public:
     explicit KdoArgumentString(const String& name) : KdoArgumentText(name) {}
-    String liefereTypName() const override { return "String"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::String; }
     int interpretiere(AnwKommando& anw, int definition) override;
 
@@ -264,7 +252,6 @@ class KdoArgumentNamenInListe : public KdoArgumentText {
 public:
     KdoArgumentNamenInListe(const String& name, KdoKommando* kommando)
         : KdoArgumentText(name), kommando_(kommando) {}
-    String liefereTypName() const override { return "NamenInListe"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::NamenInListe; }
     int interpretiere(AnwKommando& anw, int definition) override;
     // Selects the named elements with `auswahl` 2, all of them for an empty
@@ -284,7 +271,6 @@ protected:
 class KdoArgumentBoolNamenInListe : public KdoBoolForm<KdoArgumentNamenInListe> {
 public:
     using KdoBoolForm::KdoBoolForm;
-    String liefereTypName() const override { return "BoolNamenInListe"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::BoolNamenInListe; }
     // The placeholder of this class is written inside quotes: "/".
     int interpretiere(AnwKommando& anw, int definition) override;
@@ -297,7 +283,6 @@ public:
 class KdoArgumentRegExpr : public KdoArgumentText {
 public:
     explicit KdoArgumentRegExpr(const String& name) : KdoArgumentText(name) {}
-    String liefereTypName() const override { return "RegExpr"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::RegExpr; }
     int interpretiere(AnwKommando& anw, int definition) override;
 
@@ -311,7 +296,6 @@ protected:
 class KdoArgumentDateiName : public KdoWertArgument<DateiName> {
 public:
     explicit KdoArgumentDateiName(const String& name) : KdoWertArgument(name, DateiName("x.x")) {}
-    String liefereTypName() const override { return "DateiName"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::DateiName; }
     int interpretiere(AnwKommando& anw, int definition) override;
     DateiName& liefereArgWertDatei() override { return aktuell_; }
@@ -325,7 +309,6 @@ protected:
 class KdoArgumentDateiPfad : public KdoArgumentDateiName {
 public:
     explicit KdoArgumentDateiPfad(const String& name) : KdoArgumentDateiName(name) {}
-    String liefereTypName() const override { return "DateiPfad"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::DateiPfad; }
     int interpretiere(AnwKommando& anw, int definition) override;
 };
@@ -338,7 +321,6 @@ public:
 class KdoArgumentKdoObjekt : public KdoArgument {
 public:
     KdoArgumentKdoObjekt(const String& name, const String& erlaubteTypen);
-    String liefereTypName() const override { return "KdoObjekt"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::KdoObjekt; }
     // The type name, then the allowed types in parentheses.
     void ausgabe(std::ostream& strom) const override;
@@ -364,7 +346,6 @@ protected:
 class KdoArgumentBoolKdoObjekt : public KdoBoolForm<KdoArgumentKdoObjekt> {
 public:
     using KdoBoolForm::KdoBoolForm;
-    String liefereTypName() const override { return "BoolKdoObjekt"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::BoolKdoObjekt; }
     int interpretiere(AnwKommando& anw, int definition) override;
     // An empty path gives null without a message.
@@ -380,7 +361,6 @@ class KdoArgumentEnum : public KdoWertArgument<dataInteger> {
 public:
     KdoArgumentEnum(const String& name, const String& namenText);
     ~KdoArgumentEnum() override;
-    String liefereTypName() const override { return "Enum"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::Enum; }
     // "Enum{", the names joined by ",", "}".
     void ausgabe(std::ostream& strom) const override;
@@ -432,7 +412,6 @@ extern template class KdoArgumentPaarListe<WertePaarStr>;
 class KdoArgumentWPListe : public KdoArgumentPaarListe<WertePaar> {
 public:
     explicit KdoArgumentWPListe(const String& name) : KdoArgumentPaarListe(name) {}
-    String liefereTypName() const override { return "WPListe"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::WPListe; }
     int interpretiere(AnwKommando& anw, int definition) override;
     WertePaar* liefereArgWertWP(std::uint16_t i) override;
@@ -448,7 +427,6 @@ protected:
 class KdoArgumentWPStrListe : public KdoArgumentPaarListe<WertePaarStr> {
 public:
     explicit KdoArgumentWPStrListe(const String& name) : KdoArgumentPaarListe(name) {}
-    String liefereTypName() const override { return "WPStrListe"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::WPStrListe; }
     int interpretiere(AnwKommando& anw, int definition) override;
     WertePaarStr* liefereArgWertWPStr(std::uint16_t i) override;
@@ -465,7 +443,6 @@ protected:
 class KdoArgumentParameterListe : public KdoArgument {
 public:
     explicit KdoArgumentParameterListe(const String& name);
-    String liefereTypName() const override { return "ParameterListe"; }
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::ParameterListe; }
     void zeigeWert(std::ostream& strom) const override;
     void zeigeVorgabe(std::ostream& strom) const override;

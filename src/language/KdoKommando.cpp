@@ -81,6 +81,12 @@ constexpr bool jederTypEinmal() {
 static_assert(jederTypEinmal(), "every argument type needs exactly one type word");
 }  // namespace
 
+const char* kdoTypWort(KdoArgTyp typ) {
+    for (const TypWort& w : typWorte)
+        if (w.typ == typ) return w.wort;
+    return "";
+}
+
 std::unique_ptr<KdoArgument> erzeugeKdoArgument(const String& typWort, const String& name,
                                                 KdoKommando* kommando) {
     const std::string& wort = typWort.str();

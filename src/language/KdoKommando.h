@@ -115,6 +115,8 @@ struct KdoEintrag {
 
 // Makes the argument object of one type word of a signature, or null for an
 // unknown word. `kommando` is handed to the types that need their command.
+// The type word that builds arguments of type `typ`.
+const char* kdoTypWort(KdoArgTyp typ);
 std::unique_ptr<KdoArgument> erzeugeKdoArgument(const String& typWort, const String& name,
                                                 KdoKommando* kommando);
 
