@@ -97,14 +97,19 @@ namespace {
 
 // Reads the search text of suche and sucheErstes into the pattern; reports
 // a refused one.
-bool setzeSuche(KivEprom& kiv, KdoKommando& kommando) {
+// Takes the search text of the command and starts the answer with `kopf`;
+// null when the text is refused.
+std::ostream* setzeSuche(KivEprom& kiv, KdoKommando& kommando, const char* kopf) {
     namespace arg = kdoArg::suche;
     String text = kommando[arg::suchText].liefereArgWertStr();
     const int hex = kommando[arg::darstellung].liefereArgWertInt() == 0;
-    if (kiv.setzeSuchMuster(text, hex)) return true;
-    text.entferneHinten();
-    Fehler("INVALID-SEARCH-VALUE", "KivEprom::kdoSuche ", text, 'E');
-    return false;
+    if (!kiv.setzeSuchMuster(text, hex)) {
+        text.entferneHinten();
+        Fehler("INVALID-SEARCH-VALUE", "KivEprom::kdoSuche ", text, 'E');
+        return nullptr;
+    }
+    *kdoAnzeigeStream << std::hex << std::uppercase << kopf << "\n";
+    return kdoAnzeigeStream;
 }
 
 // The answer of sucheErstes and sucheNaechstes: the first match in von..bis
@@ -126,10 +131,9 @@ int zeigeTreffer(std::ostream& os, KivEprom& kiv, adrInteger von, adrInteger bis
 
 int kdoSuche(KdoObjekt& objekt, KdoKommando& kommando) {
     auto& kiv = static_cast<KivEprom&>(objekt);
-    if (!setzeSuche(kiv, kommando)) return 0;
-    std::ostream& os = *kdoAnzeigeStream;
-    os << std::hex << std::uppercase << "Suchergebnis: "
-       << "\n";
+    std::ostream* aus = setzeSuche(kiv, kommando, "Suchergebnis: ");
+    if (!aus) return 0;
+    std::ostream& os = *aus;
 
     // One walk for all matches: each next one is looked for from the byte
     // behind the last, so overlapping matches count.
@@ -153,11 +157,10 @@ int kdoSuche(KdoObjekt& objekt, KdoKommando& kommando) {
 
 int kdoSucheErstes(KdoObjekt& objekt, KdoKommando& kommando) {
     auto& kiv = static_cast<KivEprom&>(objekt);
-    if (!setzeSuche(kiv, kommando)) return 0;
-    std::ostream& os = *kdoAnzeigeStream;
-    os << std::hex << std::uppercase << " "
-       << "\n";
-    return zeigeTreffer(os, kiv, kiv.eprom->liefereAnfAdr(), kiv.eprom->liefereEndAdr(), "Erste Adresse: [");
+    std::ostream* aus = setzeSuche(kiv, kommando, " ");
+    if (!aus) return 0;
+    return zeigeTreffer(*aus, kiv, kiv.eprom->liefereAnfAdr(), kiv.eprom->liefereEndAdr(),
+                        "Erste Adresse: [");
 }
 
 int kdoSucheNaechstes(KdoObjekt& objekt, KdoKommando&) {

@@ -121,11 +121,6 @@ int KdoArgumentBoolNamenInListe::liefereArgWertListe() {
     return waehleAus(*liste);
 }
 
-void KdoArgumentBoolNamenInListe::setzeArgWertStr(const String& wert) {
-    aktuell_ = wert;
-    gesetzt_ = 1;
-}
-
 void KdoArgumentBoolNamenInListe::setzeArgWertListe(const String& namen) {
     aktuell_ = namen;
     gesetzt_ = 1;

@@ -192,22 +192,12 @@ int KdoArgumentBoolWort::interpretiere(AnwKommando& anw, int definition) {
     return interpretiereBool(anw, definition, "KdoArgumentBoolWort::interpretiere");
 }
 
-void KdoArgumentBoolWort::setzeArgWertStr(const String& wert) {
-    aktuell_ = wert;
-    gesetzt_ = 1;
-}
-
 int KdoArgumentNameInListe::interpretiere(AnwKommando& anw, int definition) {
     return rahmen(anw, definition, "KdoArgumentNameInListe::interpretiere");
 }
 
 int KdoArgumentBoolNameInListe::interpretiere(AnwKommando& anw, int definition) {
     return interpretiereBool(anw, definition, "KdoArgumentBoolNameInListe::interpretiere");
-}
-
-void KdoArgumentBoolNameInListe::setzeArgWertStr(const String& wert) {
-    aktuell_ = wert;
-    gesetzt_ = 1;
 }
 
 int KdoArgumentLString::interpretiere(AnwKommando& anw, int definition) {

@@ -60,6 +60,17 @@ protected:
     char platzhalter_ = '/';
 };
 
+// The Bool form of a text class: a text set from outside counts as given.
+template <class Basis>
+class KdoBoolText : public KdoBoolForm<Basis> {
+public:
+    using KdoBoolForm<Basis>::KdoBoolForm;
+    void setzeArgWertStr(const String& wert) override {
+        this->aktuell_ = wert;
+        this->gesetzt_ = 1;
+    }
+};
+
 // ---------------------------------------------------------------------------
 // The value part of a plain argument class: a current value and a default,
 // and how one of them is shown.
@@ -189,12 +200,11 @@ protected:
     Token liesToken(AnwKommando& anw, std::istream& strom) override;
 };
 
-class KdoArgumentBoolWort : public KdoBoolForm<KdoArgumentWort> {
+class KdoArgumentBoolWort : public KdoBoolText<KdoArgumentWort> {
 public:
-    using KdoBoolForm::KdoBoolForm;
+    using KdoBoolText::KdoBoolText;
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::BoolWort; }
     int interpretiere(AnwKommando& anw, int definition) override;
-    void setzeArgWertStr(const String& wert) override;
 
 protected:
     bool kannBeginnen(int c) const override { return istWortZeichen(c); }
@@ -213,12 +223,11 @@ protected:
     KdoKommando* kommando_;
 };
 
-class KdoArgumentBoolNameInListe : public KdoBoolForm<KdoArgumentNameInListe> {
+class KdoArgumentBoolNameInListe : public KdoBoolText<KdoArgumentNameInListe> {
 public:
-    using KdoBoolForm::KdoBoolForm;
+    using KdoBoolText::KdoBoolText;
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::BoolNameInListe; }
     int interpretiere(AnwKommando& anw, int definition) override;
-    void setzeArgWertStr(const String& wert) override;
 
 protected:
     bool kannBeginnen(int c) const override { return istWortZeichen(c); }
@@ -268,14 +277,13 @@ protected:
     KdoKommando* kommando_;
 };
 
-class KdoArgumentBoolNamenInListe : public KdoBoolForm<KdoArgumentNamenInListe> {
+class KdoArgumentBoolNamenInListe : public KdoBoolText<KdoArgumentNamenInListe> {
 public:
-    using KdoBoolForm::KdoBoolForm;
+    using KdoBoolText::KdoBoolText;
     KdoArgTyp liefereTyp() const override { return KdoArgTyp::BoolNamenInListe; }
     // The placeholder of this class is written inside quotes: "/".
     int interpretiere(AnwKommando& anw, int definition) override;
     int liefereArgWertListe() override;
-    void setzeArgWertStr(const String& wert) override;
     void setzeArgWertListe(const String& namen) override;
 };
 
