@@ -425,17 +425,27 @@ int MotorolaHexZeile::zerlege() {
     return 1;
 }
 
+namespace {
+// The count and the address bytes of a Motorola record, high byte first;
+// gives their sum, the start of the record's checksum.
+template <class Aus>
+std::uint32_t schreibeZaehlUndAdresse(Aus& aus, std::uint32_t zaehl, adrInteger adresse, int adrBytes) {
+    aus.zahl(zaehl, 2);
+    std::uint32_t summe = zaehl;
+    for (int k = adrBytes - 1; k >= 0; --k) {
+        std::uint32_t b = (adresse >> (8 * k)) & 0xFF;
+        aus.zahl(b, 2);
+        summe += b;
+    }
+    return summe;
+}
+}  // namespace
+
 int MotorolaHexZeile::schreibeKopf(std::ostream& os) {
     SchreibPuffer p(os);
     std::uint32_t zaehl = static_cast<std::uint32_t>(std::max<int>(anzahl, 0)) + adrBytes_ + 1;
     p.zeichen(typZiffer_);
-    p.zahl(zaehl, 2);
-    summe = zaehl;
-    for (int k = adrBytes_ - 1; k >= 0; --k) {
-        std::uint32_t b = (adresse >> (8 * k)) & 0xFF;
-        p.zahl(b, 2);
-        summe += b;
-    }
+    summe = schreibeZaehlUndAdresse(p, zaehl, adresse, adrBytes_);
     p.leere();
     return os.good() ? 1 : 0;
 }
@@ -510,13 +520,7 @@ int MotorolaHexZeileDaten::schreibe(HexAusgabe& aus, EpromLeser& leser, adrInteg
     std::uint32_t zaehl = anz + static_cast<std::uint32_t>(adrBytes_) + 1;
     aus.zeichen('S');
     aus.zeichen(typZiffer_);
-    aus.zahl(zaehl, 2);
-    summe = zaehl;
-    for (int k = adrBytes_ - 1; k >= 0; --k) {
-        std::uint32_t b = (fileAdr >> (8 * k)) & 0xFF;
-        aus.zahl(b, 2);
-        summe += b;
-    }
+    summe = schreibeZaehlUndAdresse(aus, zaehl, fileAdr, adrBytes_);
     int ok = schreibeBytes(aus, leser, adr, anz, summe);
     aus.zahl(~summe & 0xFF, 2);
     aus.zeichen('\n');

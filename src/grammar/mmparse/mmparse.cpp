@@ -237,26 +237,32 @@ void* reallokiere(void* alt, std::size_t groesse, const char* name) {
     return std::realloc(alt, groesse);
 }
 
-std::int32_t neuerFrame(std::int32_t& index) {
-    if (mm.frameZahl == mm.frameBlockZahl * kFramesProBlock) {
-        if (mm.frameBlockZahl == kMaxBloecke) return fehler(MM_ARRAY_VOLL, nullptr);
-        void* b = allokiere(sizeof(ArrayFrame) * kFramesProBlock, "ARRAY");
-        if (!b) return fehler(MM_NOMEM_ARRAY, nullptr);
-        mm.frameBloecke[mm.frameBlockZahl++] = static_cast<ArrayFrame*>(b);
+namespace {
+// A new entry of an array that grows block by block: `zahl` entries in
+// `blockZahl` blocks of `proBlock` each.
+template <class Eintrag>
+std::int32_t neuerEintrag(std::int32_t& zahl, int& blockZahl, Eintrag** bloecke, std::int32_t proBlock,
+                          std::int32_t voll, std::int32_t ohneSpeicher, const char* was,
+                          std::int32_t& index) {
+    if (zahl == blockZahl * proBlock) {
+        if (blockZahl == kMaxBloecke) return fehler(voll, nullptr);
+        void* b = allokiere(sizeof(Eintrag) * proBlock, was);
+        if (!b) return fehler(ohneSpeicher, nullptr);
+        bloecke[blockZahl++] = static_cast<Eintrag*>(b);
     }
-    index = mm.frameZahl++;
+    index = zahl++;
     return kWeiter;
+}
+}  // namespace
+
+std::int32_t neuerFrame(std::int32_t& index) {
+    return neuerEintrag(mm.frameZahl, mm.frameBlockZahl, mm.frameBloecke, kFramesProBlock, MM_ARRAY_VOLL,
+                        MM_NOMEM_ARRAY, "ARRAY", index);
 }
 
 std::int32_t neueVariable(std::int32_t& index) {
-    if (mm.varZahl == mm.varBlockZahl * kVarsProBlock) {
-        if (mm.varBlockZahl == kMaxBloecke) return fehler(MM_VARRAY_VOLL, nullptr);
-        void* b = allokiere(sizeof(VarrayEntry) * kVarsProBlock, "VARRAY");
-        if (!b) return fehler(MM_NOMEM_VARRAY, nullptr);
-        mm.varBloecke[mm.varBlockZahl++] = static_cast<VarrayEntry*>(b);
-    }
-    index = mm.varZahl++;
-    return kWeiter;
+    return neuerEintrag(mm.varZahl, mm.varBlockZahl, mm.varBloecke, kVarsProBlock, MM_VARRAY_VOLL,
+                        MM_NOMEM_VARRAY, "VARRAY", index);
 }
 
 std::int32_t fehler(std::int32_t code, const Byte* stelle) {
