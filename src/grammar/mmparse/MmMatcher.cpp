@@ -48,6 +48,13 @@ std::vector<std::int32_t>& groesseCache(std::vector<std::int32_t>& cache) {
     return cache;
 }
 
+// The end of the bracket at grammar offset `o`, where a scan found it before.
+bool bekanntesEnde(const std::vector<std::int32_t>& cache, std::size_t o, const Byte*& zu) {
+    if (cache[o] < 0) return false;
+    zu = mm.grammar + cache[o];
+    return true;
+}
+
 // --- scans over the grammar -------------------------------------------------
 
 std::int32_t ueberspringeMenge(const Byte*& p) {
@@ -84,10 +91,7 @@ std::vector<std::int32_t> offeneGruppen;
 std::int32_t findeGruppenEnde(const Byte* offen, const Byte*& zu) {
     std::vector<std::int32_t>& cache = groesseCache(mm.gruppenEnde);
     const auto o = static_cast<std::size_t>(offen - mm.grammar);
-    if (cache[o] >= 0) {
-        zu = mm.grammar + cache[o];
-        return kWeiter;
-    }
+    if (bekanntesEnde(cache, o, zu)) return kWeiter;
     offeneGruppen.clear();
     offeneGruppen.push_back(static_cast<std::int32_t>(o));
     const Byte* p = offen + 1;
@@ -151,10 +155,7 @@ std::int32_t findeAlternative(const Byte* p, const Byte*& strich) {
 std::int32_t findeMengenEnde(const Byte* offen, const Byte*& zu) {
     std::vector<std::int32_t>& cache = groesseCache(mm.mengenEnde);
     const auto o = static_cast<std::size_t>(offen - mm.grammar);
-    if (cache[o] >= 0) {
-        zu = mm.grammar + cache[o];
-        return kWeiter;
-    }
+    if (bekanntesEnde(cache, o, zu)) return kWeiter;
     const Byte* p = offen + 1;
     bool variabel = false;
     if (*p != ']') {

@@ -305,23 +305,18 @@ std::int32_t leseEscape(const Byte*& p, Byte& wert) {
     const Byte* start = p;
     std::int32_t r = ueberspringeEscape(p);
     if (r != kWeiter) return r;
-    switch (start[1]) {
-    case 'b':
-    case 'B': wert = 8; break;
-    case 'c':
-    case 'C': wert = 13; break;
-    case 'e':
-    case 'E': wert = 27; break;
-    case 'f':
-    case 'F': wert = 12; break;
-    case 'n':
-    case 'N': wert = 10; break;
-    case 't':
-    case 'T': wert = 9; break;
-    case 'z':
-    case 'Z': wert = 0; break;
-    case 'x':
-    case 'X': {
+    // A letter names a control character in either case; an x brings a
+    // byte in hex; any other character stands for itself. Only the two cases
+    // of a letter meet under `| 0x20`.
+    switch (start[1] | 0x20) {
+    case 'b': wert = 8; break;
+    case 'c': wert = 13; break;
+    case 'e': wert = 27; break;
+    case 'f': wert = 12; break;
+    case 'n': wert = 10; break;
+    case 't': wert = 9; break;
+    case 'z': wert = 0; break;
+    case 'x': {
         int hoch = hexWert(start[2]);
         int tief = hexWert(start[3]);
         if (hoch < 0 || tief < 0) return fehler(MM_ILLEGALHEXCHAR, start);
