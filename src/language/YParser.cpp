@@ -11,26 +11,26 @@ namespace {
 
 }  // namespace
 
-YParser::YParser(Scanner& s, const YTabelle& t) : scanner(&s), tabelle(&t) { stapel.reserve(1024); }
+YParser::YParser(Scanner& s, const YTabelle& t) : scanner_(&s), tabelle_(&t) { stapel_.reserve(1024); }
 
 YParser::~YParser() = default;
 
 void YParser::errorMessage() {
     StringPuffer zeile;
     StringPuffer marke;
-    scanner->liefereQuelle().zeilenText(tokenPosition, zeile);
-    scanner->liefereQuelle().marke(tokenPosition, marke);
-    std::cerr << quellName << ':' << tokenPosition.zeile << ':' << tokenPosition.spalte << ": syntax error:\n"
+    scanner_->liefereQuelle().zeilenText(tokenPosition_, zeile);
+    scanner_->liefereQuelle().marke(tokenPosition_, marke);
+    std::cerr << quellName_ << ':' << tokenPosition_.zeile << ':' << tokenPosition_.spalte << ": syntax error:\n"
               << zeile << '\n'
               << marke << std::endl;
 }
 
 void YParser::initParser() {
-    stapel.clear();
-    stapel.push_back(0);
-    tokenDa = false;
-    syntaxFehler = 0;
-    erholung = false;
+    stapel_.clear();
+    stapel_.push_back(0);
+    tokenDa_ = false;
+    syntaxFehler_ = 0;
+    erholung_ = false;
 }
 
 int YParser::beiFehlerToken(dataInteger t) { return t == KdoToken::ENDE ? 1 : 0; }
@@ -41,7 +41,7 @@ void YParser::nachGoto() {}
 
 void YParser::vorReduktion(dataInteger) {}
 
-dataInteger YParser::holeToken() { return token = scanner->naechstesToken(tokenText, tokenPosition); }
+dataInteger YParser::holeToken() { return token_ = scanner_->naechstesToken(tokenText_, tokenPosition_); }
 
 void YParser::fuehreAus(YAktion aktion) {
     if (aktion) (this->*aktion)();
@@ -49,16 +49,16 @@ void YParser::fuehreAus(YAktion aktion) {
 
 int YParser::parse() {
     initParser();
-    laeuft = true;
-    while (laeuft) {
-        if (!tokenDa) {
+    laeuft_ = true;
+    while (laeuft_) {
+        if (!tokenDa_) {
             holeToken();
-            tokenDa = true;
+            tokenDa_ = true;
         }
-        const YZustand& zustand = tabelle->zustaende[stapel.back()];
+        const YZustand& zustand = tabelle_->zustaende[stapel_.back()];
         const YAktionsEintrag* eintrag = nullptr;
         for (const YAktionsEintrag& e : zustand.aktionen) {
-            if (!e.fehlerToken && e.token == token) {
+            if (!e.fehlerToken && e.token == token_) {
                 eintrag = &e;
                 break;
             }
@@ -67,13 +67,13 @@ int YParser::parse() {
             switch (eintrag->art) {
             case Y_REDUZIERE: reduziere(eintrag->ziel, eintrag->aktion); break;
             case Y_SCHIEBE:
-                erholung = false;
-                tokenDa = false;
-                stapel.push_back(eintrag->ziel);
+                erholung_ = false;
+                tokenDa_ = false;
+                stapel_.push_back(eintrag->ziel);
                 nachVerschieben();
                 fuehreAus(eintrag->aktion);
                 break;
-            case Y_AKZEPTIERE: laeuft = false; break;
+            case Y_AKZEPTIERE: laeuft_ = false; break;
             default: behandleFehler(); break;
             }
         } else if (zustand.defaultArt == Y_FEHLER) {
@@ -85,21 +85,21 @@ int YParser::parse() {
             tabellenFehler("YParser::performDefaultAction(): faltal error.");
         }
     }
-    return syntaxFehler;
+    return syntaxFehler_;
 }
 
 void YParser::reduziere(dataInteger regelNummer, YAktion aktion) {
-    const YRegel& regel = tabelle->regeln[regelNummer];
+    const YRegel& regel = tabelle_->regeln[regelNummer];
     vorReduktion(regel.laenge);
     fuehreAus(aktion);
-    if (regel.laenge < 0 || static_cast<std::size_t>(regel.laenge) >= stapel.size())
+    if (regel.laenge < 0 || static_cast<std::size_t>(regel.laenge) >= stapel_.size())
         tabellenFehler("Stack::reduce(): fatal error #1");
-    stapel.resize(stapel.size() - regel.laenge);
-    const YZustand& oben = tabelle->zustaende[stapel.back()];
+    stapel_.resize(stapel_.size() - regel.laenge);
+    const YZustand& oben = tabelle_->zustaende[stapel_.back()];
     if (oben.gotos.empty()) tabellenFehler("YParser::searchNontermAction(): fatal error #1.");
     for (const YGotoEintrag& g : oben.gotos) {
         if (g.nichtTerminal == regel.links) {
-            stapel.push_back(g.ziel);
+            stapel_.push_back(g.ziel);
             nachGoto();
             return;
         }
@@ -108,33 +108,33 @@ void YParser::reduziere(dataInteger regelNummer, YAktion aktion) {
 }
 
 void YParser::behandleFehler() {
-    if (erholung) {
-        if (beiFehlerToken(token))
-            laeuft = false;
+    if (erholung_) {
+        if (beiFehlerToken(token_))
+            laeuft_ = false;
         else
-            tokenDa = false;
+            tokenDa_ = false;
         return;
     }
     for (;;) {
-        for (const YAktionsEintrag& e : tabelle->zustaende[stapel.back()].aktionen) {
+        for (const YAktionsEintrag& e : tabelle_->zustaende[stapel_.back()].aktionen) {
             if (e.fehlerToken) {
-                erholung = true;
+                erholung_ = true;
                 fuehreAus(e.aktion);
                 meldeSyntaxFehler();
-                stapel.push_back(e.ziel);
+                stapel_.push_back(e.ziel);
                 return;
             }
         }
-        if (stapel.size() <= 1) {
+        if (stapel_.size() <= 1) {
             meldeSyntaxFehler();
-            laeuft = false;
+            laeuft_ = false;
             return;
         }
-        stapel.pop_back();
+        stapel_.pop_back();
     }
 }
 
 void YParser::meldeSyntaxFehler() {
-    syntaxFehler = 1;
+    syntaxFehler_ = 1;
     errorMessage();
 }

@@ -86,17 +86,17 @@ public:
     virtual void nachGoto();
     virtual void vorReduktion(dataInteger laenge);
 
-    void setzeQuellName(const String& name) { quellName = name; }
-    const String& liefereQuellName() const { return quellName; }
+    void setzeQuellName(const String& name) { quellName_ = name; }
+    const String& liefereQuellName() const { return quellName_; }
     // The token in hand (or last shifted), its text and position.
-    dataInteger liefereToken() const { return token; }
-    const String& liefereTokenText() const { return tokenText; }
-    const QuellPosition& liefereTokenPosition() const { return tokenPosition; }
+    dataInteger liefereToken() const { return token_; }
+    const String& liefereTokenText() const { return tokenText_; }
+    const QuellPosition& liefereTokenPosition() const { return tokenPosition_; }
 
 protected:
     // Fetches the next token from the scanner into the three fields above.
     virtual dataInteger holeToken();
-    Scanner& liefereScanner() { return *scanner; }
+    Scanner& liefereScanner() { return *scanner_; }
 
 private:
     void fuehreAus(YAktion aktion);
@@ -104,15 +104,15 @@ private:
     void behandleFehler();
     void meldeSyntaxFehler();
 
-    String quellName;
-    Scanner* scanner;
-    const YTabelle* tabelle;
-    std::vector<dataInteger> stapel;
-    dataInteger token = 0;
-    String tokenText;
-    QuellPosition tokenPosition;
-    bool tokenDa = false;
-    bool erholung = false;
-    bool laeuft = false;
-    int syntaxFehler = 0;
+    String quellName_;
+    Scanner* scanner_;
+    const YTabelle* tabelle_;
+    std::vector<dataInteger> stapel_;
+    dataInteger token_ = 0;
+    String tokenText_;
+    QuellPosition tokenPosition_;
+    bool tokenDa_ = false;
+    bool erholung_ = false;
+    bool laeuft_ = false;
+    int syntaxFehler_ = 0;
 };
