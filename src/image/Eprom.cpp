@@ -283,20 +283,20 @@ adrInteger EpromSegment::liefereEndAdr() const {
 // ===================================================================
 
 Eprom::Eprom() {
-    segmente.push_back(std::make_unique<EpromSegment>());
+    segmente_.push_back(std::make_unique<EpromSegment>());
     baueTabelle();
 }
 
 Eprom::Eprom(const Eprom& quelle) {
-    for (const auto& s : quelle.segmente) segmente.push_back(std::make_unique<EpromSegment>(*s));
+    for (const auto& s : quelle.segmente_) segmente_.push_back(std::make_unique<EpromSegment>(*s));
     baueTabelle();
 }
 
 Eprom& Eprom::operator=(const Eprom& quelle) {
     if (this != &quelle) {
         std::vector<std::unique_ptr<EpromSegment>> kopie;
-        for (const auto& s : quelle.segmente) kopie.push_back(std::make_unique<EpromSegment>(*s));
-        segmente.swap(kopie);
+        for (const auto& s : quelle.segmente_) kopie.push_back(std::make_unique<EpromSegment>(*s));
+        segmente_.swap(kopie);
         baueTabelle();
     }
     return *this;
@@ -305,23 +305,23 @@ Eprom& Eprom::operator=(const Eprom& quelle) {
 Eprom::~Eprom() = default;
 
 void Eprom::baueTabelle() {
-    anzBereiche = 0;
-    for (const auto& s : segmente) anzBereiche += s->anzahlBereiche();
-    bereiche.clear();
-    bereiche.reserve(static_cast<std::size_t>(anzBereiche));
-    for (std::size_t s = 0; s < segmente.size(); ++s)
-        for (const auto& b : segmente[s]->bereiche)
-            bereiche.push_back({static_cast<std::int32_t>(s), b->anfAdr, b->endAdr});
+    anzBereiche_ = 0;
+    for (const auto& s : segmente_) anzBereiche_ += s->anzahlBereiche();
+    bereiche_.clear();
+    bereiche_.reserve(static_cast<std::size_t>(anzBereiche_));
+    for (std::size_t s = 0; s < segmente_.size(); ++s)
+        for (const auto& b : segmente_[s]->bereiche)
+            bereiche_.push_back({static_cast<std::int32_t>(s), b->anfAdr, b->endAdr});
     std::stable_sort(
-        bereiche.begin(), bereiche.end(),
+        bereiche_.begin(), bereiche_.end(),
         [](const EpromBereichEintrag& x, const EpromBereichEintrag& y) { return x.anfAdr < y.anfAdr; });
 }
 
 void Eprom::nachSchreiben(int code, adrInteger von, adrInteger bis) {
-    if (code == EpromSegment::freiUnten && !bereiche.empty()) {
+    if (code == EpromSegment::freiUnten && !bereiche_.empty()) {
         // Only row 0 is patched, whichever region it stands for.
-        bereiche[0].anfAdr = std::min(bereiche[0].anfAdr, von);
-        bereiche[0].endAdr = std::max(bereiche[0].endAdr, bis);
+        bereiche_[0].anfAdr = std::min(bereiche_[0].anfAdr, von);
+        bereiche_[0].endAdr = std::max(bereiche_[0].endAdr, bis);
     } else if (code == EpromSegment::freiOben) {
         baueTabelle();
     }
@@ -341,9 +341,9 @@ void Eprom::meldeNichtImEprom(const char* funktion, adrInteger adr) {
 int Eprom::sucheByte(adrInteger adr, std::uint8_t& byte, int& segNr) {
     int ergebnis = EpromSegment::nichtImEprom;
     segNr = 0;
-    for (std::size_t s = 0; s < segmente.size(); ++s) {
+    for (std::size_t s = 0; s < segmente_.size(); ++s) {
         segNr = static_cast<int>(s);
-        ergebnis = segmente[s]->liesDaten(adr, byte);
+        ergebnis = segmente_[s]->liesDaten(adr, byte);
         if (ergebnis == EpromSegment::fest) break;
     }
     return ergebnis;
@@ -357,7 +357,7 @@ int Eprom::schreibe(adrInteger adr, std::uint8_t wert, int meldung) {
         if (meldung) meldeNichtImEprom("Eprom::setzeByteMit", adr);
         return 0;
     }
-    EpromSegment& seg = *segmente[static_cast<std::size_t>(segNr)];
+    EpromSegment& seg = *segmente_[static_cast<std::size_t>(segNr)];
     EpromBereich* b = seg.sucheBereich(adr, code);
     if (b->erweiterbar) {
         bool verschoben = false;
@@ -403,8 +403,8 @@ std::uint8_t Eprom::liefereAnzSchrMit(adrInteger adr) {
 // path would neither insert a region nor freeze an array, so that both end in
 // the same state; gives 0 where the byte-wise path must run.
 std::uint32_t Eprom::schreibeSpanne(adrInteger adr, const std::uint8_t* quelle, std::uint32_t anzahl) {
-    if (segmente.size() != 1) return 0;
-    EpromSegment& seg = *segmente[0];
+    if (segmente_.size() != 1) return 0;
+    EpromSegment& seg = *segmente_[0];
     int code;
     adrInteger grenze;
     EpromBereich* b = seg.findeBereich(adr, code, grenze);
@@ -514,7 +514,7 @@ void Eprom::liefereStrecke(adrInteger adr, adrInteger bis, EpromStrecke& s) cons
     s.daten = s.anzSchr = nullptr;
     s.imEprom = true;
     std::uint64_t n = std::uint64_t(bis) - adr + 1;
-    const EpromSegment& seg = *segmente.front();
+    const EpromSegment& seg = *segmente_.front();
     int code;
     adrInteger grenze;
     const EpromBereich* b = seg.findeBereich(adr, code, grenze);
@@ -544,7 +544,7 @@ void Eprom::liefereStrecke(adrInteger adr, adrInteger bis, EpromStrecke& s) cons
 
 void Eprom::vermerkeLesen(adrInteger von, adrInteger bis) {
     if (bis <= fensterMaske) return;
-    for (auto& seg : segmente) {
+    for (auto& seg : segmente_) {
         if (!seg->istFrei()) continue;
         std::uint64_t a = std::max<adrInteger>(von, fensterMaske + 1);
         for (; a <= bis; a = (a | fensterMaske) + 1) {
@@ -557,8 +557,8 @@ void Eprom::vermerkeLesen(adrInteger von, adrInteger bis) {
 }
 
 void Eprom::umfasse(adrInteger von, adrInteger bis) {
-    if (segmente.size() != 1 || !istFrei()) return;
-    EpromSegment& seg = *segmente.front();
+    if (segmente_.size() != 1 || !istFrei()) return;
+    EpromSegment& seg = *segmente_.front();
     for (std::uint64_t a = von; a <= bis;) {
         auto lo = static_cast<adrInteger>(a);
         adrInteger hi = std::min<adrInteger>(bis, lo | fensterMaske);
@@ -586,18 +586,18 @@ void Eprom::umfasse(adrInteger von, adrInteger bis) {
 
 adrInteger Eprom::liefereAnfAdr() const {
     adrInteger a = 0xFFFFFFFF;
-    for (const auto& s : segmente) a = std::min(a, s->liefereAnfAdr());
+    for (const auto& s : segmente_) a = std::min(a, s->liefereAnfAdr());
     return a;
 }
 
 adrInteger Eprom::liefereEndAdr() const {
     adrInteger e = 0;
-    for (const auto& s : segmente) e = std::max(e, s->liefereEndAdr());
+    for (const auto& s : segmente_) e = std::max(e, s->liefereEndAdr());
     return e;
 }
 
 int Eprom::liefereBereich(adrInteger adr, adrInteger& von, adrInteger& bis) const {
-    for (const auto& z : bereiche) {
+    for (const auto& z : bereiche_) {
         if (z.endAdr >= adr) {
             von = std::max(z.anfAdr, adr);
             bis = z.endAdr;
@@ -608,21 +608,21 @@ int Eprom::liefereBereich(adrInteger adr, adrInteger& von, adrInteger& bis) cons
 }
 
 int Eprom::definiereBereich(adrInteger anf, adrInteger end) {
-    for (auto& s : segmente) s->definiere(anf, end);
+    for (auto& s : segmente_) s->definiere(anf, end);
     baueTabelle();
     return 1;
 }
 
 int Eprom::loescheBereich(adrInteger adr) {
     int ergebnis = 1;
-    for (auto& s : segmente)
+    for (auto& s : segmente_)
         if (!s->loesche(adr)) ergebnis = 0;
     baueTabelle();
     return ergebnis;
 }
 
 int Eprom::istFrei() const {
-    for (const auto& s : segmente)
+    for (const auto& s : segmente_)
         if (!s->istFrei()) return 0;
     return 1;
 }
@@ -633,7 +633,7 @@ int Eprom::istFrei() const {
 
 std::uint32_t Eprom::fuelle(std::uint8_t wert, const adrInteger* von, const adrInteger* bis) {
     std::uint32_t gefuellt = 0;
-    for (auto& s : segmente) {
+    for (auto& s : segmente_) {
         for (auto& bp : s->bereiche) {
             EpromBereich& b = *bp;
             adrInteger lo = b.anfAdr, hi = b.endAdr;
@@ -691,7 +691,7 @@ int Eprom::swap(adrInteger anf, adrInteger end, BearbeitungsFortschritt* anzeige
         Fehler("LENGTH-ODD", "Eprom::swap ", "", 'E');
         return 0;
     }
-    for (auto& s : segmente) {
+    for (auto& s : segmente_) {
         for (const auto& b : s->bereiche) {
             adrInteger lo = std::max(b->anfAdr, anf), hi = std::min(b->endAdr, end);
             if (hi > lo && ((lo & 1) || !(hi & 1))) {
@@ -724,8 +724,8 @@ bool Eprom::nimmtAllesAn() const {
     // A free image whose first region is the low one refuses a write only
     // when an array is frozen: each region takes addresses of its own 16 MiB
     // window only, which the array limit always holds.
-    if (segmente.size() != 1 || !segmente[0]->istFrei()) return false;
-    const auto& liste = segmente[0]->bereiche;
+    if (segmente_.size() != 1 || !segmente_[0]->istFrei()) return false;
+    const auto& liste = segmente_[0]->bereiche;
     if (liste.front()->basisAdr != 0) return false;
     for (const auto& b : liste)
         if (b->daten.istGewarnt() || b->anzSchr.istGewarnt()) return false;

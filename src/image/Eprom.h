@@ -202,10 +202,10 @@ public:
     std::uint32_t anzeigeBelegung(std::ostream& os, adrInteger anf, adrInteger end);
 
     // ---- Inspection (tests, displays) ----
-    std::int32_t liefereAnzSegmente() const { return static_cast<std::int32_t>(segmente.size()); }
-    std::int32_t liefereAnzBereiche() const { return anzBereiche; }
-    const std::vector<EpromBereichEintrag>& liefereTabelle() const { return bereiche; }
-    const EpromSegment& liefereSegment(int i) const { return *segmente[static_cast<std::size_t>(i)]; }
+    std::int32_t liefereAnzSegmente() const { return static_cast<std::int32_t>(segmente_.size()); }
+    std::int32_t liefereAnzBereiche() const { return anzBereiche_; }
+    const std::vector<EpromBereichEintrag>& liefereTabelle() const { return bereiche_; }
+    const EpromSegment& liefereSegment(int i) const { return *segmente_[static_cast<std::size_t>(i)]; }
 
 private:
     int schreibe(adrInteger adr, std::uint8_t wert, int meldung);
@@ -215,9 +215,9 @@ private:
     void meldeNichtImEprom(const char* funktion, adrInteger adr);
     bool nimmtAllesAn() const;
 
-    std::int32_t anzBereiche = 0;
-    std::vector<EpromBereichEintrag> bereiche;            // the region table
-    std::vector<std::unique_ptr<EpromSegment>> segmente;  // always one
+    std::int32_t anzBereiche_ = 0;
+    std::vector<EpromBereichEintrag> bereiche_;            // the region table
+    std::vector<std::unique_ptr<EpromSegment>> segmente_;  // always one
 };
 
 // Hands out the bytes of rising addresses to the file writers: straight from

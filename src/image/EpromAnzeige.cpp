@@ -33,18 +33,18 @@ void Eprom::anzeigeBereiche(std::ostream& os) {
        << " AnfAdr=" << liefereAnfAdr() << "  "
        << " EndAdr=" << liefereEndAdr() << "\n"
        << "\n";
-    os << "Anzahl Eprombereiche: " << anzBereiche << "\n";
-    for (std::size_t i = 0; i < bereiche.size(); ++i) {
-        const EpromBereichEintrag& z = bereiche[i];
+    os << "Anzahl Eprombereiche: " << anzBereiche_ << "\n";
+    for (std::size_t i = 0; i < bereiche_.size(); ++i) {
+        const EpromBereichEintrag& z = bereiche_[i];
         os << "[" << i << "] "
            << " SegNr=" << std::dec << z.segNr << std::hex << " AnfAdr=" << z.anfAdr << " EndAdr=" << z.endAdr
            << "\n";
     }
     os << "\n"
-       << "AnzahlSegmente: " << segmente.size() << "\n";
-    for (std::size_t i = 0; i < segmente.size(); ++i)
+       << "AnzahlSegmente: " << segmente_.size() << "\n";
+    for (std::size_t i = 0; i < segmente_.size(); ++i)
         os << "[" << i << "] "
-           << " AnfAdr=" << segmente[i]->liefereAnfAdr() << " EndAdr=" << segmente[i]->liefereEndAdr()
+           << " AnfAdr=" << segmente_[i]->liefereAnfAdr() << " EndAdr=" << segmente_[i]->liefereEndAdr()
            << "\n";
     os << "\n";
 }

@@ -107,9 +107,9 @@ private:
     BearbeitungsFortschritt fortschritt_;
 };
 
-void beginneKontext(const DateiName& datei) {
+void beginneKontext(const DateiName& datei_) {
     EpromDatei::zeilenNr = 0;
-    EpromDatei::zeilenDatei = datei.liefereGanz();
+    EpromDatei::zeilenDatei = datei_.liefereGanz();
     Fehler::zusatzZeile = &EpromDatei::liefereZeilenPosition;
 }
 
@@ -214,13 +214,13 @@ bool EpromDatei::pruefeBereich(Eprom& eprom, const adrInteger* startAdresse, con
 
 int EpromDatei::schreibe(Eprom& eprom, const adrInteger* startAdresse, const adrInteger* endAdresse,
                          const adrInteger* externeAdresse) {
-    if (dateiTyp == typBinaer)
+    if (dateiTyp_ == typBinaer)
         if (auto* binaer = dynamic_cast<EpromDateiBinaer*>(this))
             return binaer->schreibe(eprom, startAdresse, endAdresse, externeAdresse);
 
-    ODatei ausgabe(datei);
+    ODatei ausgabe(datei_);
     if (!ausgabe.oeffneStill()) return 0;
-    beginneKontext(datei);
+    beginneKontext(datei_);
     adrInteger von, bis;
     int ergebnis = 0;
     if (pruefeBereich(eprom, startAdresse, endAdresse, von, bis, "EpromDatei::schreibe")) {
@@ -272,7 +272,7 @@ int EpromDateiIntel::lies(Eprom& eprom, const adrInteger* startAdresse, const ad
         }
         return !endeGefunden;
     };
-    return liesZeilen(eprom, datei, funktion, "Intel-Hex-Zeilen", zeile, [&] {
+    return liesZeilen(eprom, datei_, funktion, "Intel-Hex-Zeilen", zeile, [&] {
         if (!endeGefunden) Fehler("HEXFILE-END-RECORD-MISSING", funktion, "", 'W');
     });
 }
@@ -388,7 +388,7 @@ int EpromDateiMotorola::lies(Eprom& eprom, const adrInteger* startAdresse, const
         if (!status) fmt();
         return true;
     };
-    return liesZeilen(eprom, datei, funktion, "Motorola-Hex-Zeilen", zeile, [] {});
+    return liesZeilen(eprom, datei_, funktion, "Motorola-Hex-Zeilen", zeile, [] {});
 }
 
 int EpromDateiMotorola::schreibe(Eprom& eprom, std::ostream& os, adrInteger von, adrInteger bis,
@@ -474,10 +474,10 @@ int EpromDateiBinaer::lies(Eprom& eprom, const adrInteger* startAdresse, const a
     const char* funktion = "EpromDateiBinaer::lies";
     adrInteger adr = startAdresse ? *startAdresse : 0;
     adrInteger limit = endAdresse ? *endAdresse : 0xFFFFFFFF;
-    IDatei eingabe(datei);
+    IDatei eingabe(datei_);
     if (!eingabe.oeffneStill()) return 0;
     // The context line names the file but keeps the line number it had.
-    zeilenDatei = datei.liefereGanz();
+    zeilenDatei = datei_.liefereGanz();
     Fehler::zusatzZeile = &EpromDatei::liefereZeilenPosition;
     Fehler::begrenzeAusgabe("BINARY-FILE-FMT", 5, 'W', 1);
 
@@ -546,10 +546,10 @@ int EpromDateiBinaer::schreibe(Eprom&, std::ostream&, adrInteger, adrInteger, co
 
 int EpromDateiBinaer::schreibe(Eprom& eprom, const adrInteger* startAdresse, const adrInteger* endAdresse,
                                const adrInteger*) {
-    ODatei ausgabe(datei);
+    ODatei ausgabe(datei_);
     if (!ausgabe.oeffneStill()) return 0;
     zeilenNr = 0;
-    zeilenDatei = datei.liefereGanz();
+    zeilenDatei = datei_.liefereGanz();
     adrInteger von, bis;
     int ergebnis = 0;
     if (pruefeBereich(eprom, startAdresse, endAdresse, von, bis, "EpromDateiBinaer::schreibe")) {
@@ -589,6 +589,6 @@ int EpromDateiBinaer::schreibe(Eprom& eprom, const adrInteger* startAdresse, con
     // as it was.
     ausgabe.schliesseStill();
     if (!ergebnis)
-        Fehler("INVALID-DATA-FILE_REMOVED", "EpromDateiBinaer::schreibe ", datei.liefereGanz(), 'E');
+        Fehler("INVALID-DATA-FILE_REMOVED", "EpromDateiBinaer::schreibe ", datei_.liefereGanz(), 'E');
     return ergebnis;
 }

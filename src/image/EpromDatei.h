@@ -40,7 +40,7 @@ public:
     static constexpr std::int32_t typMotorola = 4;
     static constexpr std::int32_t typBinaer = 5;
 
-    EpromDatei(const DateiName& name, std::int32_t typ) : datei(name), dateiTyp(typ) {}
+    EpromDatei(const DateiName& name, std::int32_t typ) : datei_(name), dateiTyp_(typ) {}
     virtual ~EpromDatei();
     EpromDatei(const EpromDatei&) = delete;
     EpromDatei& operator=(const EpromDatei&) = delete;
@@ -56,8 +56,8 @@ public:
     int schreibe(Eprom& eprom, const adrInteger* startAdresse, const adrInteger* endAdresse,
                  const adrInteger* externeAdresse);
 
-    const DateiName& liefereDatei() const { return datei; }
-    std::int32_t liefereDateiTyp() const { return dateiTyp; }
+    const DateiName& liefereDatei() const { return datei_; }
+    std::int32_t liefereDateiTyp() const { return dateiTyp_; }
 
     // Context of messages while a file is worked on.
     static std::int32_t zeilenNr;
@@ -72,8 +72,8 @@ protected:
     static bool pruefeBereich(Eprom& eprom, const adrInteger* startAdresse, const adrInteger* endAdresse,
                               adrInteger& von, adrInteger& bis, const char* funktion);
 
-    DateiName datei;
-    std::int32_t dateiTyp;
+    DateiName datei_;
+    std::int32_t dateiTyp_;
 };
 
 class EpromDateiIntel : public EpromDatei {

@@ -119,14 +119,14 @@ AnwKommando::AnwKommando(const String& anwText)
     KdoArgument::ueberspringe(*strom_);
     const int c = strom_->peek();
     if (strom_->good() && c != '(' && c != '?') {
-        ok = 0;
+        ok_ = 0;
         Fehler("CMD-WRONGCMD", "AnwKommando::AnwKommando", text_, 'E');
     }
 }
 
 int AnwKommando::pruefeOk() {
-    if (!ok) Fehler("CMD-WRONGCMD", "AnwKommando::pruefeOk", text_, 'E');
-    return ok;
+    if (!ok_) Fehler("CMD-WRONGCMD", "AnwKommando::pruefeOk", text_, 'E');
+    return ok_;
 }
 
 // ---------------------------------------------------------------------------

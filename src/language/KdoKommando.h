@@ -55,7 +55,7 @@ private:
     String text_;
     std::unique_ptr<std::istringstream> strom_;
     String kommandoName_;
-    std::int32_t ok = 1;
+    std::int32_t ok_ = 1;
 };
 
 class KdoKommando : public ListenElement {

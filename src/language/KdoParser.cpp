@@ -101,12 +101,12 @@ const YTabelle& KdoParser::tabelle() {
     return t;
 }
 
-KdoParser::KdoParser() : YParser(kdoScanner, tabelle()) {}
+KdoParser::KdoParser() : YParser(kdoScanner_, tabelle()) {}
 
 KdoParser::~KdoParser() = default;
 
 void KdoParser::oeffne(const String& name, std::istream& strom, dataInteger zeile) {
-    kdoScanner.oeffne(strom, zeile);
+    kdoScanner_.oeffne(strom, zeile);
     setzeQuellName(name);
 }
 

@@ -25,7 +25,7 @@ public:
     // the first line, and keeps `name` as the source name for messages.
     void oeffne(const String& name, std::istream& strom, dataInteger zeile);
 
-    KdoScanner& liefereKdoScanner() { return kdoScanner; }
+    KdoScanner& liefereKdoScanner() { return kdoScanner_; }
 
     // The tables of the language, bound to these operations; built once.
     static const YTabelle& tabelle();
@@ -77,5 +77,5 @@ public:
     virtual void umsetzeOSp();
 
 private:
-    KdoScanner kdoScanner;
+    KdoScanner kdoScanner_;
 };

@@ -20,7 +20,8 @@ void YParser::errorMessage() {
     StringPuffer marke;
     scanner_->liefereQuelle().zeilenText(tokenPosition_, zeile);
     scanner_->liefereQuelle().marke(tokenPosition_, marke);
-    std::cerr << quellName_ << ':' << tokenPosition_.zeile << ':' << tokenPosition_.spalte << ": syntax error:\n"
+    std::cerr << quellName_ << ':' << tokenPosition_.zeile << ':' << tokenPosition_.spalte
+              << ": syntax error:\n"
               << zeile << '\n'
               << marke << std::endl;
 }

@@ -86,8 +86,8 @@ void BearbeitungsAnzeigeCout::starteRel(dataInteger schritt, const String& text)
 }
 
 void BearbeitungsAnzeigeCout::merkePositionen() {
-    coutPosition = ausZaehler_ ? ausZaehler_->anzahl() : 0;
-    cerrPosition = errZaehler_ ? errZaehler_->anzahl() : 0;
+    coutPosition_ = ausZaehler_ ? ausZaehler_->anzahl() : 0;
+    cerrPosition_ = errZaehler_ ? errZaehler_->anzahl() : 0;
 }
 
 void BearbeitungsAnzeigeCout::gibPufferFrei() {
@@ -105,8 +105,8 @@ void BearbeitungsAnzeigeCout::weiter(dataInteger wert) {
         aus_ << zeichen_;
         zeigeSofort();
     } else if (modus_ == 1) {
-        const bool dazwischen = (ausZaehler_ && ausZaehler_->anzahl() != coutPosition) ||
-                                (errZaehler_ && errZaehler_->anzahl() != cerrPosition);
+        const bool dazwischen = (ausZaehler_ && ausZaehler_->anzahl() != coutPosition_) ||
+                                (errZaehler_ && errZaehler_->anzahl() != cerrPosition_);
         if (dazwischen) {
             // Something else wrote since the last mark: rebuild the line.
             for (dataInteger i = letzterWert_ / prozentSchritt_; i > 0; --i) aus_ << '.';
@@ -143,7 +143,7 @@ std::unique_ptr<BearbeitungsAnzeige> erzeugeStandardAnzeige() {
 BearbeitungsFortschritt::BearbeitungsFortschritt(dataInteger s, const String& t,
                                                  BearbeitungsAnzeigeFabrik fabrik)
     : text_(t), schritt_(s) {
-    naechsteMarke = schritt_ >= 1 ? schritt_ : std::numeric_limits<std::int64_t>::max();
+    naechsteMarke_ = schritt_ >= 1 ? schritt_ : std::numeric_limits<std::int64_t>::max();
     ++aktiveFortschritte;
     if (!fabrik) fabrik = standardFabrik ? standardFabrik : &erzeugeStandardAnzeige;
     anzeige_ = fabrik();
@@ -156,9 +156,9 @@ BearbeitungsFortschritt::~BearbeitungsFortschritt() {
 }
 
 void BearbeitungsFortschritt::zeigeMarken() {
-    while (naechsteMarke <= position) {
-        naechsterPunkt = naechsteMarke;
-        naechsteMarke += schritt_;
-        if (anzeige_) anzeige_->weiter(static_cast<dataInteger>(naechsterPunkt));
+    while (naechsteMarke_ <= position_) {
+        naechsterPunkt_ = naechsteMarke_;
+        naechsteMarke_ += schritt_;
+        if (anzeige_) anzeige_->weiter(static_cast<dataInteger>(naechsterPunkt_));
     }
 }

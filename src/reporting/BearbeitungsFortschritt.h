@@ -64,8 +64,8 @@ private:
     char zeichen_;
     dataInteger prozentSchritt_ = 1;
     dataInteger letzterWert_ = 0;
-    std::int64_t coutPosition = 0;
-    std::int64_t cerrPosition = 0;
+    std::int64_t coutPosition_ = 0;
+    std::int64_t cerrPosition_ = 0;
     std::ostream& aus_;
     std::ostream& err_;
     // While a relative display runs, both streams write through counting
@@ -96,17 +96,17 @@ public:
     // Adds units; every `schritt` units passed give one mark, a big jump all
     // the marks it passed.
     BearbeitungsFortschritt& operator+=(dataInteger anzahl) {
-        position += anzahl;
-        if (position >= naechsteMarke) zeigeMarken();
+        position_ += anzahl;
+        if (position_ >= naechsteMarke_) zeigeMarken();
         return *this;
     }
     // Takes units back without showing anything.
     BearbeitungsFortschritt& operator-=(dataInteger anzahl) {
-        position -= anzahl;
+        position_ -= anzahl;
         return *this;
     }
 
-    std::int64_t lieferePosition() const { return position; }
+    std::int64_t lieferePosition() const { return position_; }
     const String& liefereText() const { return text_; }
     BearbeitungsAnzeige* liefereAnzeige() const { return anzeige_.get(); }
 
@@ -120,9 +120,9 @@ private:
 
     std::unique_ptr<BearbeitungsAnzeige> anzeige_;
     // 64-bit so that long runs and odd step sizes never overflow.
-    std::int64_t position = 0;
+    std::int64_t position_ = 0;
     String text_;
     dataInteger schritt_;
-    std::int64_t naechsterPunkt = 0;  // unit count of the last mark
-    std::int64_t naechsteMarke;       // naechsterPunkt + schritt, kept for the fast path
+    std::int64_t naechsterPunkt_ = 0;  // unit count of the last mark
+    std::int64_t naechsteMarke_;       // naechsterPunkt + schritt, kept for the fast path
 };

@@ -37,11 +37,11 @@ void setzeLetzten(FmtZustand& zustand, char wert) {
 // ---------------------------------------------------------------- FmtTrennerTeile
 
 FmtTrennerTeile::FmtTrennerTeile(const String& trenner) {
-    teile.reset(trenner.zerlege(String("<>"), anzahl_));
+    teile_.reset(trenner.zerlege(String("<>"), anzahl_));
 }
 
 const String& FmtTrennerTeile::liefereTeil(int i) const {
-    return (i >= 0 && i < anzahl_) ? teile[i] : leererText;
+    return (i >= 0 && i < anzahl_) ? teile_[i] : leererText;
 }
 
 const String& FmtTrennerTeile::ersterTeil() {
@@ -52,7 +52,7 @@ const String& FmtTrennerTeile::ersterTeil() {
 
 const String& FmtTrennerTeile::naechsterTeil() {
     const String* ergebnis = &leererText;
-    if (position_ >= 1 && position_ <= anzahl_ - 1) ergebnis = &teile[position_++];
+    if (position_ >= 1 && position_ <= anzahl_ - 1) ergebnis = &teile_[position_++];
     if (position_ >= anzahl_) position_ = 0;
     return *ergebnis;
 }
@@ -132,17 +132,17 @@ FmtVariable::FmtVariable(const String& text) {
     // (intended). Of the number styles the last one in this order wins; the
     // objects format their numbers themselves, so the style is only kept.
     const auto hat = [&opt](const char* wort) { return opt.find(wort) != std::string::npos; };
-    if (hat("hex")) zahlenFormat = 0x240;
-    if (hat("dec")) zahlenFormat = 0x10;
-    if (hat("float")) zahlenFormat = 0x1110;
-    if (hat("cap")) merkmale |= CAP;
-    if (hat("upp")) merkmale |= UPP;
-    if (hat("low")) merkmale |= LOW;
-    if (hat("quote")) merkmale |= QUOTE;
-    if (hat("sgml")) merkmale |= SGML;
-    if (hat("?")) merkmale |= OHNE_WERT;
+    if (hat("hex")) zahlenFormat_ = 0x240;
+    if (hat("dec")) zahlenFormat_ = 0x10;
+    if (hat("float")) zahlenFormat_ = 0x1110;
+    if (hat("cap")) merkmale_ |= CAP;
+    if (hat("upp")) merkmale_ |= UPP;
+    if (hat("low")) merkmale_ |= LOW;
+    if (hat("quote")) merkmale_ |= QUOTE;
+    if (hat("sgml")) merkmale_ |= SGML;
+    if (hat("?")) merkmale_ |= OHNE_WERT;
     if (hat("tag")) {
-        merkmale |= TAG;
+        merkmale_ |= TAG;
         vorspann_ = String("<") + trenner_ + ">" + vorspann_;
         nachspann_ = nachspann_ + "</" + trenner_ + ">";
         trenner_ = String();
@@ -154,7 +154,7 @@ FmtVariable::FmtVariable(const String& text) {
 FmtVariable::~FmtVariable() = default;
 
 int FmtVariable::liefereIndex(const String& namenListe) {
-    if (listenIndex >= 0 && liste_ == namenListe.str()) return listenIndex;
+    if (listenIndex_ >= 0 && liste_ == namenListe.str()) return listenIndex_;
 
     const std::string& s = namenListe.str();
     const std::string_view gesucht = name_;
@@ -173,8 +173,8 @@ int FmtVariable::liefereIndex(const String& namenListe) {
         pos = lf + 1;
     }
     liste_ = s;
-    listenIndex = static_cast<std::int16_t>(std::clamp(ergebnis, -1, 0x7FFF));
-    return listenIndex;
+    listenIndex_ = static_cast<std::int16_t>(std::clamp(ergebnis, -1, 0x7FFF));
+    return listenIndex_;
 }
 
 void FmtVariable::schreibe(const std::string& wert) {
@@ -184,17 +184,17 @@ void FmtVariable::schreibe(const std::string& wert) {
         if (wertAnzahl_ > 1) schreibeText(*ziel_, teile_->naechsterTeil());
         schreibeText(*ziel_, teile_->ersterTeil());
     }
-    if (merkmale == 0) {
+    if (merkmale_ == 0) {
         ziel_->write(wert.data(), static_cast<std::streamsize>(wert.size()));
         return;
     }
     String kopie(wert);
-    if (merkmale & CAP) kopie.ersterGross(0);
-    if (merkmale & UPP) kopie.gross();
-    if (merkmale & LOW) kopie.klein();
-    if (merkmale & QUOTE) kopie = kopie.quotiere();
-    if (merkmale & SGML) kopie = kopie.sgml();
-    if (merkmale & OHNE_WERT) kopie = String();
+    if (merkmale_ & CAP) kopie.ersterGross(0);
+    if (merkmale_ & UPP) kopie.gross();
+    if (merkmale_ & LOW) kopie.klein();
+    if (merkmale_ & QUOTE) kopie = kopie.quotiere();
+    if (merkmale_ & SGML) kopie = kopie.sgml();
+    if (merkmale_ & OHNE_WERT) kopie = String();
     schreibeText(*ziel_, kopie);
 }
 

@@ -67,7 +67,7 @@ public:
     const String& liefereTeil(int i) const;
 
 private:
-    std::unique_ptr<String[]> teile;
+    std::unique_ptr<String[]> teile_;
     int anzahl_ = 0;
     int position_ = 0;
 };
@@ -113,8 +113,8 @@ public:
     const String& liefereName() const { return name_; }
     const String& liefereArgument() const { return argument_; }
     const String& liefereOptionen() const { return optionen_; }
-    std::int32_t liefereZahlenFormat() const { return zahlenFormat; }
-    std::uint8_t liefereMerkmale() const { return merkmale; }
+    std::int32_t liefereZahlenFormat() const { return zahlenFormat_; }
+    std::uint8_t liefereMerkmale() const { return merkmale_; }
     const String& liefereVorspann() const { return vorspann_; }
     const String& liefereNachspann() const { return nachspann_; }
     const String& liefereTrenner() const { return trenner_; }
@@ -126,11 +126,11 @@ private:
 
     String name_;
     std::string liste_;  // copy of the list of the cached index
-    std::int16_t listenIndex = -1;
+    std::int16_t listenIndex_ = -1;
     String argument_;
     String optionen_;
-    std::int32_t zahlenFormat = 0;
-    std::uint8_t merkmale = 0;
+    std::int32_t zahlenFormat_ = 0;
+    std::uint8_t merkmale_ = 0;
     String vorspann_;
     String nachspann_;
     String trenner_;
