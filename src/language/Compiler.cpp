@@ -133,7 +133,7 @@ int Compiler::definiere(const String& wert) {
 const String* Compiler::liefereDefinition(const String& schluessel) const {
     const auto* d = static_cast<const KdoDefinition*>(definitionen_.sucheElementF(
         schluessel, ListenSuche::JEDE_AUSWAHL, ListenSuche::STILL, ListenSuche::EXAKT));
-    return d ? &d->wert_ : nullptr;
+    return d ? &d->wert() : nullptr;
 }
 
 // anweisung -> NAME "=" HOLEPARAMETER "(" ZAHL ")" ZEILENENDE
@@ -173,7 +173,7 @@ String Compiler::ersetzeDefinitionen(const String& zeile) const {
     while (ListenElement* e = it.naechstes()) {
         const auto* d = static_cast<const KdoDefinition*>(e);
         const std::string schluessel = d->liefereName().str();
-        for (std::string& teil : teile) ersetzeAlle(teil, schluessel, d->wert_.str());
+        for (std::string& teil : teile) ersetzeAlle(teil, schluessel, d->wert().str());
     }
 
     std::string ergebnis;

@@ -39,14 +39,13 @@ extern String aktuelleZeile;
 // One definition of a procedure: the quoted key, as 'p0', and its value.
 class KdoDefinition : public ListenElement {
 public:
-    KdoDefinition(const String& schluessel, const String& wert) : schluessel_(schluessel), wert_(wert) {}
+    KdoDefinition(const String& schluessel, const String& wert) : wert_(wert), schluessel_(schluessel) {}
     String liefereName() const override { return schluessel_; }
+    String& wert() { return wert_; }
 
 private:
-    String schluessel_;
-
-public:
     String wert_;
+    String schluessel_;
 };
 
 // Where the prompt reads from when a person types at a terminal (the frame
