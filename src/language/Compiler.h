@@ -41,7 +41,7 @@ class KdoDefinition : public ListenElement {
 public:
     KdoDefinition(const String& schluessel, const String& wert) : wert_(wert), schluessel_(schluessel) {}
     String liefereName() const override { return schluessel_; }
-    String& wert() { return wert_; }
+    const String& wert() const { return wert_; }
 
 private:
     String wert_;
