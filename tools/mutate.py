@@ -18,6 +18,8 @@ at file scope (declarations, signatures, tables) are left alone.
 
     tools/mutate.py [--sample 150] [--seed 1] [--build build-mutate]
     tools/mutate.py --list            # show the sample, run nothing
+    tools/mutate.py --rerun R.json [--survivors]
+                                      # the faults of an earlier run again
 """
 import argparse
 import json
@@ -268,9 +270,30 @@ def main():
     ap.add_argument("--list", action="store_true", help="print the sample and stop")
     ap.add_argument("--only", help="only this subsystem")
     ap.add_argument("--json", help="write the results here (default BUILD/mutate.json)")
+    ap.add_argument("--rerun", help="run the faults of this earlier results file instead of a new draw")
+    ap.add_argument("--survivors", action="store_true", help="with --rerun: only the faults that survived")
     a = ap.parse_args()
 
     quota, draws, sizes = plan(a.sample, a.seed)
+    if a.rerun:
+        # The same faults again, found by file, line, operator and text, so
+        # that a test written for a survivor can be seen to catch it.
+        old = json.load(open(a.rerun))["results"]
+        if a.survivors:
+            old = [r for r in old if not r["killed"]]
+        draws, quota = {}, {}
+        for r in old:
+            _, ms = mutants_of(os.path.join(ROOT, r["file"]))
+            text = open(os.path.join(ROOT, r["file"]), encoding="latin-1").read()
+            hit = [(r["file"],) + m for m in ms
+                   if m[4] == r["line"] and m[3] == r["kind"] and m[2] == r["to"]
+                   and text[m[0]:m[0] + m[1]] == r["from"]]
+            if not hit:
+                print("not found any more: %s:%d %r -> %r" % (r["file"], r["line"], r["from"], r["to"]))
+                continue
+            draws.setdefault(r["subsystem"], []).append(hit[0])
+            quota[r["subsystem"]] = quota.get(r["subsystem"], 0) + 1
+        quota = {s: quota[s] for s in SUBSYSTEMS if s in quota}
     if a.only:
         quota = {a.only: quota[a.only]}
     if a.list:
