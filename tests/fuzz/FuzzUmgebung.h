@@ -1,10 +1,9 @@
 // Shared ground of the fuzz targets: a quiet process, a scratch file per
 // process, and the one way a target reports a broken promise.
 //
-// Every target file defines `int kivFuzz<Name>(const uint8_t*, size_t)`; with
-// KIV_LIBFUZZER it also defines the libFuzzer entry that calls it. Without it
-// the targets are linked together into fuzz_regression (FuzzRegression.cpp),
-// which replays the seed corpus and the saved findings.
+// Every target defines `int kivFuzz<Name>(const uint8_t*, size_t)` and names
+// it in KIV_FUZZ_EINSTIEG, which with KIV_LIBFUZZER becomes the libFuzzer
+// entry. Without it the targets are linked together into fuzz_regression.
 #pragma once
 
 #include <cstddef>
@@ -13,7 +12,6 @@
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
-#include <memory>
 #include <streambuf>
 #include <string>
 
@@ -23,45 +21,44 @@
 #include "reporting/Fehler.h"
 #include "support/StilleAnzeige.h"
 
+#ifdef KIV_LIBFUZZER
+#define KIV_FUZZ_EINSTIEG(f) \
+    extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* d, std::size_t n) { return f(d, n); }
+#else
+#define KIV_FUZZ_EINSTIEG(f)
+#endif
+
 namespace kivfuzz {
 
-// Swallows everything written to it, so that formatting code still runs.
-class NullPuffer : public std::streambuf {
-protected:
-    int_type overflow(int_type c) override { return traits_type::not_eof(c); }
-    std::streamsize xsputn(const char*, std::streamsize n) override { return n; }
-};
-
-// Never destroyed: the console streams still flush into it at exit.
-inline NullPuffer& nullPuffer() {
-    static NullPuffer* const puffer = new NullPuffer;
+// Swallows everything, so that formatting code still runs. Never destroyed:
+// the console streams still flush into it at exit.
+inline std::streambuf& nullPuffer() {
+    struct Null : std::streambuf {
+        int_type overflow(int_type c) override { return traits_type::not_eof(c); }
+        std::streamsize xsputn(const char*, std::streamsize n) override { return n; }
+    };
+    static Null* const puffer = new Null;
     return *puffer;
 }
 
-// Each message is still put into its printed shape (that code sees the
-// fuzzed texts too), but nowhere shown.
-inline void stilleAusgabe(Fehler& fehler, int) {
-    std::ostream weg(&nullPuffer());
-    fehler.ausgabe(weg);
-}
-
-// Once per process: messages, progress marks and the console streams go
-// nowhere. libFuzzer and the sanitizers write through stdio and raw file
-// descriptors, so their reports still reach the terminal.
-// The reporter as at start-up, with the quiet output routine.
+// The reporter as at start-up; messages still take their printed shape
+// (that code sees the fuzzed texts too) but go nowhere.
 inline void setzeFehlerZurueck() {
     Fehler::init();
     Fehler::fehlerPrefix = "%KIV-";
-    Fehler::fehlerAusgabeRoutine = stilleAusgabe;
+    Fehler::fehlerAusgabeRoutine = [](Fehler& f, int) {
+        std::ostream weg(&nullPuffer());
+        f.ausgabe(weg);
+    };
 }
 
+// Once per process. libFuzzer and the sanitizers write through stdio and raw
+// file descriptors, so their reports still reach the terminal.
 inline void initUmgebung() {
     static const bool fertig = [] {
         setzeFehlerZurueck();
         BearbeitungsFortschritt::standardFabrik = stilleFabrik;
-        std::cout.rdbuf(&nullPuffer());
-        std::cerr.rdbuf(&nullPuffer());
-        std::clog.rdbuf(&nullPuffer());
+        for (std::ostream* s : {&std::cout, &std::cerr, &std::clog}) s->rdbuf(&nullPuffer());
         return true;
     }();
     (void)fertig;
@@ -77,9 +74,9 @@ public:
     ScratchDatei(const ScratchDatei&) = delete;
     ScratchDatei& operator=(const ScratchDatei&) = delete;
 
-    const std::string& schreibe(const std::uint8_t* daten, std::size_t groesse) {
+    const std::string& schreibe(const void* daten, std::size_t groesse) {
         std::ofstream(name_, std::ios::binary | std::ios::trunc)
-            .write(reinterpret_cast<const char*>(daten), static_cast<std::streamsize>(groesse));
+            .write(static_cast<const char*>(daten), static_cast<std::streamsize>(groesse));
         return name_;
     }
     const std::string& name() const { return name_; }

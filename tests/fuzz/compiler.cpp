@@ -112,9 +112,4 @@ int kivFuzzCompiler(const std::uint8_t* daten, std::size_t groesse) {
     Fehler::holeStatus();
     return 0;
 }
-
-#ifdef KIV_LIBFUZZER
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* daten, std::size_t groesse) {
-    return kivFuzzCompiler(daten, groesse);
-}
-#endif
+KIV_FUZZ_EINSTIEG(kivFuzzCompiler)

@@ -79,9 +79,4 @@ int kivFuzzFmt(const std::uint8_t* daten, std::size_t groesse) {
     Fehler::holeStatus();
     return 0;
 }
-
-#ifdef KIV_LIBFUZZER
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* daten, std::size_t groesse) {
-    return kivFuzzFmt(daten, groesse);
-}
-#endif
+KIV_FUZZ_EINSTIEG(kivFuzzFmt)

@@ -54,9 +54,4 @@ int kivFuzzKdozeile(const std::uint8_t* daten, std::size_t groesse) {
     Fehler::holeStatus();
     return 0;
 }
-
-#ifdef KIV_LIBFUZZER
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* daten, std::size_t groesse) {
-    return kivFuzzKdozeile(daten, groesse);
-}
-#endif
+KIV_FUZZ_EINSTIEG(kivFuzzKdozeile)
