@@ -1,18 +1,12 @@
-// Shared ground of the fuzz targets: a quiet process, a scratch file per
-// process, and the one way a target reports a broken promise.
-//
-// Every target defines `int kivFuzz<Name>(const uint8_t*, size_t)` and names
-// it in KIV_FUZZ_EINSTIEG, which with KIV_LIBFUZZER becomes the libFuzzer
-// entry. Without it the targets are linked together into fuzz_regression.
+// Shared ground of the fuzz targets: a quiet process, scratch files, and the
+// one way a target reports a broken promise. Each target defines
+// `int kivFuzz<Name>(const uint8_t*, size_t)`; KIV_FUZZ_EINSTIEG makes it the
+// libFuzzer entry with KIV_LIBFUZZER, else fuzz_regression links them all.
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <fstream>
 #include <iostream>
-#include <streambuf>
 #include <string>
 
 #include <unistd.h>
@@ -41,8 +35,8 @@ inline std::streambuf& nullPuffer() {
     return *puffer;
 }
 
-// The reporter as at start-up; messages still take their printed shape
-// (that code sees the fuzzed texts too) but go nowhere.
+// The reporter as at start-up; messages still take their printed shape (that
+// code sees the fuzzed texts too) but go nowhere.
 inline void setzeFehlerZurueck() {
     Fehler::init();
     Fehler::fehlerPrefix = "%KIV-";
@@ -64,28 +58,21 @@ inline void initUmgebung() {
     (void)fertig;
 }
 
-// A file in /tmp of this process, rewritten for each input and removed at
-// exit, for readers that only take file names.
-class ScratchDatei {
-public:
+// A file of this process for readers that only take names, removed at exit.
+struct ScratchDatei {
+    const std::string name;
+
     explicit ScratchDatei(const char* art)
-        : name_("/tmp/kiv_fuzz_" + std::to_string(::getpid()) + "_" + art) {}
-    ~ScratchDatei() { std::remove(name_.c_str()); }
-    ScratchDatei(const ScratchDatei&) = delete;
-    ScratchDatei& operator=(const ScratchDatei&) = delete;
-
-    const std::string& schreibe(const void* daten, std::size_t groesse) {
-        std::ofstream(name_, std::ios::binary | std::ios::trunc)
-            .write(static_cast<const char*>(daten), static_cast<std::streamsize>(groesse));
-        return name_;
+        : name("/tmp/kiv_fuzz_" + std::to_string(::getpid()) + "_" + art) {}
+    ~ScratchDatei() { std::remove(name.c_str()); }
+    const char* schreibe(const void* daten, std::size_t groesse) const {
+        std::ofstream(name, std::ios::binary)
+            .write(static_cast<const char*>(daten), std::streamsize(groesse));
+        return name.c_str();
     }
-    const std::string& name() const { return name_; }
-
-private:
-    std::string name_;
 };
 
-// A broken promise: says which, then aborts so that libFuzzer keeps the input.
+// Says which promise broke, then aborts so that libFuzzer keeps the input.
 [[noreturn]] inline void verletzt(const char* ziel, const char* was) {
     std::fprintf(stderr, "kiv fuzz %s: %s\n", ziel, was);
     std::fflush(stderr);

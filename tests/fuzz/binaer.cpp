@@ -13,12 +13,12 @@ int kivFuzzBinaer(const std::uint8_t* daten, std::size_t groesse) {
     using namespace kivfuzz;
     static const char* const ziel = "binaer";
     initUmgebung();
-    static ScratchDatei datei("binaer.bin"), zurueck("binaer_zurueck.bin");
+    static const ScratchDatei datei("binaer.bin"), zurueck("binaer_zurueck.bin");
 
     const LeseParameter p(groesse);
     Eprom eprom;
     if (p.mitBereich) eprom.definiereBereich(0, 0xFFFF);
-    EpromDateiBinaer(datei.schreibe(daten, groesse).c_str()).lies(eprom, p.s(), p.e(), p.x());
+    EpromDateiBinaer(datei.schreibe(daten, groesse)).lies(eprom, p.s(), p.e(), p.x());
     pruefeNachLesen(ziel, eprom);
 
     const adrInteger start = p.mitStart ? p.start : 0, ende = p.mitEnde ? p.ende : 0xFFFFFFFF;
@@ -31,9 +31,9 @@ int kivFuzzBinaer(const std::uint8_t* daten, std::size_t groesse) {
         verletzt(ziel, "the image does not hold the file's bytes");
 
     const adrInteger letzte = static_cast<adrInteger>(start + (anzahl - 1));
-    if (!EpromDateiBinaer(zurueck.name().c_str()).schreibe(eprom, &start, &letzte, nullptr))
+    if (!EpromDateiBinaer(zurueck.name.c_str()).schreibe(eprom, &start, &letzte, nullptr))
         verletzt(ziel, "writing the bytes read failed");
-    std::ifstream f(zurueck.name(), std::ios::binary);
+    std::ifstream f(zurueck.name, std::ios::binary);
     const std::vector<std::uint8_t> inhalt{std::istreambuf_iterator<char>(f), {}};
     if (inhalt.size() != anzahl || !std::equal(inhalt.begin(), inhalt.end(), daten + skip))
         verletzt(ziel, "the file written differs from the bytes read");

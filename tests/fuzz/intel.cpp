@@ -3,7 +3,7 @@
 #include "BildPruefung.h"
 
 int kivFuzzIntel(const std::uint8_t* daten, std::size_t groesse) {
-    static kivfuzz::ScratchDatei datei("intel.hex"), zurueck("intel_zurueck.hex");
+    static const kivfuzz::ScratchDatei datei("intel.hex"), zurueck("intel_zurueck.hex");
     kivfuzz::pruefeTextFormat<EpromDateiIntel>("intel", daten, groesse, datei, zurueck);
     return 0;
 }

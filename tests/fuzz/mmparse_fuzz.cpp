@@ -1,13 +1,9 @@
-// Fuzz entry for the grammar engine. The input is a grammar and a subject,
-// split at the first NUL byte, else at the first empty line. Whatever the
-// input, each call returns a code of the documented range and writes only
-// inside the buffer it was given; and one translation run in several ways
-// agrees: into a fixed buffer, a small one, a growing one, from a streamed
-// subject and into an output stream. Hierarchical marks and the tree run as
-// well and must keep the promises of every call.
-//
-// mmparse.cpp makes this a fuzz target; the unit tests include this file and
-// drive it with generated inputs.
+// Fuzz entry of the grammar engine, for the fuzz target (mmparse.cpp) and the
+// unit tests. The input is a grammar and a subject, split at the first NUL,
+// else at the first empty line. Every call must return a code of the
+// documented range and write only inside its buffer, and one translation run
+// in several ways must agree: into a fixed buffer, a small one, a growing
+// one, from a streamed subject and into an output stream.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -20,36 +16,6 @@
 
 namespace mmfuzz {
 
-constexpr std::size_t maxGrammatik = 512, maxSubjekt = 2048;
-// A repeated group or rule may backtrack through every split of the subject
-// between its runs, which is exponential in the subject's length by the
-// notation's own rules. Such grammars get subjects short enough to finish.
-constexpr std::size_t maxSubjektWiederholt = 6;
-constexpr std::size_t waechter = 64;  // bytes behind the buffer that must stay untouched
-
-inline bool wiederholtGruppe(const std::string& g) {
-    for (std::size_t i = 0; i + 1 < g.size(); ++i)
-        if ((g[i] == ')' || g[i] == '>') && (g[i + 1] == '*' || g[i + 1] == '+')) return true;
-    return false;
-}
-
-// One scratch file per use, emptied for each call.
-inline std::FILE* leererStrom(std::FILE*& f) {
-    if (!f) f = std::tmpfile();
-    if (!f) return nullptr;
-    std::rewind(f);
-    return ::ftruncate(::fileno(f), 0) == 0 ? f : nullptr;
-}
-
-inline std::string liesStrom(std::FILE* f) {
-    std::fflush(f);
-    std::rewind(f);
-    std::string s;
-    char block[4096];
-    for (std::size_t n; (n = std::fread(block, 1, sizeof block, f)) > 0;) s.append(block, n);
-    return s;
-}
-
 inline bool gueltig(std::int32_t r) { return r >= MM_NOMEM_INDEX && r != MM_ILLEGALARGS; }
 
 inline bool keinSpeicher(std::int32_t r) {
@@ -57,10 +23,16 @@ inline bool keinSpeicher(std::int32_t r) {
            r == MM_ARRAY_VOLL || r == MM_VARRAY_VOLL || r == MM_NOMEM_OBJECT || r == MM_NOMEM_INDEX;
 }
 
-// Two answers agree: the same failure, or both a success (of the same output
-// length if `mitLaenge`).
+// The same failure, or both a success (of the same output length if `mitLaenge`).
 inline bool gleich(std::int32_t a, std::int32_t b, bool mitLaenge) {
     return a > 0 && b > 0 ? !mitLaenge || a == b : a == b;
+}
+
+// A scratch file kept for the process, emptied for each use.
+inline std::FILE* leererStrom(std::FILE*& f) {
+    if (!f) f = std::tmpfile();
+    if (f) std::rewind(f);
+    return f && ::ftruncate(::fileno(f), 0) == 0 ? f : nullptr;
 }
 
 // A run into a fixed buffer with guard bytes behind it.
@@ -68,15 +40,14 @@ struct PufferLauf {
     std::int32_t laenge, r = 0, position = -1;
     std::string puffer;
 
-    explicit PufferLauf(std::int32_t l = 1 << 16) : laenge(l), puffer(l + waechter, '\x5A') {}
+    explicit PufferLauf(std::int32_t l = 1 << 16) : laenge(l), puffer(l + 64, '\x5A') {}
     const char* lauf(const std::string& g, const void* subjekt, std::int32_t n, const char* optionen) {
         r = mmparse(puffer.data(), laenge, g.c_str(), subjekt, n, optionen, &position);
         if (!gueltig(r)) return "result out of range";
-        for (std::size_t i = laenge; i < puffer.size(); ++i)
-            if (puffer[i] != '\x5A') return "write behind the output buffer";
+        if (puffer.find_first_not_of('\x5A', laenge) != std::string::npos) return "write behind the buffer";
         return r > laenge + 1 ? "result longer than the buffer" : nullptr;
     }
-    std::string ausgabe() const { return puffer.substr(0, r > 0 ? static_cast<std::size_t>(r - 1) : 0); }
+    std::string ausgabe() const { return puffer.substr(0, r > 0 ? r - 1 : 0); }
 };
 
 }  // namespace mmfuzz
@@ -88,22 +59,24 @@ inline const char* mmparseFuzzEinmal(const std::uint8_t* daten, std::size_t groe
     const std::string eingabe(reinterpret_cast<const char*>(daten), groesse);
     std::size_t trenn = eingabe.find('\0'), weiter = 1;
     if (trenn == std::string::npos) trenn = eingabe.find("\n\n"), weiter = 2;
-    const std::string grammatik = eingabe.substr(0, std::min(trenn, maxGrammatik));
+    const std::string grammatik = eingabe.substr(0, std::min<std::size_t>(trenn, 512));
+    // A repeated group or rule may backtrack through every split of the
+    // subject between its runs, exponential in the subject's length by the
+    // notation's own rules; such grammars get subjects short enough to finish.
+    bool wiederholt = false;
+    for (std::size_t i = 0; i + 1 < grammatik.size(); ++i)
+        wiederholt |= std::strchr(")>", grammatik[i]) && std::strchr("*+", grammatik[i + 1]);
     const std::string subjekt =
-        trenn == std::string::npos
-            ? std::string()
-            : eingabe.substr(trenn + weiter, wiederholtGruppe(grammatik) ? maxSubjektWiederholt : maxSubjekt);
+        trenn == std::string::npos ? "" : eingabe.substr(trenn + weiter, wiederholt ? 6 : 2048);
     const auto laenge = static_cast<std::int32_t>(subjekt.size());
     const char* g = grammatik.c_str();
-
     // The plain copy of an in-memory subject repeats, at each commit, the
     // text before the first one; intended. Where the grammar may commit, the
     // other ways need only agree on whether the subject matches.
-    const bool mitCommit =
+    const bool commit =
         grammatik.find("(!") != std::string::npos || grammatik.find("=!") != std::string::npos;
 
-    // Plain run: the reference for the others.
-    PufferLauf fest;
+    PufferLauf fest;  // the reference for the others
     if (const char* f = fest.lauf(grammatik, subjekt.data(), laenge, "")) return f;
     if (fest.r >= 0 && (fest.position < 0 || fest.position > laenge)) return "position outside the subject";
     if (fest.r > 0 && fest.position != laenge) return "success without reaching the subject's end";
@@ -111,49 +84,45 @@ inline const char* mmparseFuzzEinmal(const std::uint8_t* daten, std::size_t groe
         (fest.position < 0 || fest.position > static_cast<std::int32_t>(grammatik.size())))
         return "notation error outside the grammar";
 
-    // A small buffer: the same output where it fits, else too long.
-    PufferLauf klein(7);
+    PufferLauf klein(7);  // the same output where it fits, else too long
     if (const char* f = klein.lauf(grammatik, subjekt.data(), laenge, "")) return f;
-    if (!mitCommit && fest.r > 0 && !keinSpeicher(klein.r) &&
+    if (!commit && fest.r > 0 && !keinSpeicher(klein.r) &&
         (fest.r <= 8 ? klein.r != fest.r || klein.ausgabe() != fest.ausgabe() : klein.r != MM_OTOLONG))
         return "a small buffer changed the result";
 
-    // Growing buffer, empty or the caller's: the same answer, also where the
-    // fixed one was too small.
-    std::int32_t position = -1;
-    void* adresse = nullptr;
-    void* start = groesse % 2 ? std::malloc(3) : nullptr;
+    // A growing buffer, none or the caller's: the same answer, also where
+    // the fixed one was too small.
+    void *start = groesse % 2 ? std::malloc(3) : nullptr, *adresse = nullptr;
     const std::int32_t rA =
-        mmparseMitAdresse(start, start ? 3 : 0, g, subjekt.data(), laenge, "a", &position, &adresse);
-    const bool gleicheAusgabe = !(rA > 0 && fest.r > 0) || mitCommit ||
+        mmparseMitAdresse(start, start ? 3 : 0, g, subjekt.data(), laenge, "a", nullptr, &adresse);
+    const bool gleicheAusgabe = !(rA > 0 && fest.r > 0) || commit ||
                                 (adresse && std::memcmp(adresse, fest.puffer.data(), rA - 1) == 0);
     std::free(adresse);
     if (!gueltig(rA) || rA == MM_OTOLONG) return "result out of range with a growing buffer";
-    if (fest.r != MM_OTOLONG && !keinSpeicher(rA) && !gleich(rA, fest.r, !mitCommit))
+    if (fest.r != MM_OTOLONG && !keinSpeicher(rA) && !gleich(rA, fest.r, !commit))
         return "growing buffer changed the result";
     if (!gleicheAusgabe) return "growing buffer changed the output";
     if (rA <= 0 && adresse) return "a buffer handed back after a failure";
 
-    // Streamed subject: read in blocks, the same translation.
-    if (std::FILE* ein = leererStrom(einStrom)) {
+    if (std::FILE* ein = leererStrom(einStrom)) {  // a streamed subject, read in blocks
         std::fwrite(subjekt.data(), 1, subjekt.size(), ein);
-        std::fflush(ein);
         std::rewind(ein);
         PufferLauf strom;
         if (const char* f = strom.lauf(grammatik, ein, 0, "<")) return f;
         if (!keinSpeicher(strom.r) && !keinSpeicher(fest.r) &&
-            !(mitCommit && (strom.r == MM_OTOLONG || fest.r == MM_OTOLONG))) {
-            if (!gleich(strom.r, fest.r, !mitCommit)) return "streamed subject changed the result";
-            if (!mitCommit && fest.r > 0 && strom.ausgabe() != fest.ausgabe())
+            !(commit && (strom.r == MM_OTOLONG || fest.r == MM_OTOLONG))) {
+            if (!gleich(strom.r, fest.r, !commit)) return "streamed subject changed the result";
+            if (!commit && fest.r > 0 && strom.ausgabe() != fest.ausgabe())
                 return "streamed subject changed the output";
         }
     }
-
-    // Output stream: the same bytes as the buffer.
-    if (std::FILE* aus = leererStrom(ausStrom)) {
+    if (std::FILE* aus = leererStrom(ausStrom)) {  // an output stream: the same bytes as the buffer
         const std::int32_t rS = mmparse(aus, 0, g, subjekt.data(), laenge, ">", nullptr);
         if (!gueltig(rS)) return "result out of range with an output stream";
-        if (fest.r > 0 && (rS != fest.r || liesStrom(aus) != fest.ausgabe()))
+        std::string text(static_cast<std::size_t>(std::ftell(aus)), '\0');
+        std::rewind(aus);
+        text.resize(std::fread(text.data(), 1, text.size(), aus));
+        if (fest.r > 0 && (rS != fest.r || text != fest.ausgabe()))
             return "output stream differs from the buffer";
     }
 
@@ -164,8 +133,8 @@ inline const char* mmparseFuzzEinmal(const std::uint8_t* daten, std::size_t groe
     if (!keinSpeicher(marken.r) && !keinSpeicher(fest.r) && marken.r != MM_OTOLONG && fest.r != MM_OTOLONG &&
         ((marken.r > 0) != (fest.r > 0) || (fest.r <= 0 && marken.r != fest.r)))
         return "markers changed the result";
-    if (std::FILE* aus = leererStrom(ausStrom))
-        if (!gueltig(mmparse(aus, 0, g, subjekt.data(), laenge, ">t", nullptr)))
-            return "result out of range with the tree";
-    return nullptr;
+    std::FILE* aus = leererStrom(ausStrom);
+    return aus && !gueltig(mmparse(aus, 0, g, subjekt.data(), laenge, ">t", nullptr))
+               ? "result out of range with the tree"
+               : nullptr;
 }

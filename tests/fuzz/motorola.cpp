@@ -4,7 +4,7 @@
 #include "BildPruefung.h"
 
 int kivFuzzMotorola(const std::uint8_t* daten, std::size_t groesse) {
-    static kivfuzz::ScratchDatei datei("motorola.s"), zurueck("motorola_zurueck.s");
+    static const kivfuzz::ScratchDatei datei("motorola.s"), zurueck("motorola_zurueck.s");
     kivfuzz::pruefeTextFormat<EpromDateiMotorola>("motorola", daten, groesse, datei, zurueck);
     return 0;
 }
