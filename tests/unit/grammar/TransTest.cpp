@@ -1,13 +1,11 @@
 // The grammar commands: reading a grammar file, the reports of the engine's
 // results, and ausfuehreTrans, which runs each translated line at once as a
-// command. A root object W, whose command list holds ok() and zahl(Integer
-// n), records "<command>@<object>:<current line without its line end>".
+// command. A root object whose command list holds ok() and zahl(Integer n)
+// records "<command>:<current line without its line end>".
 #include <gtest/gtest.h>
 
 #include <fstream>
 #include <memory>
-#include <string>
-#include <vector>
 
 #include "grammar/Uebersetzung.h"
 #include "grammar/mmparse/mmparse.h"
@@ -17,17 +15,15 @@
 #include "language/KdoListe.h"
 #include "language/KdoObjekt.h"
 #include "language/Scanner.h"
-#include "reporting/Fehler.h"
 #include "support/Meldungsaufnahme.h"
 
 namespace {
 
 std::string protokoll;
 
-int merke(KdoObjekt& o, const std::string& kommando) {
-    std::string zeile = aktuelleZeile.str();
-    if (!zeile.empty() && zeile.back() == '\n') zeile.pop_back();
-    protokoll += kommando + "@" + o.liefereName().str() + ":" + zeile + "\n";
+int merke(const std::string& kommando) {
+    const std::string zeile = aktuelleZeile.str();
+    protokoll += kommando + ":" + zeile.substr(0, zeile.find('\n')) + "\n";
     return 1;
 }
 
@@ -47,9 +43,9 @@ protected:
     void SetUp() override {
         richteUebersetzungEin();
         protokoll.clear();
-        liste.fuegeEin(new KdoKommando("ok", "", [](KdoObjekt& o, KdoKommando&) { return merke(o, "ok"); }));
-        liste.fuegeEin(new KdoKommando("zahl", "Integer n", [](KdoObjekt& o, KdoKommando& k) {
-            return merke(o, "zahl(" + std::to_string(k[0].liefereArgWertInt()) + ")");
+        liste.fuegeEin(new KdoKommando("ok", "", [](KdoObjekt&, KdoKommando&) { return merke("ok"); }));
+        liste.fuegeEin(new KdoKommando("zahl", "Integer n", [](KdoObjekt&, KdoKommando& k) {
+            return merke("zahl(" + std::to_string(k[0].liefereArgWertInt()) + ")");
         }));
         wurzel.setzeVollenNamen("<Wurzel>W");
         laufzeit.setzeBaum(
@@ -67,8 +63,7 @@ protected:
         std::ofstream("gt_t.in", std::ios::binary) << eingabe;
         Compiler::ausfuehreZeile(String("ausfuehreTrans(\"gt_t.in\", DAT, ./gt_t.gram)\n"));
     }
-    // The details of all messages with `label`, one a line.
-    std::string details(const std::string& label) const {
+    std::string details(const std::string& label) const {  // one a line
         std::string t;
         for (const Meldung& m : aufnahme.mit(label)) t += m.detail + "\n";
         return t;
@@ -136,7 +131,7 @@ TEST_F(TransTest, LinesAreReadInPiecesAndAnEmptyLineIsAnEmptySubject) {
     aufnahme.leere();
     protokoll.clear();
     uebersetze("[0-9].{n}\\c%zahl\\({n}\\)", "5\r\n6\n");
-    EXPECT_EQ(protokoll, "zahl(5)@W:zahl(5)\n");
+    EXPECT_EQ(protokoll, "zahl(5):zahl(5)\n");
     EXPECT_EQ(details("TRANS-SYNTAX-ERR"), "Zeile 2, Position 1: 6\n");
 }
 
@@ -145,7 +140,7 @@ TEST_F(TransTest, ATranslationThatRunsItselfStopsAtTheNestingLimit) {
     EXPECT_EQ(details("CMD-KDOOBJ-BATCH-TOODEEP"), "gt_t.in\n");
     // Each level goes on with its own next line once the deeper one is done.
     std::string erwartet;
-    for (int i = 0; i < Compiler::MAX_SCHACHTELUNG; ++i) erwartet += "ok@W:ok()\n";
+    for (int i = 0; i < Compiler::MAX_SCHACHTELUNG; ++i) erwartet += "ok:ok()\n";
     EXPECT_EQ(protokoll, erwartet);
 }
 
