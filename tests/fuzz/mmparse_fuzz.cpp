@@ -9,8 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
-
-#include <unistd.h>
+#include <string_view>
 
 #include "grammar/mmparse/mmparse.h"
 
@@ -26,13 +25,6 @@ inline bool keinSpeicher(std::int32_t r) {
 // The same failure, or both a success (of the same output length if `mitLaenge`).
 inline bool gleich(std::int32_t a, std::int32_t b, bool mitLaenge) {
     return a > 0 && b > 0 ? !mitLaenge || a == b : a == b;
-}
-
-// A scratch file kept for the process, emptied for each use.
-inline std::FILE* leererStrom(std::FILE*& f) {
-    if (!f) f = std::tmpfile();
-    if (f) std::rewind(f);
-    return f && ::ftruncate(::fileno(f), 0) == 0 ? f : nullptr;
 }
 
 // A run into a fixed buffer with guard bytes behind it.
@@ -55,7 +47,6 @@ struct PufferLauf {
 // Runs one input; returns the promise the engine broke, or null.
 inline const char* mmparseFuzzEinmal(const std::uint8_t* daten, std::size_t groesse) {
     using namespace mmfuzz;
-    static std::FILE *einStrom = nullptr, *ausStrom = nullptr;
     const std::string eingabe(reinterpret_cast<const char*>(daten), groesse);
     std::size_t trenn = eingabe.find('\0'), weiter = 1;
     if (trenn == std::string::npos) trenn = eingabe.find("\n\n"), weiter = 2;
@@ -104,11 +95,12 @@ inline const char* mmparseFuzzEinmal(const std::uint8_t* daten, std::size_t groe
     if (!gleicheAusgabe) return "growing buffer changed the output";
     if (rA <= 0 && adresse) return "a buffer handed back after a failure";
 
-    if (std::FILE* ein = leererStrom(einStrom)) {  // a streamed subject, read in blocks
-        std::fwrite(subjekt.data(), 1, subjekt.size(), ein);
-        std::rewind(ein);
+    // A streamed subject, read in blocks, and an output stream, both in memory.
+    if (std::FILE* ein = fmemopen(const_cast<char*>(subjekt.data()), subjekt.size(), "r")) {
         PufferLauf strom;
-        if (const char* f = strom.lauf(grammatik, ein, 0, "<")) return f;
+        const char* f = strom.lauf(grammatik, ein, 0, "<");
+        std::fclose(ein);
+        if (f) return f;
         if (!keinSpeicher(strom.r) && !keinSpeicher(fest.r) &&
             !(commit && (strom.r == MM_OTOLONG || fest.r == MM_OTOLONG))) {
             if (!gleich(strom.r, fest.r, !commit)) return "streamed subject changed the result";
@@ -116,25 +108,24 @@ inline const char* mmparseFuzzEinmal(const std::uint8_t* daten, std::size_t groe
                 return "streamed subject changed the output";
         }
     }
-    if (std::FILE* aus = leererStrom(ausStrom)) {  // an output stream: the same bytes as the buffer
-        const std::int32_t rS = mmparse(aus, 0, g, subjekt.data(), laenge, ">", nullptr);
+    for (const char* optionen : {">", ">t"}) {
+        char* text = nullptr;
+        std::size_t textLaenge = 0;
+        std::FILE* aus = open_memstream(&text, &textLaenge);
+        const std::int32_t rS = aus ? mmparse(aus, 0, g, subjekt.data(), laenge, optionen, nullptr) : 1;
+        if (aus) std::fclose(aus);
+        const bool gleicherText = text && fest.ausgabe() == std::string_view(text, textLaenge);
+        std::free(text);
         if (!gueltig(rS)) return "result out of range with an output stream";
-        std::string text(static_cast<std::size_t>(std::ftell(aus)), '\0');
-        std::rewind(aus);
-        text.resize(std::fread(text.data(), 1, text.size(), aus));
-        if (fest.r > 0 && (rS != fest.r || text != fest.ausgabe()))
+        if (optionen[1] == 0 && fest.r > 0 && (rS != fest.r || !gleicherText))
             return "output stream differs from the buffer";
     }
 
-    // Marks lengthen the output but match the same way; the tree only has to
-    // keep the promises of every call.
+    // Marks lengthen the output but match the same way.
     PufferLauf marken;
     if (const char* f = marken.lauf(grammatik, subjekt.data(), laenge, "h")) return f;
     if (!keinSpeicher(marken.r) && !keinSpeicher(fest.r) && marken.r != MM_OTOLONG && fest.r != MM_OTOLONG &&
         ((marken.r > 0) != (fest.r > 0) || (fest.r <= 0 && marken.r != fest.r)))
         return "markers changed the result";
-    std::FILE* aus = leererStrom(ausStrom);
-    return aus && !gueltig(mmparse(aus, 0, g, subjekt.data(), laenge, ">t", nullptr))
-               ? "result out of range with the tree"
-               : nullptr;
+    return nullptr;
 }
