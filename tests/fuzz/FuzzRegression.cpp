@@ -46,15 +46,16 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "usage: %s <fuzz dir> | -z <target> <file>...\n", argv[0]);
         return 2;
     }
+    // Absolute names first: a target may change the working directory.
+    const fs::path wurzel = fs::absolute(argv[1]);
     bool gut = true;
     std::size_t anzahl = 0;
     for (const Ziel& z : ziele) {
-        // Absolute names first: a target may change the working directory.
         std::vector<fs::path> dateien;
         if (einzeln && std::strcmp(z.name, argv[2]) == 0)
             for (int i = 3; i < argc; ++i) dateien.push_back(fs::absolute(argv[i]));
         for (const char* art : {"corpus", "regressions"}) {
-            const fs::path ordner = fs::absolute(argv[1]) / art / z.name;
+            const fs::path ordner = wurzel / art / z.name;
             if (einzeln || !fs::is_directory(ordner)) continue;
             for (const auto& e : fs::directory_iterator(ordner))
                 if (e.is_regular_file()) dateien.push_back(e.path());
