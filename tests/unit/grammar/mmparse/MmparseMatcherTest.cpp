@@ -1,6 +1,7 @@
 // Matching and translation with a subject in memory, one table with a block
-// per feature. Plain matching over a, b, '@', [ab], ^a, groups and suffixes
-// is left to the cross-check against the reference matcher.
+// per feature. Plain matching over a, b, '@', [ab], ^a, groups and suffixes,
+// empty loops among them, is left to the cross-check against the reference
+// matcher.
 #include "MmTestHilfe.h"
 
 namespace {
@@ -20,11 +21,6 @@ const MmFall kFaelle[] = {
     {"^(a(b))", "AB", {}},
     {"^(a[b])", "AB", {}},
     {"^(x)+", "xXx", "xXx"},
-    // suffixes: the furthest position and the edge cases of empty loops
-    {"[a-c]!c", "abc", {}},
-    {"(a*)*", "aaa", "aaa"},
-    {"(a/)+", "", ""},
-    {"(a|)*b", "aab", "aab"},
     // commit and atomic groups
     {"(!a)b|ac", "ac", {}},
     {"(?a*)a", "aaa", {}},
