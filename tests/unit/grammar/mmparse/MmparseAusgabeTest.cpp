@@ -107,10 +107,11 @@ TEST(MmparseAusgabe, StreamedSubjectBlock) {
     log = testing::internal::GetCapturedStderr();
     EXPECT_EQ(log.find("Re-allocating"), log.rfind("Re-allocating"));
     EXPECT_NE(log.find("Re-allocating 8192 bytes for SUBJECT"), std::string::npos);
-    // 's' shows the matching.
+    // 's' shows the subject up to each new position, from each call's start.
     testing::internal::CaptureStderr();
+    EXPECT_EQ(mmLauf("x", "a", "s").ergebnis, 0);
     EXPECT_EQ(mmLauf("ab", "ab", "s").ergebnis, 3);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "\na\nab\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "\n\na\nab\n");
 }
 
 }  // namespace

@@ -8,7 +8,7 @@ namespace {
 
 const MmFall kFaelle[] = {
     // bytes, escapes, sets, negation
-    {"\\x41\\X4a\\n\\T", "AJ\n\t", "AJ\n\t"},
+    {"\\x41\\X4a\\x4A\\n\\T", "AJJ\n\t", "AJJ\n\t"},
     {"\\e\\b\\c\\f\\q", "\x1b\b\r\fq", "\x1b\b\r\fq"},
     {"[z-a]+", "abcz", "abcz"},
     {"[a-z/aeiou]", "a", {}},
