@@ -17,9 +17,9 @@ namespace mmfuzz {
 
 inline bool gueltig(std::int32_t r) { return r >= MM_NOMEM_INDEX && r != MM_ILLEGALARGS; }
 
+// The codes of memory running out, -3 to -8, -32 and -33.
 inline bool keinSpeicher(std::int32_t r) {
-    return r == MM_NOMEM_SUBJECT || r == MM_NOMEM_ARRAY || r == MM_NOMEM_VARRAY || r == MM_TEXT_VERWORFEN ||
-           r == MM_ARRAY_VOLL || r == MM_VARRAY_VOLL || r == MM_NOMEM_OBJECT || r == MM_NOMEM_INDEX;
+    return (r <= MM_NOMEM_SUBJECT && r >= MM_VARRAY_VOLL) || r <= MM_NOMEM_OBJECT;
 }
 
 // The same failure, or both a success (of the same output length if `mitLaenge`).
