@@ -1,15 +1,9 @@
 // Replays inputs through the fuzz targets without libFuzzer, so that every
-// build runs the seed corpus and the findings kept as regressions.
-//
-//   fuzz_regression <dir>                  every file of <dir>/corpus/<target>/
-//                                          and <dir>/regressions/<target>/
+// build runs the seed corpus and the findings kept as regressions:
+//   fuzz_regression <dir>                  <dir>/{corpus,regressions}/<target>/*
 //   fuzz_regression -z <target> <file>...  the given files through one target
-//
-// Findings that still fail wait in <dir>/pending/<target>/, which is not
-// replayed; run them with -z.
-//
-// A broken promise aborts with the target's message; the name of the input
-// is printed before it runs, so the last line names the culprit.
+// The name of each input is printed before it runs, so a broken promise's
+// message follows the culprit's name.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -17,40 +11,26 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <string>
 #include <vector>
 
-int kivFuzzIntel(const std::uint8_t* daten, std::size_t groesse);
-int kivFuzzMotorola(const std::uint8_t* daten, std::size_t groesse);
-int kivFuzzBinaer(const std::uint8_t* daten, std::size_t groesse);
-int kivFuzzFmt(const std::uint8_t* daten, std::size_t groesse);
-int kivFuzzMmparse(const std::uint8_t* daten, std::size_t groesse);
-int kivFuzzKdozeile(const std::uint8_t* daten, std::size_t groesse);
-int kivFuzzCompiler(const std::uint8_t* daten, std::size_t groesse);
+using FuzzZiel = int(const std::uint8_t*, std::size_t);
+FuzzZiel kivFuzzIntel, kivFuzzMotorola, kivFuzzBinaer, kivFuzzFmt, kivFuzzMmparse, kivFuzzKdozeile,
+    kivFuzzCompiler;
 
 namespace {
-
 namespace fs = std::filesystem;
 
-struct Ziel {
+const struct Ziel {
     const char* name;
-    int (*funktion)(const std::uint8_t*, std::size_t);
-};
-
-const Ziel ziele[] = {
-    {"intel", kivFuzzIntel},       {"motorola", kivFuzzMotorola}, {"binaer", kivFuzzBinaer},
-    {"fmt", kivFuzzFmt},           {"mmparse", kivFuzzMmparse},   {"kdozeile", kivFuzzKdozeile},
-    {"compiler", kivFuzzCompiler},
-};
+    FuzzZiel* funktion;
+} ziele[] = {{"intel", kivFuzzIntel},      {"motorola", kivFuzzMotorola}, {"binaer", kivFuzzBinaer},
+             {"fmt", kivFuzzFmt},          {"mmparse", kivFuzzMmparse},   {"kdozeile", kivFuzzKdozeile},
+             {"compiler", kivFuzzCompiler}};
 
 bool laufe(const Ziel& ziel, const fs::path& datei) {
     std::ifstream f(datei, std::ios::binary);
-    if (!f) {
-        std::fprintf(stderr, "cannot read %s\n", datei.c_str());
-        return false;
-    }
-    const std::vector<std::uint8_t> daten{std::istreambuf_iterator<char>(f),
-                                          std::istreambuf_iterator<char>()};
+    if (!f) return std::fprintf(stderr, "cannot read %s\n", datei.c_str()), false;
+    const std::vector<std::uint8_t> daten{std::istreambuf_iterator<char>(f), {}};
     std::fprintf(stderr, "%s %s\n", ziel.name, datei.c_str());
     // A vector's data() may be null when empty; libFuzzer never passes null.
     static const std::uint8_t leer = 0;
@@ -61,47 +41,33 @@ bool laufe(const Ziel& ziel, const fs::path& datei) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc >= 3 && std::strcmp(argv[1], "-z") == 0) {
-        const auto z = std::find_if(std::begin(ziele), std::end(ziele),
-                                    [&](const Ziel& k) { return std::strcmp(k.name, argv[2]) == 0; });
-        if (z == std::end(ziele)) {
-            std::fprintf(stderr, "no target %s\n", argv[2]);
-            return 2;
-        }
-        // Absolute first: a target may change the working directory.
-        std::vector<fs::path> dateien;
-        for (int i = 3; i < argc; ++i) dateien.push_back(fs::absolute(argv[i]));
-        bool gut = true;
-        for (const auto& d : dateien) gut = laufe(*z, d) && gut;
-        return gut ? 0 : 1;
-    }
-    if (argc != 2) {
+    const bool einzeln = argc >= 3 && std::strcmp(argv[1], "-z") == 0;
+    if (argc != 2 && !einzeln) {
         std::fprintf(stderr, "usage: %s <fuzz dir> | -z <target> <file>...\n", argv[0]);
         return 2;
     }
+    // Absolute names first: a target may change the working directory.
     const fs::path wurzel = fs::absolute(argv[1]);
-    std::size_t anzahl = 0;
     bool gut = true;
+    std::size_t anzahl = 0;
     for (const Ziel& z : ziele) {
-        std::size_t proZiel = 0;
+        std::vector<fs::path> dateien;
+        if (einzeln && std::strcmp(z.name, argv[2]) == 0)
+            for (int i = 3; i < argc; ++i) dateien.push_back(fs::absolute(argv[i]));
         for (const char* art : {"corpus", "regressions"}) {
             const fs::path ordner = wurzel / art / z.name;
-            if (!fs::is_directory(ordner)) continue;
-            std::vector<fs::path> dateien;
+            if (einzeln || !fs::is_directory(ordner)) continue;
             for (const auto& e : fs::directory_iterator(ordner))
                 if (e.is_regular_file()) dateien.push_back(e.path());
-            std::sort(dateien.begin(), dateien.end());
-            for (const auto& d : dateien) {
-                gut = laufe(z, d) && gut;
-                ++proZiel;
-            }
         }
-        if (proZiel == 0) {
+        std::sort(dateien.begin(), dateien.end());
+        if (dateien.empty() && !einzeln) {
             std::fprintf(stderr, "no inputs for %s\n", z.name);
             gut = false;
         }
-        anzahl += proZiel;
+        for (const auto& d : dateien) gut = laufe(z, d) && gut;
+        anzahl += dateien.size();
     }
     std::fprintf(stderr, "%zu inputs replayed\n", anzahl);
-    return gut ? 0 : 1;
+    return gut && anzahl > 0 ? 0 : 1;
 }

@@ -13,17 +13,15 @@ int kivFuzzBinaer(const std::uint8_t* daten, std::size_t groesse) {
     using namespace kivfuzz;
     static const char* const ziel = "binaer";
     initUmgebung();
-    static ScratchDatei datei("binaer.bin");
-    static ScratchDatei zurueck("binaer_zurueck.bin");
+    static const ScratchDatei datei("binaer.bin"), zurueck("binaer_zurueck.bin");
 
     const LeseParameter p(groesse);
     Eprom eprom;
     if (p.mitBereich) eprom.definiereBereich(0, 0xFFFF);
-    EpromDateiBinaer(datei.schreibe(daten, groesse).c_str()).lies(eprom, p.s(), p.e(), p.x());
+    EpromDateiBinaer(datei.schreibe(daten, groesse)).lies(eprom, p.s(), p.e(), p.x());
     pruefeNachLesen(ziel, eprom);
 
-    const adrInteger start = p.mitStart ? p.start : 0;
-    const adrInteger ende = p.mitEnde ? p.ende : 0xFFFFFFFF;
+    const adrInteger start = p.mitStart ? p.start : 0, ende = p.mitEnde ? p.ende : 0xFFFFFFFF;
     const std::size_t skip = p.mitExtern ? p.extern_ : 0;
     if (p.mitBereich || start > ende || skip >= groesse) return 0;
     const std::size_t anzahl = std::min<std::uint64_t>(groesse - skip, std::uint64_t(ende) - start + 1);
@@ -33,19 +31,13 @@ int kivFuzzBinaer(const std::uint8_t* daten, std::size_t groesse) {
         verletzt(ziel, "the image does not hold the file's bytes");
 
     const adrInteger letzte = static_cast<adrInteger>(start + (anzahl - 1));
-    EpromDateiBinaer schreiber(zurueck.name().c_str());
-    if (!schreiber.schreibe(eprom, &start, &letzte, nullptr)) verletzt(ziel, "writing the bytes read failed");
-    std::ifstream f(zurueck.name(), std::ios::binary);
-    const std::vector<std::uint8_t> inhalt{std::istreambuf_iterator<char>(f),
-                                           std::istreambuf_iterator<char>()};
+    if (!EpromDateiBinaer(zurueck.name.c_str()).schreibe(eprom, &start, &letzte, nullptr))
+        verletzt(ziel, "writing the bytes read failed");
+    std::ifstream f(zurueck.name, std::ios::binary);
+    const std::vector<std::uint8_t> inhalt{std::istreambuf_iterator<char>(f), {}};
     if (inhalt.size() != anzahl || !std::equal(inhalt.begin(), inhalt.end(), daten + skip))
         verletzt(ziel, "the file written differs from the bytes read");
     pruefeNachLesen(ziel, eprom);
     return 0;
 }
-
-#ifdef KIV_LIBFUZZER
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* daten, std::size_t groesse) {
-    return kivFuzzBinaer(daten, groesse);
-}
-#endif
+KIV_FUZZ_EINSTIEG(kivFuzzBinaer)

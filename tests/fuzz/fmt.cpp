@@ -17,18 +17,12 @@ public:
     Werte(const char* namen, const char* name) : namen_(namen), name_(name) {}
 
     int ersetzeVariable(FmtVariable& v) override {
+        std::ostringstream o;
         switch (v.liefereIndex(namen_)) {
         case 0: return v.ausgabe(String("hallo Welt"));
-        case 1:
-            v.ausgabe(String("1"));
-            v.ausgabe(String("2"));
-            return v.ausgabe(String("3"));
+        case 1: return v.ausgabe(String("1")), v.ausgabe(String("2")), v.ausgabe(String("3"));
         case 2: return 1;  // a known variable without values
-        case 3: {
-            std::ostringstream o;
-            o << std::hex << std::uppercase << 0x1A2B;
-            return v.ausgabe(o);
-        }
+        case 3: return o << std::hex << std::uppercase << 0x1A2B, v.ausgabe(o);
         case 4: return v.ausgabe(String("a<b&\"c\\d"));
         case 5: return v.ausgabe(v.liefereArgument());
         default: return v.unbekannteVariable("Werte::ersetzeVariable", *this);
@@ -37,22 +31,13 @@ public:
     String liefereName() const override { return name_; }
 
 private:
-    String namen_;
-    String name_;
+    String namen_, name_;
 };
-
-std::string lauf(FmtAnweisung& anweisung, FmtObjekt& objekt, const String& start, const String& stop,
-                 int& ok) {
-    std::ostringstream aus;
-    ok = anweisung.ausgabe(aus, objekt, start, stop);
-    return aus.str();
-}
 
 }  // namespace
 
 int kivFuzzFmt(const std::uint8_t* daten, std::size_t groesse) {
     using namespace kivfuzz;
-    static const char* const ziel = "fmt";
     initUmgebung();
     static Werte a("Name\nBytes\nLeer\nChksum\nText\nArg\n ", "A");
     static Werte b("Chksum\nArg\nName\nText\nLeer\nBytes\nX\n ", "B");
@@ -66,22 +51,18 @@ int kivFuzzFmt(const std::uint8_t* daten, std::size_t groesse) {
     const String stop(t2 == std::string::npos ? "" : eingabe.substr(t2 + 1).c_str());
 
     FmtAnweisung anweisung(text);
-    int ok1 = 0, ok2 = 0, ok3 = 0;
-    const std::string erste = lauf(anweisung, a, start, stop, ok1);
-    lauf(anweisung, b, start, stop, ok2);
-    const std::string dritte = lauf(anweisung, a, start, stop, ok3);
+    std::ostringstream erste, zweite, dritte;
+    const int ok1 = anweisung.ausgabe(erste, a, start, stop), ok2 = anweisung.ausgabe(zweite, b, start, stop),
+              ok3 = anweisung.ausgabe(dritte, a, start, stop);
     if (ok1 != anweisung.liefereOk() || ok2 != ok1 || ok3 != ok1)
-        verletzt(ziel, "the result of ausgabe changed");
-    if (erste != dritte) verletzt(ziel, "a second run against the same object wrote another text");
+        verletzt("fmt", "the result of ausgabe changed");
+    if (erste.str() != dritte.str())
+        verletzt("fmt", "a second run against the same object wrote another text");
     // Every byte out comes from the statement or from a value, each at most
     // a few times over (escapes, separators, tags); far more is a runaway.
-    if (erste.size() > 64 * (std::strlen(text.c_str()) + 16)) verletzt(ziel, "output out of proportion");
+    if (erste.str().size() > 64 * (std::strlen(text.c_str()) + 16))
+        verletzt("fmt", "output out of proportion");
     Fehler::holeStatus();
     return 0;
 }
-
-#ifdef KIV_LIBFUZZER
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* daten, std::size_t groesse) {
-    return kivFuzzFmt(daten, groesse);
-}
-#endif
+KIV_FUZZ_EINSTIEG(kivFuzzFmt)

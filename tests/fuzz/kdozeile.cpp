@@ -12,8 +12,7 @@ namespace {
 
 class ZaehlParser : public KdoParser {
 public:
-    long tokens = 0;
-    long grenze = 0;
+    long tokens = 0, grenze = 0;
 
 protected:
     dataInteger holeToken() override {
@@ -25,10 +24,7 @@ protected:
 }  // namespace
 
 int kivFuzzKdozeile(const std::uint8_t* daten, std::size_t groesse) {
-    using namespace kivfuzz;
-    static const char* const ziel = "kdozeile";
-    initUmgebung();
-
+    kivfuzz::initUmgebung();
     const std::string text(reinterpret_cast<const char*>(daten), groesse);
     for (dataInteger modus = 0; modus <= 2; ++modus) {
         KdoLaufzeit laufzeit;
@@ -38,25 +34,19 @@ int kivFuzzKdozeile(const std::uint8_t* daten, std::size_t groesse) {
         // procedure; the mode a line leaves behind carries over on purpose.
         std::size_t anfang = 0;
         for (dataInteger nr = 1; anfang < text.size() || nr == 1; ++nr) {
-            std::size_t ende = text.find('\n', anfang);
-            ende = ende == std::string::npos ? text.size() : ende + 1;
+            const std::size_t ende = std::min(text.find('\n', anfang), text.size() - 1) + 1;
             std::istringstream strom(text.substr(anfang, ende - anfang));
             parser.oeffne("fuzz", strom, nr);
             parser.tokens = 0;
             parser.grenze = 4 * static_cast<long>(ende - anfang) + 10;
             const int r = parser.parse();
-            if (r != 0 && r != 1) verletzt(ziel, "parse gave neither 0 nor 1");
-            const dataInteger jetzt = static_cast<dataInteger>(laufzeit.scannerModus);
-            if (jetzt < 0 || jetzt > 2) verletzt(ziel, "scanner mode out of range");
+            if (r != 0 && r != 1) kivfuzz::verletzt("kdozeile", "parse gave neither 0 nor 1");
+            const auto jetzt = static_cast<dataInteger>(laufzeit.scannerModus);
+            if (jetzt < 0 || jetzt > 2) kivfuzz::verletzt("kdozeile", "scanner mode out of range");
             anfang = ende;
         }
     }
     Fehler::holeStatus();
     return 0;
 }
-
-#ifdef KIV_LIBFUZZER
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* daten, std::size_t groesse) {
-    return kivFuzzKdozeile(daten, groesse);
-}
-#endif
+KIV_FUZZ_EINSTIEG(kivFuzzKdozeile)

@@ -2,8 +2,6 @@
 // growing 'a' buffer, rule marks of 'h', the tree of 't', the copies at
 // commits, stream output, and streamed subjects refilled across block ends
 // and shifted at commits.
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <cstring>
 
@@ -11,151 +9,109 @@
 
 namespace {
 
-int zaehle(const std::string& text, const std::string& teil) {
-    int n = 0;
-    for (std::size_t p = text.find(teil); p != std::string::npos; p = text.find(teil, p + 1)) ++n;
-    return n;
-}
+const MmFall kFaelle[] = {
+    {"<r>x#<r>=ab", "abx", "\0r\0ab\0\0x"sv, "h"},
+    {"<_r>x#<_r>=ab", "abx", "abx", "h"},
+    {"<a>#<a>=(<b>%B)c#<b>=y", "yc", "\0a\0Bc\0\0"sv, "h"},
+    {"<r>x#<r>=ab", "abx", "(r\n-ab\n)r\n-x\n", ">t"},
+    {"@*", "a\x01\n\\\xff", "-a\\001\\n\\\\\\377\n", ">t"},
+    {"<_w><v>#<_w>=\\ *#<v>=(a+).{x}%[{x}]", " aa", "- \n(v\n-[\n-aa\n-]\n)v\n", ">t"},
+    // In memory the direct copy at each flush starts at the subject's
+    // start, so the text before a commit comes out twice (intended).
+    {"(!a)b", "ab", "aab"},
+    {"(a+).{v}(!b)c{v}", "aabcaa", "aabaabcaa"},
+    // From a stream the held text starts behind the commit.
+    {"(!a%x)b", "ab", "xb", "<"},
+    {"(!b)(a+).{v}c{v}%{v}", "baacaa", "baa", "<"},
+    {"(!b)(a+).{v}c{v}", "baaca", {}, "<"},
+    // With the walk ('h' or a replacement behind the commit) no doubling.
+    {"(!a)b%y", "ab", "ay"},
+    {"<_l>*#<_l>=![a-z]+%X", "ab", "X", "h"},
+    {"(!a%1)(!b%2)c%3", "abc", "123"},
+    {"(a%x|b)*", "abba", "xbbx", ">"},
+};
 
-std::string mal(int n, const std::string& teil) {
-    std::string s;
-    while (n-- > 0) s += teil;
-    return s;
-}
+TEST(MmparseAusgabe, Table) { pruefeFaelle(kFaelle); }
 
-TEST(MmparseAusgabe, BufferLimitsAndNul) {
-    char buf[8];
-    std::memset(buf, 'Z', sizeof buf);
+TEST(MmparseAusgabe, BufferLimits) {
+    char buf[8] = "ZZZZZZZ";
     // Exactly the output's size: success, no NUL behind it; one more: the NUL.
     EXPECT_EQ(mmparse(buf, 3, "abc", "abc", 3, "", nullptr), 4);
     EXPECT_EQ(std::string(buf, 4), "abcZ");
     EXPECT_EQ(mmparse(buf, 4, "abc", "abc", 3, "", nullptr), 4);
-    EXPECT_EQ(std::string(buf, 4), std::string("abc\0", 4));
+    EXPECT_EQ(std::string(buf, 4), "abc\0"sv);
     // One byte short: too long, both for the direct copy and for the walk.
     EXPECT_EQ(mmparse(buf, 2, "abc", "abc", 3, "", nullptr), MM_OTOLONG);
     EXPECT_EQ(mmparse(buf, 2, "abc%xyz", "abc", 3, "", nullptr), MM_OTOLONG);
+    EXPECT_EQ(mmLauf("<r>#<r>=ab", "ab", "h", 4).ergebnis, MM_OTOLONG);
     buf[0] = 'Z';
     EXPECT_EQ(mmparse(buf, 0, "a%", "a", 1, "", nullptr), 1);
     EXPECT_EQ(buf[0], 'Z');
-    // No object: match only.
-    std::int32_t pos = -1;
+    std::int32_t pos = -1;  // no object: match only
     EXPECT_EQ(mmparse(nullptr, 0, "a+%xx", "aaa", 3, "", &pos), 1);
     EXPECT_EQ(pos, 3);
-}
 
-TEST(MmparseAusgabe, AllocatedBufferGrows) {
-    const std::string subjekt(10000, 'q');
     void* adresse = nullptr;
-    std::int32_t pos = -1;
-    ASSERT_EQ(mmparseMitAdresse(nullptr, 0, "(q%ab)*", subjekt.data(), 10000, "a", &pos, &adresse), 20001);
-    EXPECT_EQ(pos, 10000);
+    ASSERT_EQ(
+        mmparseMitAdresse(nullptr, 0, "(q%ab)*", std::string(10000, 'q').data(), 10000, "a", &pos, &adresse),
+        20001);
     EXPECT_EQ(std::strlen(static_cast<const char*>(adresse)), 20000u);  // 20480 taken, so the NUL fits
     std::free(adresse);
-    // A caller's malloc buffer passes to the engine and grows.
-    ASSERT_EQ(mmparseMitAdresse(std::malloc(2), 2, "@*", "hello", 5, "a", &pos, &adresse), 6);
-    EXPECT_EQ(std::string(static_cast<char*>(adresse)), "hello");
-    std::free(adresse);
-    // On failure the buffer is released and nothing is handed back.
+    // On failure the buffer is released and nothing is handed back; marks
+    // never enlarge it.
     EXPECT_EQ(mmparseMitAdresse(nullptr, 0, "x", "y", 1, "a", &pos, &adresse), 0);
+    EXPECT_EQ(adresse, nullptr);
+    EXPECT_EQ(mmparseMitAdresse(std::malloc(4), 4, "<r>#<r>=", "", 0, "ha", nullptr, &adresse), MM_OTOLONG);
     EXPECT_EQ(adresse, nullptr);
     EXPECT_EQ(mmparse(nullptr, 0, "@*", "abc", 3, "a", &pos), 4);
 }
 
-TEST(MmparseAusgabe, HierarchicalMarksAndTraceTree) {
-    EXPECT_EQ(mmLauf("<r>x#<r>=ab", "abx", "h").ausgabe, std::string("\0r\0ab\0\0x", 8));
-    EXPECT_EQ(mmLauf("<_r>x#<_r>=ab", "abx", "h").ausgabe, "abx");
-    EXPECT_EQ(mmLauf("<a>#<a>=(<b>%B)c#<b>=y", "yc", "h").ausgabe, std::string("\0a\0Bc\0\0", 7));
-    // Marks never enlarge the buffer, even with 'a'.
-    EXPECT_EQ(mmLauf("<r>#<r>=ab", "ab", "h", 4).ergebnis, MM_OTOLONG);
-    void* adresse = nullptr;
-    EXPECT_EQ(mmparseMitAdresse(std::malloc(4), 4, "<r>#<r>=", "", 0, "ha", nullptr, &adresse), MM_OTOLONG);
-    EXPECT_EQ(adresse, nullptr);
-
-    MmLauf l = mmStromLauf("<r>x#<r>=ab", "abx", ">t");
-    EXPECT_EQ(l.ergebnis, static_cast<std::int32_t>(l.ausgabe.size()) + 1);
-    EXPECT_EQ(l.ausgabe, "(r\n-ab\n)r\n-x\n");
-    EXPECT_EQ(mmStromLauf("@*", std::string("a\x01\n\\\xff", 5), ">t").ausgabe, "-a\\001\\n\\\\\\377\n");
-    EXPECT_EQ(mmStromLauf("<_w><v>#<_w>=\\ *#<v>=(a+).{x}%[{x}]", " aa", ">t").ausgabe,
-              "- \n(v\n-[\n-aa\n-]\n)v\n");
-}
-
-TEST(MmparseAusgabe, CommitsFlush) {
-    struct {
-        const char* grammatik;
-        const char* subjekt;
-        const char* optionen;
-        const char* ausgabe;
-    } const faelle[] = {
-        // In memory the direct copy at each flush starts at the subject's
-        // start, so the text before a commit comes out twice (intended).
-        {"(!a)b", "ab", "", "aab"},
-        {"(!a%x)b", "ab", "", "xab"},
-        {"(a+).{v}(!b)c{v}", "aabcaa", "", "aabaabcaa"},
-        // From a stream the held text starts behind the commit.
-        {"(!a)b", "ab", "<", "ab"},
-        {"(!a%x)b", "ab", "<", "xb"},
-        {"(!b)(a+).{v}c{v}%{v}", "baacaa", "<", "baa"},
-        // With the walk ('h' or a replacement behind the commit) no doubling.
-        {"(!a)b%y", "ab", "", "ay"},
-        {"<_l>*#<_l>=![a-z]+%X", "ab", "h", "X"},
-        {"(!a%1)(!b%2)c%3", "abc", "", "123"},
-        {"(a%x|b)*", "abba", ">", "xbbx"},
-        {"@*", "plain", ">", "plain"},
-    };
-    for (const auto& f : faelle) {
-        MmLauf l = mmStromLauf(f.grammatik, f.subjekt, f.optionen);
-        EXPECT_EQ(l.ausgabe, f.ausgabe) << f.grammatik << " " << f.optionen;
-        EXPECT_EQ(l.ergebnis, static_cast<std::int32_t>(l.ausgabe.size()) + 1) << f.grammatik;
-    }
-    // Text a commit dropped can not be compared or copied again.
-    EXPECT_EQ(mmStromLauf("(a+).{v}(!b)c{v}", "aabcaa", "<").ergebnis, MM_TEXT_VERWORFEN);
-    EXPECT_EQ(mmStromLauf("(a+).{v}(!b)c[{v}]", "aabca", "<").ergebnis, MM_TEXT_VERWORFEN);
-    EXPECT_EQ(mmStromLauf("(!b)(a+).{v}c{v}", "baaca", "<").ergebnis, 0);
-    // A failed match leaves what commits flushed before it, and its position
-    // counts the flushed text.
-    MmLauf l = mmStromLauf("<l>*#<l>=!a\\n%A\\n", "a\na\nb\n", "<>");
-    EXPECT_EQ(l.ergebnis, 0);
-    EXPECT_EQ(l.ausgabe, "A\nA\n");
-    EXPECT_EQ(l.position, 4);
-    EXPECT_EQ(mmStromLauf("<l>*#<l>=!a+\\n", "aaaa\naaa", "<").position, 8);
-}
-
-TEST(MmparseAusgabe, WriteFailure) {
+TEST(MmparseAusgabe, StreamsAndCommits) {
     std::FILE* nurLesen = std::fopen("/dev/null", "r");
-    ASSERT_NE(nurLesen, nullptr);
     EXPECT_EQ(mmparse(nurLesen, 0, "abc", "abc", 3, ">", nullptr), MM_CANTWRITE);
     EXPECT_EQ(mmparse(nurLesen, 0, "abc%x", "abc", 3, ">", nullptr), MM_CANTWRITE);
     std::fclose(nurLesen);
-}
-
-TEST(MmparseAusgabe, StreamedSubjectRefillsAndShifts) {
-    // Commits keep the block at its first size however long the file.
-    const std::string ein = mal(20000, "abc 12\n");
-    testing::internal::CaptureStderr();
-    MmLauf l = mmStromLauf("<z>*#<z>=![a-z]+\\ ([0-9]+%N)\\n", ein, "<>m");
-    std::string log = testing::internal::GetCapturedStderr();
-    EXPECT_EQ(l.ausgabe, mal(20000, "abc N\n"));
-    EXPECT_EQ(l.position, static_cast<std::int32_t>(ein.size()));
-    EXPECT_EQ(log.rfind("PARSE: Allocating 4096 bytes for SUBJECT.\n", 0), 0u);
-    EXPECT_EQ(zaehle(log, "SUBJECT"), 2);  // no re-allocation, one release
-    EXPECT_EQ(zaehle(log, "ARRAY"), 0);
-    // Without a commit the whole file is held.
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(mmStromLauf("(xy%z)*", mal(3000, "xy"), "<m").ausgabe, mal(3000, "z"));
-    log = testing::internal::GetCapturedStderr();
-    EXPECT_EQ(zaehle(log, "Re-allocating"), 1);
-    EXPECT_EQ(zaehle(log, "Re-allocating 8192 bytes for SUBJECT"), 1);
+    // Text a commit dropped can not be compared or copied again.
+    EXPECT_EQ(mmLauf("(a+).{v}(!b)c{v}", "aabcaa", "<").ergebnis, MM_TEXT_VERWORFEN);
+    EXPECT_EQ(mmLauf("(a+).{v}(!b)c[{v}]", "aabca", "<").ergebnis, MM_TEXT_VERWORFEN);
+    // A failed match leaves what commits flushed before it, and its position
+    // counts the flushed text.
+    const MmLauf l = mmLauf("<l>*#<l>=!a\\n%A\\n", "a\na\nb\n", "<>");
+    EXPECT_EQ(l.ergebnis, 0);
+    EXPECT_EQ(l.ausgabe, "A\nA\n");
+    EXPECT_EQ(l.position, 4);
+    EXPECT_EQ(mmLauf("<l>*#<l>=!a+\\n", "aaaa\naaa", "<").position, 8);
     // A variable compared across refills.
     const std::string a(5000, 'a');
-    EXPECT_EQ(mmStromLauf("(a+).{x}-{x}", a + "-" + a, "<").ergebnis, 10002);
-    EXPECT_EQ(mmStromLauf("(a+).{x}-{x}", a + "-" + a.substr(1), "<").ergebnis, 0);
-    EXPECT_EQ(mmStromLauf("@*", "", "<").ergebnis, 1);
+    EXPECT_EQ(mmLauf("(a+).{x}-{x}", a + "-" + a, "<").ergebnis, 10002);
+    EXPECT_EQ(mmLauf("(a+).{x}-{x}", a + "-" + a.substr(1), "<").ergebnis, 0);
+    EXPECT_EQ(mmLauf("@*", "", "<").ergebnis, 1);
 }
 
-TEST(MmparseAusgabe, ShowOption) {
+// The 'm' log shows the subject's block: with commits it keeps its first size
+// however long the file; without, it grows to hold the whole file.
+TEST(MmparseAusgabe, StreamedSubjectBlock) {
+    std::string ein, aus, xy;
+    for (int i = 0; i < 20000; ++i) ein += "abc 12\n", aus += "abc N\n";
     testing::internal::CaptureStderr();
+    const MmLauf l = mmLauf("<z>*#<z>=![a-z]+\\ ([0-9]+%N)\\n", ein, "<>m");
+    std::string log = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(log.rfind("PARSE: Allocating 4096 bytes for SUBJECT.\n", 0), 0u);
+    EXPECT_EQ(log.find("SUBJECT", 40), log.rfind("SUBJECT"));  // no re-allocation, one release
+    EXPECT_EQ(log.find("ARRAY"), std::string::npos);
+    EXPECT_EQ(l.ausgabe, aus);
+    EXPECT_EQ(l.position, std::int32_t(ein.size()));
+    for (int i = 0; i < 3000; ++i) xy += "xy";
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(mmLauf("(xy%z)*", xy, "<m").ausgabe, std::string(3000, 'z'));
+    log = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(log.find("Re-allocating"), log.rfind("Re-allocating"));
+    EXPECT_NE(log.find("Re-allocating 8192 bytes for SUBJECT"), std::string::npos);
+    // 's' shows the subject up to each new position, from each call's start.
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(mmLauf("x", "a", "s").ergebnis, 0);
     EXPECT_EQ(mmLauf("ab", "ab", "s").ergebnis, 3);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "\na\nab\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "\n\na\nab\n");
 }
 
 }  // namespace

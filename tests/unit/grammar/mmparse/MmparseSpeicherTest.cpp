@@ -1,40 +1,35 @@
 // Memory: failed allocations at each named place, the 256-block limits of
 // both stacks, the 'm' log, and nesting far deeper than the C++ stack.
-#include <gtest/gtest.h>
-
 #include "MmTestHilfe.h"
 #include "grammar/mmparse/MmZustand.h"
 
 namespace {
 
-// Runs with the allocation number `n` (0 = the first) failing.
-std::int32_t mitFehlschlag(long n, const std::string& g, const std::string& s, const char* opt,
-                           bool strom = false) {
-    mmintern::testAllocationenBisFehler = n;
-    std::int32_t r;
-    if (strom) {
-        r = mmStromLauf(g, s, opt).ergebnis;
-    } else {
-        std::string buf(1 << 16, '\0');
-        void* ziel = std::string(opt).find('a') != std::string::npos ? nullptr : buf.data();
-        r = mmparse(ziel, static_cast<std::int32_t>(buf.size()), g.c_str(), s.data(),
-                    static_cast<std::int32_t>(s.size()), opt, nullptr);
-    }
-    mmintern::testAllocationenBisFehler = -1;
-    return r;
-}
-
 TEST(MmparseSpeicher, FailedAllocations) {
-    EXPECT_EQ(mitFehlschlag(0, "a", "a", ""), MM_NOMEM_INDEX);                // the index root
-    EXPECT_EQ(mitFehlschlag(1, "a#<r>=b", "a", ""), MM_NOMEM_INDEX);          // a rule's node
-    EXPECT_EQ(mitFehlschlag(2, "a#<ab>=b#<ac>=c", "a", ""), MM_NOMEM_INDEX);  // the split
-    EXPECT_EQ(mitFehlschlag(1, "a", "a", "<", true), MM_NOMEM_SUBJECT);
-    EXPECT_EQ(mitFehlschlag(2, "@*", std::string(5000, 'x'), "<", true), MM_NOMEM_SUBJECT);
-    EXPECT_EQ(mitFehlschlag(1, "a", "a", "a"), MM_NOMEM_OBJECT);
-    EXPECT_EQ(mitFehlschlag(2, "(a%bcdefgh)*", std::string(1000, 'a'), "a"), MM_NOMEM_OBJECT);
-    EXPECT_EQ(mitFehlschlag(1, "(a)*", std::string(1100, 'a'), ""), MM_NOMEM_ARRAY);
-    // 1024 frames are used up before 512 variables.
-    EXPECT_EQ(mitFehlschlag(2, "(a.{$v})*", std::string(600, 'a'), ""), MM_NOMEM_VARRAY);
+    const struct {
+        long nummer;  // of the allocation that fails, from 0
+        const char *grammatik, *optionen;
+        std::string subjekt;
+        std::int32_t ergebnis;
+    } faelle[] = {
+        {0, "a", "", "a", MM_NOMEM_INDEX},  // the index root
+        {1, "a#<r>=b", "", "a", MM_NOMEM_INDEX},
+        {2, "a#<ab>=b#<ac>=c", "", "a", MM_NOMEM_INDEX},  // the split
+        {1, "a", "<", "a", MM_NOMEM_SUBJECT},
+        {2, "@*", "<", std::string(5000, 'x'), MM_NOMEM_SUBJECT},
+        {1, "a", "a", "a", MM_NOMEM_OBJECT},
+        {2, "(a%bcdefgh)*", "a", std::string(1000, 'a'), MM_NOMEM_OBJECT},
+        {1, "(a)*", "", std::string(1100, 'a'), MM_NOMEM_ARRAY},
+        {2, "(a.{$v})*", "", std::string(600, 'a'), MM_NOMEM_VARRAY},  // 1024 frames before 512 variables
+    };
+    for (const auto& f : faelle) {
+        mmintern::testAllocationenBisFehler = f.nummer;
+        const std::int32_t r = f.optionen[0] == 'a' ? mmparse(nullptr, 0, f.grammatik, f.subjekt.data(),
+                                                              std::int32_t(f.subjekt.size()), "a", nullptr)
+                                                    : mmLauf(f.grammatik, f.subjekt, f.optionen).ergebnis;
+        mmintern::testAllocationenBisFehler = -1;
+        EXPECT_EQ(r, f.ergebnis) << f.grammatik;
+    }
     // Nothing is left behind by a failure: the next call runs normally.
     EXPECT_EQ(mmLauf("(a)*", std::string(1100, 'a')).ergebnis, 1101);
 }
@@ -50,9 +45,7 @@ TEST(MmparseSpeicher, StackLimits) {
 
 TEST(MmparseSpeicher, AllocationLog) {
     testing::internal::CaptureStderr();
-    MmLauf l = mmStromLauf("<ab>(x)*#<ab>=a#<ac>=c", "a" + std::string(1100, 'x'), "<m");
-    std::string log = testing::internal::GetCapturedStderr();
-    ASSERT_EQ(l.ergebnis, 1102);
+    ASSERT_EQ(mmLauf("<ab>(x)*#<ab>=a#<ac>=c", "a" + std::string(1100, 'x'), "<m").ergebnis, 1102);
     const std::string knoten = "PARSE: Allocating " +
                                std::to_string((sizeof(mmintern::IndexNode) + 3) / 4 * 4) +
                                " bytes for Index node.\n";
@@ -60,25 +53,21 @@ TEST(MmparseSpeicher, AllocationLog) {
                                std::to_string(sizeof(mmintern::ArrayFrame) * mmintern::kFramesProBlock) +
                                " bytes for ARRAY.\n";
     // The root node is taken before the options are read: not logged.
-    EXPECT_EQ(log, "PARSE: Allocating 4096 bytes for SUBJECT.\n" + knoten + knoten + knoten + frames +
-                       "PARSE: Freeing SUBJECT.\nPARSE: Freeing ARRAY.\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "PARSE: Allocating 4096 bytes for SUBJECT.\n" + knoten +
+                                                          knoten + knoten + frames +
+                                                          "PARSE: Freeing SUBJECT.\nPARSE: Freeing ARRAY.\n");
 }
 
 TEST(MmparseSpeicher, DeepNestingUsesNoCxxStack) {
     const int tiefe = 100000;
-    std::string g(tiefe, '(');
-    g += "a";
-    g += std::string(tiefe, ')');
+    const std::string g = std::string(tiefe, '(') + "a" + std::string(tiefe, ')'), viele(tiefe, 'a');
     EXPECT_EQ(mmLauf(g, "a").ergebnis, 2);
     EXPECT_EQ(mmLauf(g, "b").ergebnis, 0);
-
-    const std::string viele(tiefe, 'a');
     EXPECT_EQ(mmLauf("<r>#<r>=a<r>/", viele, "", tiefe + 1).ergebnis, tiefe + 1);
     EXPECT_EQ(mmLauf("<r>#<r>=a<r>/b", viele, "", tiefe + 1).ergebnis, 0);
-
     // Each level's replacement holds the translated level below it.
     const int n = 5000;
-    MmLauf l = mmLauf("<r>#<r>=a(<r>/).{x}%[{x}]", std::string(n, 'a'), "", 4 * n);
+    const MmLauf l = mmLauf("<r>#<r>=a(<r>/).{x}%[{x}]", std::string(n, 'a'), "", 4 * n);
     ASSERT_EQ(l.ergebnis, 2 * n + 1);
     EXPECT_EQ(l.ausgabe, std::string(n, '[') + std::string(n, ']'));
 }
