@@ -1,5 +1,5 @@
-// File names in host and foreign styles, the open/close messages of the file
-// wrappers, deletion and the check before writing a file.
+// File names in host and foreign styles, the file wrappers, deletion and the
+// check before writing a file.
 #include "foundation/Datei.h"
 
 #include <gtest/gtest.h>
@@ -50,7 +50,6 @@ TEST(DateiName, ChangingAPartRebuildsTheWhole) {
     DateiName v("DISK:[DIR]FILE.DAT;3");
     v.setzeName("NEU");
     EXPECT_EQ(v.liefereGanz(), "DISK:[DIR]NEU.DAT");
-
     d = String("a/b.c");
     EXPECT_EQ(d.liefereName(), "b");
 }
@@ -90,13 +89,9 @@ TEST_F(DateiTest, OpenReadWriteAndClose) {
     EXPECT_EQ(ein.schliesse(), 1);
     EXPECT_EQ(ein.liefereStrom(), nullptr);
     EXPECT_EQ(ein.schliesse(), 1);
-    EXPECT_EQ(auf.labels(), (std::vector<std::string>{}));
-    EXPECT_EQ(auf.anzahl(), 2u);
-    IDatei fehlt(DateiName(pfad("fehlt.txt").c_str()));
-    EXPECT_EQ(fehlt.oeffne(), 0);
-    EXPECT_EQ(auf.letzte().detail, pfad("fehlt.txt") + ": No such file or directory");
+    EXPECT_EQ(auf.anzahl(), 2u);  // opened, closed: once each
 
-    schreibe("aus.txt", "alter langer Inhalt");
+    schreibe("aus.txt", "alt");
     const auto ausText = [&] {
         std::ifstream gelesen(pfad("aus.txt"));
         return std::string(std::istreambuf_iterator<char>(gelesen), std::istreambuf_iterator<char>());
@@ -106,68 +101,52 @@ TEST_F(DateiTest, OpenReadWriteAndClose) {
         EXPECT_EQ(aus.oeffne(), 1);
         *aus.liefereStrom() << "neu";
     }
-    EXPECT_EQ(ausText(), "alter langer Inhalt");
+    EXPECT_EQ(ausText(), "alt");
     ODatei zweite(DateiName(pfad("aus.txt").c_str()));
     *zweite.liefereStrom() << "neu";
     EXPECT_EQ(zweite.schliesse(), 1);
     EXPECT_EQ(ausText(), "neu");
-    for (const auto& eintrag : fs::directory_iterator(verzeichnis))
-        EXPECT_EQ(eintrag.path().filename().string().find(".kiv-"), std::string::npos) << eintrag.path();
-    ODatei unmoeglich(DateiName(pfad("nichtda/x.txt").c_str()));
-    EXPECT_EQ(unmoeglich.oeffne(), 0);
+    EXPECT_EQ(std::distance(fs::directory_iterator(verzeichnis), fs::directory_iterator()), 2);
 }
 
-TEST_F(DateiTest, DeletionReportsItsErrno) {
-    schreibe("weg.txt", "x");
-    EXPECT_EQ(loescheDatei(pfad("weg.txt").c_str()), 0);
-    EXPECT_FALSE(fs::exists(pfad("weg.txt")));
-    errno = 0;
-    EXPECT_EQ(loescheDatei(pfad("weg.txt").c_str()), -1);
-    EXPECT_EQ(errno, ENOENT);
-}
-
-// The probe never creates nor removes the file; only a new file must not
-// exist, and a read-only one cannot be overwritten.
-TEST_F(DateiTest, CheckBeforeWriting) {
-    const String funktion("KivEprom::schreibeInDatei ");
+// The probe never creates nor removes a file: only a new file must not
+// exist, and a read-only one cannot be overwritten. Deletion reports errno.
+TEST_F(DateiTest, CheckBeforeWritingAndDeletion) {
     schreibe("da.txt", "x");
     schreibe("fest.txt", "x");
     fs::permissions(pfad("fest.txt"), fs::perms::owner_read);
-    const struct {
-        const char* name;
-        Schreibmodus modus;
-        int ok;
-        const char* label;
-    } faelle[] = {
-        {"neu.txt", Schreibmodus::neu, 1, ""},
-        {"neu.txt", Schreibmodus::ueberschreiben, 1, ""},
-        {"neu.txt", Schreibmodus::anhaengen, 1, ""},
-        {"da.txt", Schreibmodus::neu, 0, "FILE-EXIST"},
-        {"da.txt", Schreibmodus::anhaengen, 1, ""},
-        {"da.txt", Schreibmodus::ueberschreiben, 1, ""},
-        {"fest.txt", Schreibmodus::ueberschreiben, 0, "FILE-READONLY"},
+    const std::tuple<const char*, Schreibmodus, const char*> faelle[] = {
+        {"neu.txt", Schreibmodus::neu, ""},
+        {"neu.txt", Schreibmodus::ueberschreiben, ""},
+        {"da.txt", Schreibmodus::neu, "FILE-EXIST"},
+        {"da.txt", Schreibmodus::anhaengen, ""},
+        {"da.txt", Schreibmodus::ueberschreiben, ""},
+        {"fest.txt", Schreibmodus::ueberschreiben, "FILE-READONLY"},
     };
-    for (const auto& f : faelle) {
+    for (const auto& [name, modus, label] : faelle) {
         auf.leere();
-        EXPECT_EQ(pruefeZielDatei(DateiName(pfad(f.name).c_str()), f.modus, funktion), f.ok) << f.name;
-        EXPECT_EQ(auf.letzte().label, f.label) << f.name;
+        EXPECT_EQ(pruefeZielDatei(DateiName(pfad(name).c_str()), modus, "f"), *label ? 0 : 1) << name;
+        EXPECT_EQ(auf.letzte().label, label) << name;
     }
     EXPECT_FALSE(fs::exists(pfad("neu.txt")));
     EXPECT_TRUE(fs::exists(pfad("da.txt")));
-    EXPECT_TRUE(dateiExistiert(DateiName(pfad("fest.txt").c_str())));
+    EXPECT_EQ(loescheDatei(pfad("da.txt").c_str()), 0);
+    EXPECT_FALSE(fs::exists(pfad("da.txt")));
+    errno = 0;
+    EXPECT_EQ(loescheDatei(pfad("da.txt").c_str()), -1);
+    EXPECT_EQ(errno, ENOENT);
 }
 
 // Devices are written in place: the name (here a link to one) must survive
-// as it was, where a replacing rename would leave a regular file.
-// Appending adds to the file; a failure is reported by its errno.
-TEST_F(DateiTest, DevicesInPlaceAppendingAndFailures) {
+// as it was, where a replacing rename would leave a regular file. Appending
+// adds to the file.
+TEST_F(DateiTest, DevicesInPlaceAndAppending) {
     fs::create_symlink("/dev/null", pfad("nichts"));
     SichereAusgabe geraet(String(pfad("nichts").c_str()));
     ASSERT_TRUE(geraet.offen());
     geraet.strom() << "weg";
     EXPECT_EQ(geraet.beende(), 0);
     EXPECT_TRUE(fs::is_symlink(pfad("nichts")));
-
     schreibe("log.txt", "a\n");
     SichereAusgabe anhang(String(pfad("log.txt").c_str()), SichereAusgabe::Art::anhaengen);
     std::fputs("b\n", anhang.cStrom());
@@ -175,29 +154,4 @@ TEST_F(DateiTest, DevicesInPlaceAppendingAndFailures) {
     std::ifstream gelesen(pfad("log.txt"));
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(gelesen), std::istreambuf_iterator<char>()),
               "a\nb\n");
-
-    SichereAusgabe voll(String("/dev/full"));
-    voll.strom() << "x";
-    EXPECT_EQ(voll.beende(), ENOSPC);
-    SichereAusgabe ohneVerzeichnis(String(pfad("nichtda/x").c_str()));
-    EXPECT_FALSE(ohneVerzeichnis.offen());
-    EXPECT_EQ(ohneVerzeichnis.beende(), ENOENT);
-}
-
-// System files are looked for beside the program; installed, the program
-// sits in bin/ and its data in share/kiv/, and a file beside it still comes
-// first. A name with a path is taken as it is.
-TEST_F(DateiTest, SystemFilesFallBackToTheSharedDataDirectory) {
-    const DateiName alt = programmDatei;
-    fs::create_directories(verzeichnis / "bin");
-    fs::create_directories(verzeichnis / "share" / "kiv");
-    schreibe("share/kiv/a.gram", "x");
-    schreibe("share/kiv/b.gram", "x");
-    schreibe("bin/b.gram", "x");
-    programmDatei = String(pfad("bin/kiv").c_str());
-    EXPECT_EQ(DateiName("a.gram").vervollstaendigt().liefereGanz(), pfad("bin/../share/kiv/a.gram"));
-    EXPECT_EQ(DateiName("b.gram").vervollstaendigt().liefereGanz(), pfad("bin/b.gram"));
-    EXPECT_EQ(DateiName("c.gram").vervollstaendigt().liefereGanz(), pfad("bin/c.gram"));
-    EXPECT_EQ(DateiName("sub/b.gram").vervollstaendigt().liefereGanz(), "sub/b.gram");
-    programmDatei = alt;
 }
