@@ -9,8 +9,6 @@
 #include <string>
 #include <vector>
 
-#include "support/Meldungsaufnahme.h"
-
 namespace {
 
 // The counter's default display writes to std::cout: caught here.
@@ -21,7 +19,6 @@ protected:
         std::cout.rdbuf(alterPuffer_);
         EXPECT_EQ(BearbeitungsFortschritt::aktiveFortschritte, 0);
     }
-    Meldungsaufnahme auf;
     std::ostringstream cout;
     std::streambuf* alterPuffer_ = nullptr;
 };
