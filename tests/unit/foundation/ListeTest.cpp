@@ -61,7 +61,6 @@ TEST(Liste, MessagesAndSearchModes) {
         {[&] { return kette.anfuegeElement(&doppelt, 0); }, ""},
         {[&] { return kette.sucheElementF("y", 0, 2); }, "LIST-NOSUCHELE|y in L|W"},
         {[&] { return baum.sucheElementF("N", 0, 2); }, "LIST-NOSUCHELE|N in S|W"},
-        {[&] { return baum.sucheElementF("N", 0, 1); }, "LIST-NOSUCHELE|N in S|W"},
         {[&] { return kette.sucheElementF("n", 4, 2); }, "LIST-NOSUCHELEBEA|n nicht in Auswahl enthalten|W"},
         {[&] { return baum.sucheElementF("n", 2, 2); }, "LIST-NOSUCHELEBEA|n nicht in Auswahl enthalten|W"},
         {[&] { return kette.entferne("weg"); }, "LIST-NOSUCHELE|weg in L|W"},
