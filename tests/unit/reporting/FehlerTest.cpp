@@ -1,5 +1,5 @@
-// The message door: shapes of lines and boxes, pending status and the
-// per-label limits and statuses.
+// The message door: box shapes the end-to-end cases do not reach, unknown
+// levels, pending status and the per-label limits and statuses.
 #include <gtest/gtest.h>
 
 #include <string>
