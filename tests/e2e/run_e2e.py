@@ -25,7 +25,9 @@ the message statistics behind it, with the counts of the boxed messages the
 case expects. A body that itself begins with the banner or the start line,
 or contains the statistics, states its own. "(whole)" on a stdout or stderr
 header turns the implied parts off. kiv.log must equal stderr unless the
-case has a kiv.log section of its own.
+case has a kiv.log section of its own. In stderr and kiv.log bodies and
+fragments, the line " " that follows every command echo ("%KIV-S-CMD 7: ...")
+is implied too: write the echo line alone.
 
 Section bodies are the lines up to the next section; every line ends with a
 newline. Add "(noeol)" to a section header to drop the final newline, and
@@ -39,6 +41,7 @@ product fault. The last line reads "N passed, N failed".
 import argparse
 import difflib
 import os
+import re
 import shlex
 import subprocess
 import sys
@@ -93,6 +96,8 @@ def parse_case(path):
             body = b"".join(l + b"\n" for l in lines)
             if "(noeol)" in flags and body.endswith(b"\n"):
                 body = body[:-1]
+        if name.split(" ")[0] in ("stderr", "kiv.log"):
+            body = ECHO.sub(b"\\1 \n", body)
         if name in ("stdout", "stderr") and "(whole)" not in flags:
             body = framed(name, body)
         out.append((name, body))
@@ -103,6 +108,7 @@ VERSION = b"V1.11-2"
 BANNER = b"\nKIV++ Version " + VERSION + b"\n----------------------------------- \n\n"
 START = b"VOR-S-KIV-STARTED " + VERSION + b" \n"
 LEVELS = b"FEWI"
+ECHO = re.compile(rb"(?m)(^%KIV-S-CMD \d+: .*\n)")
 
 
 def statistics(body):
