@@ -18,6 +18,7 @@ A case file (tests/e2e/cases/**/*.case) looks like this:
     --- kiv.log contains
     --- file:out.hex contains
     --- expect-absent out.hex         (a file the run must not leave)
+    --- run status=1 -x proc.kiv      (one more run, see below)
 
 What every run prints is implied, so that a case states only what it is
 about: the banner in front of stdout, the start line in front of stderr and
@@ -28,6 +29,11 @@ header turns the implied parts off. kiv.log must equal stderr unless the
 case has a kiv.log section of its own. In stderr and kiv.log bodies and
 fragments, the line " " that follows every command echo ("%KIV-S-CMD 7: ...")
 is implied too: write the echo line alone.
+
+A case may run the program more than once: a "run" section, whose header
+holds the arguments (and "status=N" when the status differs), starts a new
+run in a fresh directory. It keeps every section of the run before (inputs
+and expectations alike) except those it states again by name.
 
 Section bodies are the lines up to the next section; every line ends with a
 newline. Add "(noeol)" to a section header to drop the final newline, and
@@ -144,10 +150,40 @@ def diff(label, want, got):
     return text.replace("\t", "\\t")
 
 
+def runs(head, sections):
+    """The runs of a case: each "run" section starts one more, which keeps
+    every section of the run before except those it states again."""
+    run = [shlex.split(head.get("args", "")), int(head.get("status", "0")), []]
+    out = [run]
+    for name, body in sections:
+        if name == "run" or name.startswith("run "):
+            words = shlex.split(name[4:])
+            status = run[1]
+            if words and words[0].startswith("status="):
+                status = int(words.pop(0)[7:])
+            run = [words, status, []]
+            out.append(run)
+        else:
+            run[2].append((name, body))
+    for before, run in zip(out, out[1:]):
+        names = {n for n, _ in run[2]}
+        run[2] = [(n, b) for n, b in before[2] if n not in names] + run[2]
+    return out
+
+
 def run_case(kiv, path):
     head, sections = parse_case(path)
-    args = shlex.split(head.get("args", ""))
-    want_status = int(head.get("status", "0"))
+    all_runs = runs(head, sections)
+    problems = []
+    for i, (args, want_status, own) in enumerate(all_runs):
+        found = run_once(kiv, args, want_status, own)
+        if found and len(all_runs) > 1:
+            found.insert(0, "run %d (%s):" % (i + 1, shlex.join(args)))
+        problems += found
+    return problems
+
+
+def run_once(kiv, args, want_status, sections):
     stdin = b""
     problems = []
     with tempfile.TemporaryDirectory(prefix="kive2e-") as work:
