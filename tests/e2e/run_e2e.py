@@ -70,15 +70,9 @@ def parse_case(path):
         if line.startswith(b"--- "):
             header = line[4:].decode("latin-1").strip()
             flags = set()
-            for flag in ("(noeol)", "(hex)", "(whole)"):
-                if header.endswith(flag):
-                    flags.add(flag)
-                    header = header[: -len(flag)].strip()
-                    if header.endswith(("(noeol)", "(hex)", "(whole)")):
-                        for f2 in ("(noeol)", "(hex)", "(whole)"):
-                            if header.endswith(f2):
-                                flags.add(f2)
-                                header = header[: -len(f2)].strip()
+            while header.endswith(("(noeol)", "(hex)", "(whole)")):
+                flags.add(header[header.rindex("("):])
+                header = header[: header.rindex("(")].strip()
             cur = [header, flags, []]
             sections.append(cur)
             continue
