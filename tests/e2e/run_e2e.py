@@ -18,6 +18,7 @@ A case file (tests/e2e/cases/**/*.case) looks like this:
     --- kiv.log contains
     --- file:out.hex contains
     --- expect-absent out.hex         (a file the run must not leave)
+    --- run status=1 -x proc.kiv      (one more run, see below)
 
 What every run prints is implied, so that a case states only what it is
 about: the banner in front of stdout, the start line in front of stderr and
@@ -25,7 +26,14 @@ the message statistics behind it, with the counts of the boxed messages the
 case expects. A body that itself begins with the banner or the start line,
 or contains the statistics, states its own. "(whole)" on a stdout or stderr
 header turns the implied parts off. kiv.log must equal stderr unless the
-case has a kiv.log section of its own.
+case has a kiv.log section of its own. In stderr and kiv.log bodies and
+fragments, the line " " that follows every command echo ("%KIV-S-CMD 7: ...")
+is implied too: write the echo line alone.
+
+A case may run the program more than once: a "run" section, whose header
+holds the arguments (and "status=N" when the status differs), starts a new
+run in a fresh directory. It keeps every section of the run before (inputs
+and expectations alike) except those it states again by name.
 
 Section bodies are the lines up to the next section; every line ends with a
 newline. Add "(noeol)" to a section header to drop the final newline, and
@@ -39,6 +47,7 @@ product fault. The last line reads "N passed, N failed".
 import argparse
 import difflib
 import os
+import re
 import shlex
 import subprocess
 import sys
@@ -61,15 +70,9 @@ def parse_case(path):
         if line.startswith(b"--- "):
             header = line[4:].decode("latin-1").strip()
             flags = set()
-            for flag in ("(noeol)", "(hex)", "(whole)"):
-                if header.endswith(flag):
-                    flags.add(flag)
-                    header = header[: -len(flag)].strip()
-                    if header.endswith(("(noeol)", "(hex)", "(whole)")):
-                        for f2 in ("(noeol)", "(hex)", "(whole)"):
-                            if header.endswith(f2):
-                                flags.add(f2)
-                                header = header[: -len(f2)].strip()
+            while header.endswith(("(noeol)", "(hex)", "(whole)")):
+                flags.add(header[header.rindex("("):])
+                header = header[: header.rindex("(")].strip()
             cur = [header, flags, []]
             sections.append(cur)
             continue
@@ -93,6 +96,8 @@ def parse_case(path):
             body = b"".join(l + b"\n" for l in lines)
             if "(noeol)" in flags and body.endswith(b"\n"):
                 body = body[:-1]
+        if name.split(" ")[0] in ("stderr", "kiv.log"):
+            body = ECHO.sub(b"\\1 \n", body)
         if name in ("stdout", "stderr") and "(whole)" not in flags:
             body = framed(name, body)
         out.append((name, body))
@@ -103,6 +108,7 @@ VERSION = b"V1.11-2"
 BANNER = b"\nKIV++ Version " + VERSION + b"\n----------------------------------- \n\n"
 START = b"VOR-S-KIV-STARTED " + VERSION + b" \n"
 LEVELS = b"FEWI"
+ECHO = re.compile(rb"(?m)(^%KIV-S-CMD \d+: .*\n)")
 
 
 def statistics(body):
@@ -138,10 +144,40 @@ def diff(label, want, got):
     return text.replace("\t", "\\t")
 
 
+def runs(head, sections):
+    """The runs of a case: each "run" section starts one more, which keeps
+    every section of the run before except those it states again."""
+    run = [shlex.split(head.get("args", "")), int(head.get("status", "0")), []]
+    out = [run]
+    for name, body in sections:
+        if name == "run" or name.startswith("run "):
+            words = shlex.split(name[4:])
+            status = run[1]
+            if words and words[0].startswith("status="):
+                status = int(words.pop(0)[7:])
+            run = [words, status, []]
+            out.append(run)
+        else:
+            run[2].append((name, body))
+    for before, run in zip(out, out[1:]):
+        names = {n for n, _ in run[2]}
+        run[2] = [(n, b) for n, b in before[2] if n not in names] + run[2]
+    return out
+
+
 def run_case(kiv, path):
     head, sections = parse_case(path)
-    args = shlex.split(head.get("args", ""))
-    want_status = int(head.get("status", "0"))
+    all_runs = runs(head, sections)
+    problems = []
+    for i, (args, want_status, own) in enumerate(all_runs):
+        found = run_once(kiv, args, want_status, own)
+        if found and len(all_runs) > 1:
+            found.insert(0, "run %d (%s):" % (i + 1, shlex.join(args)))
+        problems += found
+    return problems
+
+
+def run_once(kiv, args, want_status, sections):
     stdin = b""
     problems = []
     with tempfile.TemporaryDirectory(prefix="kive2e-") as work:
