@@ -1,70 +1,27 @@
-// The checks of an image: the address check, the occupancy listing with its
-// runs outside the image, and the comparison on the console and into files.
+// The comparison against the image's own byte-wise display, and the byte
+// display: the image variables of the format language and the bytes of a
+// fixed image.
 #include <random>
 
 #include "KivObjektTestUmgebung.h"
+#include "reporting/FmtAnweisung.h"
 #include "support/EpromDifferenzen.h"
 
 namespace {
 
 class KivEpromPruefenTest : public KivUmgebung {
 protected:
-    KivEprom& neu(const std::string& datei = "/") {
-        zurWurzel();
-        EXPECT_EQ(fuehre("neu(" + datei + ")"), 1);
-        faenger.leere();
-        return *aktuell();
-    }
-    static void setze(KivEprom& kiv, adrInteger adr, std::initializer_list<int> werte) {
-        for (int w : werte) kiv.eprom->setzeByte(adr++, static_cast<std::uint8_t>(w));
-    }
-    std::string zeile(const std::string& text, int erwartet) {
-        ausgabe.str("");
-        EXPECT_EQ(fuehre(text), erwartet) << text;
-        return ausgabe.str();
+    // The statement run on the image as during a display of anf..end.
+    static std::string lauf(KivEprom& kiv, const char* statement, adrInteger anf, adrInteger end,
+                            int hex = 1) {
+        kiv.anzeigeAnfAdr = anf;
+        kiv.anzeigeEndAdr = end;
+        kiv.anzeigeHex = hex;
+        std::ostringstream strom;
+        FmtAnweisung(statement).ausgabe(strom, kiv);
+        return strom.str();
     }
 };
-
-TEST_F(KivEpromPruefenTest, OnlyAddressesBeyond32BitsFailTheCheck) {
-    EXPECT_EQ(KivEprom::pruefeAdresse(std::uint64_t(0xFFFFFFFF), "f "), 1);
-    EXPECT_EQ(KivEprom::pruefeAdresse(nullptr, "f "), 1);
-    EXPECT_EQ(labels(), "");
-    EXPECT_EQ(KivEprom::pruefeAdresse(std::uint64_t(0x100000000), "KivEprom::kdoAnzeige "), 0);
-    ASSERT_EQ(labels(), "INVALID-ADDRESS");
-    EXPECT_EQ(faenger.letzte().detail, "Adresse zu gross: 100000000");
-    EXPECT_EQ(faenger.letzte().funktion, "KivEprom::kdoAnzeige ");
-    EXPECT_EQ(faenger.letzte().level, 'E');
-}
-
-TEST_F(KivEpromPruefenTest, OccupancyCountsTheRangeOutsideTheImageAsUnwritten) {
-    KivEprom& kiv = neu();
-    setze(kiv, 0x1000, {1, 2, 3, 4});
-    setze(kiv, 0x1002, {5});
-    ausgabe << std::uppercase;  // the listing keeps the stream's letter case
-    const adrInteger von = 0xFFE, bis = 0x100B;
-    EXPECT_EQ(kiv.pruefeBelegt(&von, &bis), 10u);
-    EXPECT_EQ(ausgabe.str(),
-              "[00FFE .. 00FFF] -> 0\n[01000 .. 01001] -> 1\n[01002 .. 01002] -> 2\n"
-              "[01003 .. 01003] -> 1\n[01004 .. 0100B] -> 0\n");
-    EXPECT_EQ(labels(), "CHECK-BYTES,NOT-OCCUPIED-BYTES");
-    EXPECT_EQ(faenger.letzte().detail, "10");  // decimal
-
-    faenger.leere();
-    EXPECT_EQ(fuehre("pruefeMehrfachbelegung(1000, 1003)"), 1);
-    EXPECT_EQ(labels(), "CHECK-BYTES");
-}
-
-TEST_F(KivEpromPruefenTest, ComparisonNeedsAnImageAsTarget) {
-    neu();
-    EXPECT_EQ(zeile("vergleiche(/, /, /, Nix)", 0), "");
-    ASSERT_EQ(labels(), "EPROM-NOT-EXIST");
-    EXPECT_EQ(faenger.letzte().detail, "Nix");
-    EXPECT_EQ(faenger.letzte().funktion, "KivEprom::kdoVergleiche");
-    // The root is found by that name, but it is no image.
-    faenger.leere();
-    EXPECT_EQ(fuehre("vergleiche(/, /, /, Kiv)"), 0);
-    EXPECT_EQ(labels(), "EPROM-NOT-EXIST");
-}
 
 TEST_F(KivEpromPruefenTest, ComparisonShowsWhatTheImagesOwnDisplayShows) {
     // The command reads in blocks; the image's display reads byte by byte.
@@ -87,21 +44,39 @@ TEST_F(KivEpromPruefenTest, ComparisonShowsWhatTheImagesOwnDisplayShows) {
         std::ostringstream erwartet;
         const std::uint32_t anzahl =
             anzeigeDifferenzen(erwartet, a.name_, b.name_, *a.eprom, *b.eprom, von, ziel, bis);
-        char zeile[80];
-        std::snprintf(zeile, sizeof zeile, "vergleiche(%X, %X, %X, %s)", von, bis, ziel, b.name_.c_str());
-        faenger.leere();
-        ausgabe.str("");
-        EXPECT_EQ(fuehre(zeile), anzahl == 0 ? 1 : 0);
-        ASSERT_EQ(ausgabe.str(), erwartet.str()) << zeile;
-        EXPECT_EQ(faenger.letzte().detail, std::to_string(anzahl));
+        char text[80];
+        std::snprintf(text, sizeof text, "vergleiche(%X, %X, %X, %s)", von, bis, ziel, b.name_.c_str());
+        aufnahme.leere();
+        ASSERT_EQ(zeile(text, anzahl == 0 ? 1 : 0), erwartet.str()) << text;
+        EXPECT_EQ(aufnahme.letzte().detail, std::to_string(anzahl));
     }
 }
 
-TEST_F(KivEpromPruefenTest, AComparisonFileThatCannotBeMadeIsReported) {
-    neu();
-    EXPECT_EQ(fuehre("vergleiche(/, /, /, /, " + pfad("fehlt/diff.txt") + ")"), 0);
-    EXPECT_EQ(labels(), "FILE-NOT-OPENED");
-    EXPECT_EQ(faenger.letzte().detail, pfad("fehlt/diff.txt"));
+TEST_F(KivEpromPruefenTest, InAFixedImageGapsAreBlankAndUnwrittenBytesDashed) {
+    KivEprom& fest = neu();
+    fuehre("definiereBereich(1000, 1001)");
+    fuehre("definiereBereich(1004, 1005)");
+    setze(fest, 0x1000, {0x41, 0x42});
+    setze(fest, 0x1004, {0xE4});
+    EXPECT_EQ(lauf(fest, "<Bytes\\\"<>|\">", 0xFFF, 0x1006), "  |41|42|  |  |E4|--|  ");
+    EXPECT_EQ(lauf(fest, "<Bytes>", 0x1001, 0x1000), "");  // no values the other way round
+}
+
+TEST_F(KivEpromPruefenTest, TheImageDeliversRangeCountsAndFileName) {
+    KivEprom& kiv = neu("bild.hex");
+    setze(kiv, 0x100, {1, 2});
+    setze(kiv, 0x10F, {3});
+    EXPECT_EQ(lauf(kiv, "<AnfAdr>-<EndAdr> <AnzBytes> <AnzBytesGefuellt> <AnzBytesLeer> <Dateiname>", 0xAB,
+                   0x1FFFF),
+              "000000AB-0001FFFF 16 3 13 bild.hex");
+    EXPECT_EQ(lauf(kiv, "<(Bytes\\?>ja<:>nein<)>", 0x100, 0x101), "ja");
+    EXPECT_EQ(labels(), "");
+    // The display fields are set only while a file is written.
+    EXPECT_EQ(fuehre("anzeige(100, 101, ascii, " + pfad("a.txt") + ", neueDatei, \"<AnfAdr> <Bytes>\")"), 1);
+    EXPECT_EQ(liesDatei("a.txt"), "00000100 ..");
+    EXPECT_EQ(kiv.anzeigeAnfAdr, 0u);
+    EXPECT_EQ(kiv.anzeigeHex, 1);
+    EXPECT_EQ(ausgabe.str(), "");
 }
 
 }  // namespace
