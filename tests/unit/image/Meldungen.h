@@ -6,7 +6,6 @@
 
 #include <cstdio>
 #include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -32,12 +31,6 @@ protected:
         std::string n = datei(name);
         std::ofstream(n, std::ios::binary) << inhalt;
         return n;
-    }
-    static std::string liesDatei(const std::string& n) {
-        std::ifstream f(n, std::ios::binary);
-        std::ostringstream o;
-        o << f.rdbuf();
-        return o.str();
     }
     // The byte at `a`, or -1 where the image refuses the read.
     static int byteAn(Eprom& e, adrInteger a) {
