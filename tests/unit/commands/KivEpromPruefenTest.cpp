@@ -1,6 +1,5 @@
-// The comparison against the image's own byte-wise display, and the byte
-// display: the image variables of the format language and the bytes of a
-// fixed image.
+// The comparison against the image's own byte-wise display, and the image
+// variables of the format language.
 #include <random>
 
 #include "KivObjektTestUmgebung.h"
@@ -50,16 +49,6 @@ TEST_F(KivEpromPruefenTest, ComparisonShowsWhatTheImagesOwnDisplayShows) {
         ASSERT_EQ(zeile(text, anzahl == 0 ? 1 : 0), erwartet.str()) << text;
         EXPECT_EQ(aufnahme.letzte().detail, std::to_string(anzahl));
     }
-}
-
-TEST_F(KivEpromPruefenTest, InAFixedImageGapsAreBlankAndUnwrittenBytesDashed) {
-    KivEprom& fest = neu();
-    fuehre("definiereBereich(1000, 1001)");
-    fuehre("definiereBereich(1004, 1005)");
-    setze(fest, 0x1000, {0x41, 0x42});
-    setze(fest, 0x1004, {0xE4});
-    EXPECT_EQ(lauf(fest, "<Bytes\\\"<>|\">", 0xFFF, 0x1006), "  |41|42|  |  |E4|--|  ");
-    EXPECT_EQ(lauf(fest, "<Bytes>", 0x1001, 0x1000), "");  // no values the other way round
 }
 
 TEST_F(KivEpromPruefenTest, TheImageDeliversRangeCountsAndFileName) {

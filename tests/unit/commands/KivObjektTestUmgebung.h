@@ -24,13 +24,8 @@
 class KivUmgebung : public ::testing::Test {
 protected:
     void SetUp() override {
-        verzeichnis_ = std::filesystem::temp_directory_path() /
-                       ("kiv_cmds_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
-                        "_" + ::testing::UnitTest::GetInstance()->current_test_info()->name());
         std::filesystem::remove_all(verzeichnis_);
         std::filesystem::create_directories(verzeichnis_);
-        alterStrom_ = kdoAnzeigeStream;
-        programm_ = std::make_unique<KivProgramm>("kiv");
         kdoAnzeigeStream = &ausgabe;
         aufnahme.leere();
     }
@@ -52,11 +47,11 @@ protected:
         EXPECT_EQ(fuehre(text), erwartet) << text;
         return ausgabe.str();
     }
+    KivEprom* aktuell() { return dynamic_cast<KivEprom*>(kdoBaum()->liefereAktuelles()); }
     // Makes the root current again, as "-" does at the prompt.
     void zurWurzel() {
         while (kdoBaum()->liefereAktuelles() != kivWurzel && kdoBaum()->vater()) {}
     }
-    KivEprom* aktuell() { return dynamic_cast<KivEprom*>(kdoBaum()->liefereAktuelles()); }
     // A new image, current, with no message caught yet.
     KivEprom& neu(const std::string& datei = "/") {
         zurWurzel();
@@ -76,23 +71,21 @@ protected:
         std::ifstream f(pfad(name), std::ios::binary);
         return std::string(std::istreambuf_iterator<char>(f), {});
     }
-
     // Every label caught, the file messages included.
     std::string labels() const {
         std::string t;
         for (const Meldung& m : aufnahme.meldungen()) t += (t.empty() ? "" : ",") + m.label;
         return t;
     }
-
     // The bytes at anf..end as hex pairs, "--" for a byte not written.
     static std::string bytes(KivEprom& kiv, adrInteger anf, adrInteger end) {
         std::string t;
         for (std::uint64_t a = anf; a <= end; ++a) {
             std::uint8_t b = 0;
-            const bool da = kiv.eprom->liefereAnzSchr(static_cast<adrInteger>(a)) != 0;
-            if (da) kiv.eprom->liefereByte(static_cast<adrInteger>(a), b, 0);
             char teil[4] = "--";
-            if (da) std::snprintf(teil, sizeof teil, "%02X", b);
+            if (kiv.eprom->liefereAnzSchr(static_cast<adrInteger>(a)) != 0 &&
+                kiv.eprom->liefereByte(static_cast<adrInteger>(a), b, 0))
+                std::snprintf(teil, sizeof teil, "%02X", b);
             t += (t.empty() ? "" : " ") + std::string(teil);
         }
         return t;
@@ -102,7 +95,10 @@ protected:
     std::ostringstream ausgabe;
 
 private:
-    std::filesystem::path verzeichnis_;
-    std::ostream* alterStrom_ = nullptr;
-    std::unique_ptr<KivProgramm> programm_;
+    std::filesystem::path verzeichnis_ =
+        std::filesystem::temp_directory_path() /
+        ("kiv_cmds_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) + "_" +
+         ::testing::UnitTest::GetInstance()->current_test_info()->name());
+    std::ostream* alterStrom_ = kdoAnzeigeStream;
+    std::unique_ptr<KivProgramm> programm_ = std::make_unique<KivProgramm>("kiv");
 };

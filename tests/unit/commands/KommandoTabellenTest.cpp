@@ -16,7 +16,6 @@ TEST(KommandoTabellen, EveryDeclaredPositionHasTheTypeItsSignatureBuilds) {
         for (const KdoEintrag& e : tabelle) {
             Meldungsaufnahme aufnahme;
             KdoKommando k(e.name, e.signatur, e.handler);
-            EXPECT_EQ(k.pruefeOk(), 1) << e.name;
             EXPECT_EQ(aufnahme.anzahl(), 0u) << e.name;
             // Every argument is named, each once, in order.
             ASSERT_EQ(e.positionen.size(), k.liefereAnzahlArgumente()) << e.name;
