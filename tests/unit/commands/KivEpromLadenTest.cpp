@@ -1,6 +1,7 @@
-// Load, save and edit commands of an image where a user's file or the image
-// is at stake: a refused write leaves the old file, a fill on load widens a
-// free image, and a failed load keeps the image as it was.
+// Opening, loading, saving and editing where a user's file or an image is at
+// stake: a refused write leaves the old file, a fill on load widens a free
+// image, a failed load keeps the image as it was, a failed open drops it, and
+// the changed check at the end names what was not saved.
 #include "KivObjektTestUmgebung.h"
 
 namespace {
@@ -34,9 +35,6 @@ TEST_F(KivEpromLadenTest, RefusedWritesLeaveTheOldFile) {
         EXPECT_TRUE(aufnahme.mit("EPR-BYTES-FILLED-WITH").empty()) << zeile;
         EXPECT_EQ(liesDatei("alt.hex"), "alt") << zeile;
     }
-    // Binary files have no lines.
-    EXPECT_EQ(fuehre("schreibe(Binaer, " + pfad("b.bin") + ", /, /, /, /, NO, NO, 0)"), 1);
-    EXPECT_EQ(liesDatei("b.bin"), std::string("\x01\x02\x03\x04"));
 }
 
 TEST_F(KivEpromLadenTest, LoadingWithAFillByteWidensAFreeImage) {
@@ -53,28 +51,14 @@ TEST_F(KivEpromLadenTest, LoadingWithAFillByteWidensAFreeImage) {
 
     // An empty file gives nothing to fill without both bounds.
     schreibeDatei("leer.hex", ":00000001FF\n");
-    for (const char* grenzen : {"/, /", "0, /", "/, 10"}) {
+    const std::pair<const char*, const char*> faelle[] = {
+        {"/, /", "-- -- -- --"}, {"0, /", "-- -- -- --"}, {"/, 10", "-- -- -- --"}, {"8, 9", "-- 05 05 --"}};
+    for (const auto& [grenzen, erwartet] : faelle) {
         KivEprom& leer = neu();
-        EXPECT_EQ(fuehre("lies(Intel, " + pfad("leer.hex") + ", " + grenzen + ", /, FF, NO)"), 1);
-        EXPECT_TRUE(aufnahme.mit("EPR-BYTES-FILLED-WITH").empty()) << grenzen;
-        EXPECT_GT(leer.eprom->liefereAnfAdr(), leer.eprom->liefereEndAdr()) << grenzen;
+        EXPECT_EQ(fuehre("lies(Intel, " + pfad("leer.hex") + ", " + grenzen + ", /, 5, NO)"), 1);
+        EXPECT_EQ(bytes(leer, 7, 0xA), erwartet) << grenzen;
+        EXPECT_EQ(aufnahme.mit("EPR-BYTES-FILLED-WITH").size(), erwartet[3] == '0' ? 1u : 0u) << grenzen;
     }
-    KivEprom& beide = neu();
-    EXPECT_EQ(fuehre("lies(Intel, " + pfad("leer.hex") + ", 8, 9, /, 5, NO)"), 1);
-    EXPECT_EQ(bytes(beide, 7, 0xA), "-- 05 05 --");
-}
-
-TEST_F(KivEpromLadenTest, AFailedLoadKeepsFileAndFlag) {
-    KivEprom& kiv = lade(":0410000001020304E2\n:00000001FF\n");
-    EXPECT_EQ(fuehre("lies(Intel, " + pfad("fehlt.hex") + ")"), 0);
-    EXPECT_EQ(fuehre("lies(Binaer, " + pfad("") + ")"), 0);  // a directory
-    EXPECT_EQ(labels(), "FILE-NOT-EXIST,FILE-NOT-EXIST");
-    EXPECT_EQ(kiv.geaendert, 0);
-    EXPECT_EQ(kiv.aktDatei->liefereGanz(), pfad("k.hex"));
-    // Loading the same bytes again still changes the image.
-    EXPECT_EQ(fuehre("lies()"), 1);
-    EXPECT_EQ(kiv.geaendert, 1);
-    EXPECT_EQ(kiv.eprom->liefereAnzSchr(0x1000), 2);
 }
 
 TEST_F(KivEpromLadenTest, SetzeFuelleAndKopiereInAFixedImage) {
@@ -95,6 +79,63 @@ TEST_F(KivEpromLadenTest, SetzeFuelleAndKopiereInAFixedImage) {
     aufnahme.leere();
     EXPECT_EQ(fuehre("kopiere(0, 7, FFFFFFFC)"), 0);
     EXPECT_EQ(labels(), "INVALID-ADDRESS");
+}
+
+TEST_F(KivEpromLadenTest, OpenTakesTheLoadArgumentsAndDropsAFailedImage) {
+    schreibeDatei("k.hex", ":0410000001020304E2\n:00000001FF\n");
+    // Swapped after loading, then the gaps up to the given bounds filled;
+    // the image still counts as unchanged.
+    ASSERT_EQ(fuehre("oeffne(Intel, " + pfad("k.hex") + ", FFC, 1005, /, EE, NO, YES)"), 1);
+    KivEprom* kiv = aktuell();
+    ASSERT_NE(kiv, nullptr);
+    EXPECT_EQ(kiv->liefereName(), "k_hex");
+    EXPECT_EQ(kiv->aktDateiTyp, KivEprom::typIntel);
+    EXPECT_EQ(bytes(*kiv, 0xFFC, 0x1005), "EE EE EE EE 02 01 04 03 EE EE");
+    EXPECT_EQ(kiv->geaendert, 0);
+    // A failed load keeps file and flag; loading the same bytes again
+    // still changes the image.
+    aufnahme.leere();
+    EXPECT_EQ(fuehre("lies(Intel, " + pfad("fehlt.hex") + ")"), 0);
+    EXPECT_EQ(fuehre("lies(Binaer, " + pfad("") + ")"), 0);  // a directory
+    EXPECT_EQ(labels(), "FILE-NOT-EXIST,FILE-NOT-EXIST");
+    EXPECT_EQ(kiv->geaendert, 0);
+    EXPECT_EQ(kiv->aktDatei->liefereGanz(), pfad("k.hex"));
+    EXPECT_EQ(fuehre("lies()"), 1);
+    EXPECT_EQ(kiv->geaendert, 1);
+    EXPECT_EQ(kiv->eprom->liefereAnzSchr(0x1000), 2);
+
+    // A missing file, or none given, leaves no image behind, and the root
+    // is current again.
+    for (const std::string& zeile : {"oeffne(Intel, " + pfad("fehlt.hex") + ")", std::string("oeffne()")}) {
+        zurWurzel();
+        EXPECT_EQ(fuehre(zeile), 0) << zeile;
+        EXPECT_EQ(kdoBaum()->liefereAktuelles(), kivWurzel);
+        EXPECT_EQ(kivWurzel->epromListe->elementAnzahl(), 1);
+    }
+}
+
+TEST_F(KivEpromLadenTest, CloseRefusesWhatIsNoImageAndTheEndCheckNamesChangedImages) {
+    for (int i = 0; i < 3; ++i) neu();
+    fuehre("setze(5, /, 1)");  // Neu3
+    kivWurzel->sucheEprom("Neu1")->geaendert = 1;
+    zurWurzel();
+    // The root and the empty default name find objects, but no image.
+    for (const char* name : {"Kiv", ""}) {
+        aufnahme.leere();
+        EXPECT_EQ(fuehre(std::string("schliesse(") + name + ")"), 0) << name;
+        EXPECT_EQ(labels(), "EPROM-NOT-EXIST") << name;
+    }
+    aufnahme.leere();
+    EXPECT_EQ(kivWurzel->pruefeGeaendert(0), 1);
+    EXPECT_EQ(labels(), "");
+    EXPECT_EQ(kivWurzel->pruefeGeaendert(1), 1);
+    EXPECT_EQ(aufnahme.letzte().detail, "Neu1\nNeu3");
+
+    EXPECT_EQ(fuehre("schliesseAlle()"), 1);
+    EXPECT_EQ(kivWurzel->epromListe->elementAnzahl(), 2);
+    EXPECT_EQ(fuehre("schliesseAlle(YES)"), 1);
+    EXPECT_EQ(kivWurzel->epromListe->elementAnzahl(), 0);
+    EXPECT_EQ(kivWurzel->pruefeGeaendert(1), 0);
 }
 
 }  // namespace

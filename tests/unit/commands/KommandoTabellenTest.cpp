@@ -1,7 +1,6 @@
-// The command tables against their named positions, and the accessors each
-// argument type offers against what its class really serves. Together they
-// make a handler that reads an argument with the wrong accessor fail here
-// (or not compile) instead of at a user's prompt.
+// The command tables against their named positions, and the accessors of each
+// argument type against what its class serves: a handler reading an argument
+// with the wrong accessor fails here (or does not compile), not at a prompt.
 #include <gtest/gtest.h>
 
 #include "commands/KivEprom.h"
