@@ -61,7 +61,7 @@ TEST_F(KivEpromLadenTest, LoadingWithAFillByteWidensAFreeImage) {
     }
 }
 
-TEST_F(KivEpromLadenTest, SetzeFuelleAndKopiereInAFixedImage) {
+TEST_F(KivEpromLadenTest, SetzeAndKopiereInAFixedImage) {
     // setze writes the highest address first, then stops at the first
     // address outside the regions.
     KivEprom& kiv = neu();
@@ -70,11 +70,6 @@ TEST_F(KivEpromLadenTest, SetzeFuelleAndKopiereInAFixedImage) {
     EXPECT_EQ(fuehre("setze(2, 7, 55)"), 0);
     EXPECT_EQ(bytes(kiv, 0, 7), "-- -- 55 55 -- -- -- 55");
     EXPECT_EQ(labels(), "EPR-ADR-NOT-IN-EPROM");
-    // fuelle leaves the written bytes and fills the regions only.
-    aufnahme.leere();
-    EXPECT_EQ(fuehre("fuelle(7, 0, 1)"), 1);
-    EXPECT_EQ(bytes(kiv, 0, 7), "01 01 55 55 -- -- 01 55");
-    EXPECT_EQ(aufnahme.letzte().detail, "3 bytes -> 1");
     // A target range running past the last address is refused whole.
     aufnahme.leere();
     EXPECT_EQ(fuehre("kopiere(0, 7, FFFFFFFC)"), 0);
@@ -120,11 +115,9 @@ TEST_F(KivEpromLadenTest, CloseRefusesWhatIsNoImageAndTheEndCheckNamesChangedIma
     kivWurzel->sucheEprom("Neu1")->geaendert = 1;
     zurWurzel();
     // The root and the empty default name find objects, but no image.
-    for (const char* name : {"Kiv", ""}) {
-        aufnahme.leere();
-        EXPECT_EQ(fuehre(std::string("schliesse(") + name + ")"), 0) << name;
-        EXPECT_EQ(labels(), "EPROM-NOT-EXIST") << name;
-    }
+    aufnahme.leere();
+    for (const char* zeile : {"schliesse(Kiv)", "schliesse()"}) EXPECT_EQ(fuehre(zeile), 0) << zeile;
+    EXPECT_EQ(labels(), "EPROM-NOT-EXIST,EPROM-NOT-EXIST");
     aufnahme.leere();
     EXPECT_EQ(kivWurzel->pruefeGeaendert(0), 1);
     EXPECT_EQ(labels(), "");
