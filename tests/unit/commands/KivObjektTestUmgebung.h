@@ -18,6 +18,7 @@
 #include "image/Eprom.h"
 #include "language/KdoGlobal.h"
 #include "language/KdoKommando.h"
+#include "language/KdoListe.h"
 #include "language/KdoObjekt.h"
 #include "support/Meldungsaufnahme.h"
 
