@@ -1,72 +1,146 @@
-// The checks of an image: the address check, the occupancy listing with its
-// runs outside the image, and the comparison on the console and into files.
+// The pattern search: the walk against a plain byte-by-byte reference on
+// random images (comparisons run on into adjacent regions and through gaps
+// that read as 0, the kept skip behind a failed partial match), reads at
+// region and window ends, and the search texts. The comparison against the
+// image's own byte-wise display, and the image variables of the format
+// language.
 #include <random>
 
 #include "KivObjektTestUmgebung.h"
+#include "reporting/FmtAnweisung.h"
 #include "support/EpromDifferenzen.h"
 
 namespace {
 
-class KivEpromPruefenTest : public KivUmgebung {
+// The walk as the algorithm tells it, one liefereByte per byte compared.
+int referenzSuche(Eprom& eprom, const std::vector<std::uint8_t>& m, adrInteger von, adrInteger bis,
+                  adrInteger& treffer) {
+    std::uint64_t a = von;
+    adrInteger rv, rb;
+    while (a <= bis && eprom.liefereBereich(static_cast<adrInteger>(a), rv, rb)) {
+        a = rv;
+        const std::uint64_t g = std::min<std::uint64_t>(bis, rb);
+        while (a <= g) {
+            const std::uint64_t start = a;
+            std::size_t i = 0;
+            for (std::uint64_t b = start; i < m.size() && b <= bis; ++b, ++i) {
+                std::uint8_t byte;
+                eprom.liefereByte(static_cast<adrInteger>(b), byte, 0);
+                if (byte != m[i]) break;
+            }
+            if (i == m.size()) {
+                treffer = static_cast<adrInteger>(start);
+                return 1;
+            }
+            a = start + (i > 0 ? 2 : 1);
+        }
+    }
+    return 0;
+}
+
+class KivEpromSucheTest : public KivUmgebung {
 protected:
-    KivEprom& neu(const std::string& datei = "/") {
-        zurWurzel();
-        EXPECT_EQ(fuehre("neu(" + datei + ")"), 1);
-        faenger.leere();
-        return *aktuell();
-    }
-    static void setze(KivEprom& kiv, adrInteger adr, std::initializer_list<int> werte) {
-        for (int w : werte) kiv.eprom->setzeByte(adr++, static_cast<std::uint8_t>(w));
-    }
-    std::string zeile(const std::string& text, int erwartet) {
-        ausgabe.str("");
-        EXPECT_EQ(fuehre(text), erwartet) << text;
-        return ausgabe.str();
+    // The statement run on the image as during a display of anf..end.
+    static std::string lauf(KivEprom& kiv, const char* statement, adrInteger anf, adrInteger end,
+                            int hex = 1) {
+        kiv.anzeigeAnfAdr = anf;
+        kiv.anzeigeEndAdr = end;
+        kiv.anzeigeHex = hex;
+        std::ostringstream strom;
+        FmtAnweisung(statement).ausgabe(strom, kiv);
+        return strom.str();
     }
 };
 
-TEST_F(KivEpromPruefenTest, OnlyAddressesBeyond32BitsFailTheCheck) {
-    EXPECT_EQ(KivEprom::pruefeAdresse(std::uint64_t(0xFFFFFFFF), "f "), 1);
-    EXPECT_EQ(KivEprom::pruefeAdresse(nullptr, "f "), 1);
-    EXPECT_EQ(labels(), "");
-    EXPECT_EQ(KivEprom::pruefeAdresse(std::uint64_t(0x100000000), "KivEprom::kdoAnzeige "), 0);
-    ASSERT_EQ(labels(), "INVALID-ADDRESS");
-    EXPECT_EQ(faenger.letzte().detail, "Adresse zu gross: 100000000");
-    EXPECT_EQ(faenger.letzte().funktion, "KivEprom::kdoAnzeige ");
-    EXPECT_EQ(faenger.letzte().level, 'E');
+TEST_F(KivEpromSucheTest, TheWalkAgreesWithTheByteByByteReference) {
+    std::mt19937 zufall(7);
+    for (int runde = 0; runde < 300; ++runde) {
+        KivEprom& kiv = neu();
+        Eprom& eprom = *kiv.eprom;
+        // Few distinct values so that partial matches are frequent; some
+        // images fixed with gaps, adjacent regions and unwritten bytes.
+        const bool fest = runde % 2 == 1;
+        if (fest) {
+            eprom.definiereBereich(0x100, 0x11F);
+            eprom.definiereBereich(0x120, 0x12F);
+            eprom.definiereBereich(0x138, 0x150);
+        }
+        // Some free images are long and mostly 43, so that the walk passes
+        // over long stretches without a possible first byte.
+        const bool lang = runde % 4 == 2;
+        for (adrInteger a = 0x100; a <= (lang ? 0x4FFu : 0x150u); ++a)
+            if (zufall() % 5)
+                eprom.setzeByte(
+                    a, static_cast<std::uint8_t>(lang && zufall() % 40 ? 0x43 : 0x41 + zufall() % 2));
+        std::vector<std::uint8_t> muster(1 + zufall() % 5);
+        for (auto& b : muster) b = static_cast<std::uint8_t>(zufall() % 7 == 0 ? 0 : 0x41 + zufall() % 2);
+        const adrInteger von = 0xF0 + zufall() % 0x70;
+        const adrInteger bis = von + zufall() % (lang ? 0x400 : 0x70);
+
+        std::string text;
+        for (auto b : muster) text += {"0123456789ABCDEF"[b >> 4], "0123456789ABCDEF"[b & 15], ' '};
+        ASSERT_EQ(kiv.setzeSuchMuster(text, 1), 1);
+        adrInteger erwartet = 0;
+        const int gefunden = referenzSuche(eprom, muster, von, bis, erwartet);
+        ASSERT_EQ(kiv.sucheMuster(von, bis), gefunden) << runde;
+        EXPECT_EQ(kiv.suchAdresse, gefunden ? erwartet : 0) << runde;
+        zurWurzel();
+        fuehre("schliesse(" + kiv.name_.str() + ", YES)");
+    }
 }
 
-TEST_F(KivEpromPruefenTest, OccupancyCountsTheRangeOutsideTheImageAsUnwritten) {
+TEST_F(KivEpromSucheTest, ReadsAtRegionAndWindowEnds) {
+    // The first region ends two bytes before a block boundary of the
+    // reader, so the comparisons at its end read the next block; the next
+    // region begins before that block.
     KivEprom& kiv = neu();
-    setze(kiv, 0x1000, {1, 2, 3, 4});
-    setze(kiv, 0x1002, {5});
-    ausgabe << std::uppercase;  // the listing keeps the stream's letter case
-    const adrInteger von = 0xFFE, bis = 0x100B;
-    EXPECT_EQ(kiv.pruefeBelegt(&von, &bis), 10u);
-    EXPECT_EQ(ausgabe.str(),
-              "[00FFE .. 00FFF] -> 0\n[01000 .. 01001] -> 1\n[01002 .. 01002] -> 2\n"
-              "[01003 .. 01003] -> 1\n[01004 .. 0100B] -> 0\n");
-    EXPECT_EQ(labels(), "CHECK-BYTES,NOT-OCCUPIED-BYTES");
-    EXPECT_EQ(faenger.letzte().detail, "10");  // decimal
+    fuehre("definiereBereich(0, FFFD)");
+    fuehre("definiereBereich(FFFE, 1000F)");
+    setze(kiv, 0xFFF8, {1, 2, 3, 4, 5, 6, 7, 8});
+    setze(kiv, 0xFFFE, {0xA, 0xB, 0xC, 0xD});
+    setze(kiv, 0x10008, {1, 2, 3, 4, 5, 6, 7, 8});
+    kiv.setzeSuchMuster("5 6 A B C D 0 0", 1);
+    EXPECT_EQ(kiv.sucheMuster(0, 0x1000F), 1);
+    EXPECT_EQ(kiv.suchAdresse, 0xFFFCu);
+    kiv.setzeSuchMuster("A B C D 0 0 0 0 0 0", 1);
+    EXPECT_EQ(kiv.sucheMuster(0, 0x1000F), 1);
+    EXPECT_EQ(kiv.suchAdresse, 0xFFFEu);
 
-    faenger.leere();
-    EXPECT_EQ(fuehre("pruefeMehrfachbelegung(1000, 1003)"), 1);
-    EXPECT_EQ(labels(), "CHECK-BYTES");
+    // In a free image a read in an empty 16 MiB window creates a region
+    // there; the search must do that exactly when the plain walk would.
+    for (bool reicht : {false, true}) {
+        KivEprom& frei = neu();
+        setze(frei, 0xFFFFFE, {0x41, 0x41});
+        setze(frei, 0x2000000, {0x99});
+        ASSERT_EQ(frei.eprom->liefereSegment(0).anzahlBereiche(), 2);
+        frei.setzeSuchMuster(reicht ? "41 41 41" : "41 42 43", 1);
+        EXPECT_EQ(frei.sucheMuster(0xFFFFFE, 0x2000000), 0);
+        EXPECT_EQ(frei.eprom->liefereSegment(0).anzahlBereiche(), reicht ? 3 : 2);
+    }
 }
 
-TEST_F(KivEpromPruefenTest, ComparisonNeedsAnImageAsTarget) {
-    neu();
-    EXPECT_EQ(zeile("vergleiche(/, /, /, Nix)", 0), "");
-    ASSERT_EQ(labels(), "EPROM-NOT-EXIST");
-    EXPECT_EQ(faenger.letzte().detail, "Nix");
-    EXPECT_EQ(faenger.letzte().funktion, "KivEprom::kdoVergleiche");
-    // The root is found by that name, but it is no image.
-    faenger.leere();
-    EXPECT_EQ(fuehre("vergleiche(/, /, /, Kiv)"), 0);
-    EXPECT_EQ(labels(), "EPROM-NOT-EXIST");
+TEST_F(KivEpromSucheTest, SearchTextsAreReadAsHexNumbersOrCharacters) {
+    KivEprom& kiv = neu();
+    const std::tuple<const char*, int, const char*> faelle[] = {  // bytes null: refused
+        {"  a\t0F\n 7 ", 1, "0A 0F 07"}, {"0012", 1, "12"}, {"   ", 1, nullptr},
+        {"-1", 1, nullptr},             {" ", 0, nullptr},
+    };
+    for (const auto& [text, hex, erwartet] : faelle) {
+        ASSERT_EQ(kiv.setzeSuchMuster(text, hex), erwartet != nullptr) << text;
+        std::string gelesen;
+        char teil[4];
+        for (std::int32_t i = 0; i < kiv.suchLaenge; ++i) {
+            std::snprintf(teil, sizeof teil, i ? " %02X" : "%02X", (*kiv.suchMuster)[i]);
+            gelesen += teil;
+        }
+        EXPECT_EQ(gelesen, erwartet ? erwartet : "") << text;
+    }
+    // A refused text fails the command and ends the search.
+    EXPECT_EQ(zeile("suche()", 0), "");
+    EXPECT_EQ(zeile("sucheNaechstes()", 0), "");
 }
 
-TEST_F(KivEpromPruefenTest, ComparisonShowsWhatTheImagesOwnDisplayShows) {
+TEST_F(KivEpromSucheTest, ComparisonShowsWhatTheImagesOwnDisplayShows) {
     // The command reads in blocks; the image's display reads byte by byte.
     // Both must agree on random images, ranges, offsets and a target range
     // that wraps past 0xFFFFFFFF.
@@ -87,21 +161,23 @@ TEST_F(KivEpromPruefenTest, ComparisonShowsWhatTheImagesOwnDisplayShows) {
         std::ostringstream erwartet;
         const std::uint32_t anzahl =
             anzeigeDifferenzen(erwartet, a.name_, b.name_, *a.eprom, *b.eprom, von, ziel, bis);
-        char zeile[80];
-        std::snprintf(zeile, sizeof zeile, "vergleiche(%X, %X, %X, %s)", von, bis, ziel, b.name_.c_str());
-        faenger.leere();
-        ausgabe.str("");
-        EXPECT_EQ(fuehre(zeile), anzahl == 0 ? 1 : 0);
-        ASSERT_EQ(ausgabe.str(), erwartet.str()) << zeile;
-        EXPECT_EQ(faenger.letzte().detail, std::to_string(anzahl));
+        char text[80];
+        std::snprintf(text, sizeof text, "vergleiche(%X, %X, %X, %s)", von, bis, ziel, b.name_.c_str());
+        aufnahme.leere();
+        ASSERT_EQ(zeile(text, anzahl == 0 ? 1 : 0), erwartet.str()) << text;
+        EXPECT_EQ(aufnahme.letzte().detail, std::to_string(anzahl));
     }
 }
 
-TEST_F(KivEpromPruefenTest, AComparisonFileThatCannotBeMadeIsReported) {
-    neu();
-    EXPECT_EQ(fuehre("vergleiche(/, /, /, /, " + pfad("fehlt/diff.txt") + ")"), 0);
-    EXPECT_EQ(labels(), "FILE-NOT-OPENED");
-    EXPECT_EQ(faenger.letzte().detail, pfad("fehlt/diff.txt"));
+TEST_F(KivEpromSucheTest, TheImageDeliversRangeCountsAndFileName) {
+    KivEprom& kiv = neu("bild.hex");
+    setze(kiv, 0x100, {1, 2});
+    setze(kiv, 0x10F, {3});
+    EXPECT_EQ(lauf(kiv, "<AnfAdr>-<EndAdr> <AnzBytes> <AnzBytesGefuellt> <AnzBytesLeer> <Dateiname>", 0xAB,
+                   0x1FFFF),
+              "000000AB-0001FFFF 16 3 13 bild.hex");
+    EXPECT_EQ(lauf(kiv, "<(Bytes\\?>ja<:>nein<)>", 0x100, 0x101), "ja");
+    EXPECT_EQ(labels(), "");
 }
 
 }  // namespace

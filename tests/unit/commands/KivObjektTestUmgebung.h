@@ -1,5 +1,5 @@
 // Test helper: a root object in its own tree with both command lists, the
-// command output captured, messages collected, and a scratch directory for
+// command output captured, messages caught, and a scratch directory for
 // image files. Lines run on the current object as they would at the prompt.
 #pragma once
 
@@ -11,30 +11,24 @@
 #include <memory>
 #include <sstream>
 #include <string>
-#include <vector>
 
 #include "commands/KivEprom.h"
 #include "commands/KivObjekt.h"
-#include "foundation/MeldungsFaenger.h"
 #include "frame/Programm.h"
 #include "image/Eprom.h"
 #include "language/KdoGlobal.h"
 #include "language/KdoKommando.h"
 #include "language/KdoListe.h"
 #include "language/KdoObjekt.h"
+#include "support/Meldungsaufnahme.h"
 
 class KivUmgebung : public ::testing::Test {
 protected:
     void SetUp() override {
-        verzeichnis_ = std::filesystem::temp_directory_path() /
-                       ("kiv_cmds_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
-                        "_" + ::testing::UnitTest::GetInstance()->current_test_info()->name());
         std::filesystem::remove_all(verzeichnis_);
         std::filesystem::create_directories(verzeichnis_);
-        alterStrom_ = kdoAnzeigeStream;
-        programm_ = std::make_unique<KivProgramm>("kiv");
         kdoAnzeigeStream = &ausgabe;
-        faenger.leere();
+        aufnahme.leere();
     }
     void TearDown() override {
         programm_.reset();
@@ -48,11 +42,27 @@ protected:
         AnwKommando anw(zeile);
         return objekt ? objekt->fuehreAus(anw) : -1;
     }
+    // The console output of one command line.
+    std::string zeile(const std::string& text, int erwartet) {
+        ausgabe.str("");
+        EXPECT_EQ(fuehre(text), erwartet) << text;
+        return ausgabe.str();
+    }
+    KivEprom* aktuell() { return dynamic_cast<KivEprom*>(kdoBaum()->liefereAktuelles()); }
     // Makes the root current again, as "-" does at the prompt.
     void zurWurzel() {
         while (kdoBaum()->liefereAktuelles() != kivWurzel && kdoBaum()->vater()) {}
     }
-    KivEprom* aktuell() { return dynamic_cast<KivEprom*>(kdoBaum()->liefereAktuelles()); }
+    // A new image, current, with no message caught yet.
+    KivEprom& neu(const std::string& datei = "/") {
+        zurWurzel();
+        EXPECT_EQ(fuehre("neu(" + datei + ")"), 1);
+        aufnahme.leere();
+        return *aktuell();
+    }
+    static void setze(KivEprom& kiv, adrInteger adr, std::initializer_list<int> werte) {
+        for (int w : werte) kiv.eprom->setzeByte(adr++, static_cast<std::uint8_t>(w));
+    }
 
     std::string pfad(const std::string& name) const { return (verzeichnis_ / name).string(); }
     void schreibeDatei(const std::string& name, const std::string& inhalt) const {
@@ -62,42 +72,34 @@ protected:
         std::ifstream f(pfad(name), std::ios::binary);
         return std::string(std::istreambuf_iterator<char>(f), {});
     }
-    bool gibtDatei(const std::string& name) const { return std::filesystem::exists(pfad(name)); }
-
+    // Every label caught, the file messages included.
     std::string labels() const {
         std::string t;
-        for (const Meldung& m : faenger.meldungen()) t += (t.empty() ? "" : ",") + m.label;
+        for (const Meldung& m : aufnahme.meldungen()) t += (t.empty() ? "" : ",") + m.label;
         return t;
     }
-    const Meldung* meldung(const std::string& label) const {
-        for (const Meldung& m : faenger.meldungen())
-            if (m.label == label) return &m;
-        return nullptr;
-    }
-
     // The bytes at anf..end as hex pairs, "--" for a byte not written.
     static std::string bytes(KivEprom& kiv, adrInteger anf, adrInteger end) {
         std::string t;
-        static const char* ziffern = "0123456789ABCDEF";
         for (std::uint64_t a = anf; a <= end; ++a) {
-            if (!t.empty()) t += ' ';
             std::uint8_t b = 0;
-            if (kiv.eprom->liefereAnzSchr(static_cast<adrInteger>(a)) == 0) {
-                t += "--";
-                continue;
-            }
-            kiv.eprom->liefereByte(static_cast<adrInteger>(a), b, 0);
-            t += ziffern[b >> 4];
-            t += ziffern[b & 15];
+            char teil[4] = "--";
+            if (kiv.eprom->liefereAnzSchr(static_cast<adrInteger>(a)) != 0 &&
+                kiv.eprom->liefereByte(static_cast<adrInteger>(a), b, 0))
+                std::snprintf(teil, sizeof teil, "%02X", b);
+            t += (t.empty() ? "" : " ") + std::string(teil);
         }
         return t;
     }
 
-    MeldungsFaenger faenger;
+    Meldungsaufnahme aufnahme;
     std::ostringstream ausgabe;
 
 private:
-    std::filesystem::path verzeichnis_;
-    std::ostream* alterStrom_ = nullptr;
-    std::unique_ptr<KivProgramm> programm_;
+    std::filesystem::path verzeichnis_ =
+        std::filesystem::temp_directory_path() /
+        ("kiv_cmds_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) + "_" +
+         ::testing::UnitTest::GetInstance()->current_test_info()->name());
+    std::ostream* alterStrom_ = kdoAnzeigeStream;
+    std::unique_ptr<KivProgramm> programm_ = std::make_unique<KivProgramm>("kiv");
 };
