@@ -121,9 +121,13 @@ TEST_F(KivEpromSucheTest, ReadsAtRegionAndWindowEnds) {
 
 TEST_F(KivEpromSucheTest, SearchTextsAreReadAsHexNumbersOrCharacters) {
     KivEprom& kiv = neu();
-    const std::tuple<const char*, int, const char*> faelle[] = {  // bytes null: refused
-        {"  a\t0F\n 7 ", 1, "0A 0F 07"}, {"0012", 1, "12"}, {"   ", 1, nullptr},
-        {"-1", 1, nullptr},             {" ", 0, nullptr},
+    const std::tuple<const char*, int, const char*> faelle[] = {
+        // bytes null: refused
+        {"  a\t0F\n 7 ", 1, "0A 0F 07"},
+        {"0012", 1, "12"},
+        {"   ", 1, nullptr},
+        {"-1", 1, nullptr},
+        {" ", 0, nullptr},
     };
     for (const auto& [text, hex, erwartet] : faelle) {
         ASSERT_EQ(kiv.setzeSuchMuster(text, hex), erwartet != nullptr) << text;

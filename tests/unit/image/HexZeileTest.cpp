@@ -45,7 +45,9 @@ TEST_F(HexZeileTest, DecodingAndLineMessages) {
                                 : MotorolaHexZeileS3(f.zeile).zerlege();
         EXPECT_EQ(ok, f.ok) << f.zeile;
         EXPECT_EQ(aufnahme.anzahl(), *f.label ? 1u : 0u) << f.zeile;
-        EXPECT_EQ(aufnahme.letzte().label + "|" + aufnahme.letzte().detail, *f.label ? f.label + ("|" + std::string(f.detail)) : "|") << f.zeile;
+        EXPECT_EQ(aufnahme.letzte().label + "|" + aufnahme.letzte().detail,
+                  *f.label ? f.label + ("|" + std::string(f.detail)) : "|")
+            << f.zeile;
     }
 
     IntelHexZeileDaten d(":02 1234 00 ab CD\t40\r");
