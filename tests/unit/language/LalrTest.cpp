@@ -136,18 +136,9 @@ TEST(LalrTest, ShiftActionsAndErrorEntries) {
     EXPECT_NE(zwei.konflikte[0].find("verschiedene Aktionen"), std::string::npos);
 }
 
-TEST(LalrTest, MalformedGrammarGivesNoTable) {
-    LalrTabelle t = erzeugeLalrTabelle(grammatik({{X, {Y}}}));
-    EXPECT_TRUE(t.zustaende.empty());
-    ASSERT_EQ(t.konflikte.size(), 1u);
-    LalrTabelle u = erzeugeLalrTabelle(grammatik({{S, {ANZAHL + 3}}}));
-    EXPECT_TRUE(u.zustaende.empty());
-}
-
 TEST(LalrTest, CommandLanguageTables) {
     const LalrTabelle& t = kdoTabelle();
     EXPECT_TRUE(t.konflikte.empty()) << t.konflikte.front();
-    EXPECT_EQ(t.regeln.size(), 83u);
 
     // `error` is expected in exactly four places: at the start of a line,
     // behind "object:", behind "object: command" and behind "(" of an
