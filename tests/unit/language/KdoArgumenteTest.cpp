@@ -1,81 +1,35 @@
 // The argument classes: the token each class accepts, empty places and
 // defaults, the Bool forms' placeholder, and the arguments that refer to
 // lists, objects and value pairs.
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <sstream>
-#include <string>
-
 #include "KdoTestHilfe.h"
 #include "foundation/Liste.h"
 #include "language/KdoArgumente.h"
 
 namespace {
 
-TEST(KdoArgument, EmptyPlaceAndEndOfPlace) {
-    struct {
-        int (*pruefe)(std::istream&);
-        const char* text;
-        int ergebnis;
-        const char* rest;  // what the stream holds afterwards
-    } faelle[] = {
-        {KdoArgument::istLeer, "(,x)", 1, ",x)"}, {KdoArgument::istLeer, "( )", 1, ")"},
-        {KdoArgument::istLeer, ",  ,", 1, ","},   {KdoArgument::istLeer, ")", 1, ")"},
-        {KdoArgument::istLeer, "(5)", 0, "5)"},   {KdoArgument::istLeer, ", 5", 0, "5"},
-        {KdoArgument::istLeer, "5", 0, "5"},      {KdoArgument::folgtEnde, ",a", 1, ",a"},
-        {KdoArgument::folgtEnde, ")", 1, ")"},    {KdoArgument::folgtEnde, "ab", 0, "b"},
-        {KdoArgument::folgtEnde, "", 0, ""},
-    };
-    for (const auto& f : faelle) {
-        std::istringstream s(f.text);
-        EXPECT_EQ(f.pruefe(s), f.ergebnis) << f.text;
-        s.clear();
-        std::string rest((std::istreambuf_iterator<char>(s)), std::istreambuf_iterator<char>());
-        EXPECT_EQ(rest, f.rest) << f.text;
-    }
-}
-
+// One call of a command with a one- or two-argument signature: its result,
+// the values shown afterwards (null: not checked) and the labels raised.
 struct Fall {
     const char* signatur;
     const char* aufruf;
     int ergebnis;
-    const char* werte;  // null: not checked
+    const char* werte;
     const char* labels;
 };
 
-void pruefe(const Fall* faelle, std::size_t anzahl) {
-    for (std::size_t i = 0; i < anzahl; ++i) {
-        const Fall& f = faelle[i];
-        auto k = kdoKommando(f.signatur);
-        ASSERT_EQ(k->pruefeOk(), 1) << f.signatur;
-        const KdoLauf l = kdoLauf(*k, f.aufruf);
-        EXPECT_EQ(l.ergebnis, f.ergebnis) << f.signatur << "  " << f.aufruf;
-        if (f.werte) {
-            EXPECT_EQ(l.werte, f.werte) << f.signatur << "  " << f.aufruf;
-        }
-        EXPECT_EQ(l.labels, f.labels) << f.signatur << "  " << f.aufruf;
-    }
-}
-
-const Fall zahlen[] = {
-    {"Integer i", "f(12)", 1, "12", ""},
+const Fall aufrufe[] = {
     {"Integer i", "f( -5 )", 1, "-5", ""},
-    {"Integer i", "f(+7)", 1, "7", ""},
     {"Integer i", "f()", 1, "0", ""},
     {"Integer i", "f(2147483647)", 1, "2147483647", ""},
     {"Integer i", "f(-2147483648)", 1, "-2147483648", ""},
     {"Integer i", "f(2147483648)", 0, nullptr, "CMD-WRONGARG"},
     {"Integer i", "f(12abc)", 0, nullptr, "CMD-WRONGARG"},
-    {"Integer i", "f(0x10)", 0, nullptr, "CMD-WRONGARG"},
-    {"Integer i", "f(1 2)", 0, nullptr, "CMD-WRONGARG"},
     {"Integer i", "f(1", 0, nullptr, "CMD-ARGPARENTHESIS"},
     {"Integer i", "f(1,2)", 0, "1", "CMD-TOOMANYARG"},
     {"Integer a Integer b", "f(,7)", 1, "0|7", ""},
     {"Integer a Integer b", "f(3)", 1, "3|0", ""},
     {"Integer a Integer b", "f(3,", 0, nullptr, "CMD-WRONGARG"},
 
-    {"IntegerHex h", "f(1F)", 1, "1F", ""},
     {"IntegerHex h", "f(0x1F)", 1, "1F", ""},
     {"IntegerHex h", "f(-1)", 1, "FFFFFFFF", ""},
     {"IntegerHex h", "f(FFFFFFFF)", 1, "FFFFFFFF", ""},
@@ -84,30 +38,20 @@ const Fall zahlen[] = {
     {"IntegerHex h", "f(100000000)", 0, nullptr, "CMD-WRONGARG"},
     {"IntegerHex h", "f(0x)", 0, nullptr, "CMD-WRONGARG"},
 
-    {"BoolInteger i", "f(12)", 1, "12", ""},
     {"BoolInteger i", "f(/)", 1, "/", ""},
     {"BoolInteger i", "f(-1)", 0, nullptr, "CMD-WRONGARG"},  // no sign in the Bool form
     {"BoolInteger i", "f(F)", 0, nullptr, "CMD-WRONGARG"},
 
     {"BoolIntegerHex h", "f(/)", 1, "/", ""},
     {"BoolIntegerHex h", "f()", 1, "/", ""},
-    {"BoolIntegerHex h", "f(F)", 1, "F", ""},
     {"BoolIntegerHex h", "f(-)", 0, nullptr, "CMD-WRONGARG"},
     {"BoolIntegerHex h", "f(/x)", 0, nullptr, "CMD-WRONGARG"},
     {"BoolIntegerHex h", "f(/", 0, nullptr, "CMD-ARGPARENTHESIS"},
 
     {"Phys p", "f(1.5)", 1, "1.5", ""},
     {"Phys p", "f(-2e3)", 1, "-2000", ""},
-    {"Phys p", "f(abc)", 0, nullptr, "CMD-WRONGARG"},
-};
 
-TEST(KdoArgumente, Numbers) { pruefe(zahlen, std::size(zahlen)); }
-
-const Fall wahrheitUndTexte[] = {
-    {"Bool b", "f(YES)", 1, "y", ""},
     {"Bool b", "f(Ja)", 1, "y", ""},
-    {"Bool b", "f(y)", 1, "y", ""},
-    {"Bool b", "f(NEIN)", 1, "n", ""},
     {"Bool b", "f(no)", 1, "n", ""},
     {"Bool b", "f(maybe)", 0, nullptr, "CMD-WRONGARG"},
     {"Bool b", "f(/)", 0, nullptr, "CMD-WRONGARG"},
@@ -115,12 +59,8 @@ const Fall wahrheitUndTexte[] = {
     {"Wort w", "f(abc.d_1$%)", 1, "abc.d_1$%", ""},
     {"Wort w", "f(aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa)", 1, "aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa", ""},
     {"Wort w", "f(aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa)", 0, nullptr, "CMD-WRONGARG"},  // 33 bytes
-    {"Wort w", "f(a b)", 0, nullptr, "CMD-WRONGARG"},
-    {"Wort w", "f(\"x\")", 0, nullptr, "CMD-WRONGARG"},
     {"BoolWort w", "f(/)", 1, "/", ""},
-    {"BoolWort w", "f(name)", 1, "name", ""},
     {"BoolWort w", "f(-x)", 0, nullptr, "CMD-WRONGARG"},
-    {"NameInListe n", "f(abc)", 1, "abc", ""},
     {"BoolNameInListe n", "f(abc)", 1, "abc", ""},
 
     {"LString s", "f(\"a,b)\")", 1, "a,b)", ""},
@@ -129,7 +69,6 @@ const Fall wahrheitUndTexte[] = {
     {"LString s", "f(\"a\\\"b\")", 1, "a\"b", ""},
     {"LString s", "f(abc)", 0, nullptr, "CMD-WRONGARG"},
     {"LString s", "f(\"abc)", 0, nullptr, "CMD-WRONGARG"},
-    {"String s", "f(\"a b\")", 1, "a b", ""},
     {"String s", "f(\"a\nb\")", 0, "", "CMD-WRONGARG-TOOLONG"},
     {"String s", "f(\"a\\\nb\")", 1, "ab", ""},
     // A default written over two lines: backslash and line end vanish.
@@ -142,7 +81,6 @@ const Fall wahrheitUndTexte[] = {
     {"DateiName d", "f()", 1, "x.x", ""},
     {"DateiName d", "f(\"a b\")", 0, nullptr, "CMD-WRONGARG"},
 
-    {"Enum{Intel,Motorola,Binaer} t", "f(Motorola)", 1, "Motorola", ""},
     {"Enum{Intel,Motorola,Binaer} t", "f()", 1, "Intel", ""},
     {"Enum{Intel,Motorola,Binaer} t", "f(intel)", 0, nullptr, "CMD-WRONGARG"},
     {"Enum{Intel,Motorola,Binaer} t", "f(", 0, nullptr, ""},  // empty token: no message
@@ -153,8 +91,18 @@ const Fall wahrheitUndTexte[] = {
     {"ParameterListe p", "f(a,b)", 0, nullptr, "CMD-TOOMANYARG"},  // one parameter only
 };
 
-TEST(KdoArgumente, TruthValuesTextsFilesEnumerations) {
-    pruefe(wahrheitUndTexte, std::size(wahrheitUndTexte));
+TEST(KdoArgumente, EachTypeReadsItsToken) {
+    for (const Fall& f : aufrufe) {
+        SCOPED_TRACE(std::string(f.signatur) + "  " + f.aufruf);
+        auto k = kdoKommando(f.signatur);
+        ASSERT_EQ(k->pruefeOk(), 1);
+        const KdoLauf l = kdoLauf(*k, f.aufruf);
+        EXPECT_EQ(l.ergebnis, f.ergebnis);
+        if (f.werte) {
+            EXPECT_EQ(l.werte, f.werte);
+        }
+        EXPECT_EQ(l.labels, f.labels);
+    }
 }
 
 TEST(KdoArgumente, DefaultLineSetsDefaults) {
@@ -169,13 +117,6 @@ TEST(KdoArgumente, DefaultLineSetsDefaults) {
     EXPECT_EQ(kdoLauf(*k, "setze(5,,FF)").werte, "5|/|FF");
     // A run without definition leaves the defaults alone.
     EXPECT_EQ(kdoWerte(*k, true), "0|/|0");
-
-    // An empty place in the default line keeps the neutral value.
-    auto s = kdoKommando("Wort epromName Bool schliesseImmer DateiName d", "schliesse");
-    EXPECT_EQ(kdoLauf(*s, "schliesse( , NO, /)", 1).ergebnis, 1);
-    EXPECT_EQ(kdoWerte(*s, true), "|n|/");
-    EXPECT_EQ(kdoLauf(*s, "schliesse(a)").werte, "a|n|/");
-    EXPECT_EQ(kdoLauf(*s, "schliesse(,yes, b.hex)").werte, "|y|b.hex");
 
     // A failed definition keeps what was read before the failure.
     auto d = kdoKommando("Integer i BoolIntegerHex h");
@@ -325,10 +266,8 @@ TEST(KdoArgumentListen, ValuePairs) {
         int paare;
     } fehler[] = {
         {"f(100 1.5)", "CMD-WRONGARG", 3},
-        {"f(100/x)", "CMD-WRONGARG", 3},
         {"f(x/1)", "CMD-WRONGARG", 3},
         {"f(100/1.5", "CMD-ARGPARENTHESIS", 3},
-        {"f(100/", "CMD-ARGPARENTHESIS", 3},
         {"f(1/1, 1000/Text)", "CMD-WRONGARG", 1},
         {"f(1/1, 1000/\"Text", "CMD-ARGPARENTHESIS", 1},
     };

@@ -60,7 +60,6 @@ struct KdoLauf {
     int ergebnis = 0;
     std::string werte;   // zeigeWert of every argument, joined by "|"
     std::string labels;  // labels of the messages, joined by ","
-    std::vector<Meldung> meldungen;
 };
 
 inline std::string kdoWerte(const KdoKommando& k, bool vorgabe = false) {
@@ -80,8 +79,7 @@ inline KdoLauf kdoLauf(KdoKommando& k, const std::string& text, int definition =
         l.ergebnis = Kommando::interpretiere(k, anw, definition);
     }
     l.werte = kdoWerte(k);
-    l.meldungen = aufnahme.meldungen();
-    l.labels = kdoLabels(l.meldungen);
+    l.labels = kdoLabels(aufnahme.meldungen());
     return l;
 }
 

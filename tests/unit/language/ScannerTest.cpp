@@ -1,12 +1,8 @@
 // Token streams of the command scanner, written as text (see kdoTokenBild;
 // #m after a token that changed the mode, @line:column where asked for), for
 // what the parser's traces do not show: white space, the ends of the input,
-// positions and the scanner's own errors.
-#include <gtest/gtest.h>
-
-#include <sstream>
-#include <string>
-
+// positions and the scanner's own errors. Source lines and their markers
+// show in the end-to-end cases of syntax errors.
 #include "KdoTestHilfe.h"
 #include "language/Scanner.h"
 
@@ -77,22 +73,4 @@ TEST(ScannerTest, TokenStreams) {
     };
     for (const auto& f : faelle) EXPECT_EQ(tokens(f.eingabe, f.modus, f.roh, f.position), f.erwartet) << f.eingabe;
     EXPECT_EQ(tokens(std::string("a \0 b\n", 6)), "N(a) END");
-}
-
-TEST(ScannerTest, SourceLineTextAndMarker) {
-    ZeichenQuelle q;
-    std::istringstream strom("skip\n\tab\tc\r\nxyz");
-    strom.get();  // the source starts where the stream stands
-    q.oeffne(strom, 10);
-    for (int i = 0; i < 6; ++i) q.naechstes();  // "kip\n\ta"
-    QuellPosition p = q.position();
-    EXPECT_EQ(p.zeile, 11);
-    EXPECT_EQ(p.spalte, 2);
-    StringPuffer puffer;
-    q.zeilenText(p, puffer);
-    EXPECT_STREQ(puffer.c_str(), " ab c");
-    q.marke(p, puffer);
-    EXPECT_STREQ(puffer.c_str(), "-^");
-    // Reading goes on behind the look back.
-    EXPECT_EQ(q.naechstes(), 'b');
 }
