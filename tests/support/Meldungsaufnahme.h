@@ -57,7 +57,7 @@ public:
     }
 
     std::string konsole, log;
-    long gezaehlt = 0;          // every message, also when not kept
+    long gezaehlt = 0;         // every message, also when not kept
     bool mitschreiben = true;  // off for runs of many thousand messages
 
     static const Meldung& keine() {
@@ -74,8 +74,8 @@ private:
         Meldungsaufnahme& a = *aktiv();
         ++a.gezaehlt;
         if (!a.mitschreiben) return;
-        a.meldungen_.push_back(
-            {f.liefereLabel().str(), f.liefereFunktion().str(), f.liefereDetail().str(), f.liefereLevel(), art});
+        a.meldungen_.push_back({f.liefereLabel().str(), f.liefereFunktion().str(), f.liefereDetail().str(),
+                                f.liefereLevel(), art});
         if (art == 1) return;
         std::ostringstream o;
         f.ausgabe(o);

@@ -158,7 +158,8 @@ public:
 TEST(KdoArgumentListen, NamesSelectElementsOfTheObjectsList) {
     KdoListe liste("L");
     ListenObjekt objekt;
-    auto* namen = new KdoKommando("f", "NamenInListe n", nullptr), *boolNamen = new KdoKommando("g", "BoolNamenInListe n", nullptr);
+    auto *namen = new KdoKommando("f", "NamenInListe n", nullptr),
+         *boolNamen = new KdoKommando("g", "BoolNamenInListe n", nullptr);
     liste.fuegeEin(namen), liste.fuegeEin(boolNamen);
     liste.setzeAktuellesObjekt(&objekt);
     struct {

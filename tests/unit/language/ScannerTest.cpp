@@ -56,21 +56,24 @@ TEST(ScannerTest, TokenStreams) {
         {"ab\\\ncd ab\\cd a \\\n b\n", 1, false, false, "N(abcd) N(ab\\cd) N(a) N(b) NL END"},
         {"12\\\n3\n", 2, false, false, "Z(123) NL END"},
         {"a ! b", 1, false, false, "N(a) END"},  // a comment runs to the end of input
-        {"\"a\\\nb\" \"a\\b\" \"a\\\"b\"\n", 1, false, false, "T\"ab\" T\"a\\b\" T\"a\\\" N(b) SCANFEHLER NL END"},
+        {"\"a\\\nb\" \"a\\b\" \"a\\\"b\"\n", 1, false, false,
+         "T\"ab\" T\"a\\b\" T\"a\\\" N(b) SCANFEHLER NL END"},
         {"x \"ab\ny", 1, false, false, "N(x) SCANFEHLER NL N(y) END"},
         {"\"ab", 1, false, false, "SCANFEHLER END"},
         // Separators inside either kind of quotes belong to raw text.
-        {"c(\"a,b)\", 'c,d)', e)\n", 1, true, false, "N(c) ( T\"\"a,b)\"\" , T\" 'c,d)'\" , T\" e\" )#1 NL END"},
+        {"c(\"a,b)\", 'c,d)', e)\n", 1, true, false,
+         "N(c) ( T\"\"a,b)\"\" , T\" 'c,d)'\" , T\" e\" )#1 NL END"},
         {"c(\"a'b\", x)\n", 1, true, false, "N(c) ( T\"\"a'b\", x)\" NL#1 END"},
         {"c(a ! b // c)\n", 1, true, false, "N(c) ( T\"a ! b // c\" )#1 NL END"},
         {"c(a\\\nb, c\\d)\n", 1, true, false, "N(c) ( T\"ab\" , T\" c\\d\" )#1 NL END"},
         {"a, b\nc\n", 0, false, false, "T\"a\" , T\" b\" NL#1 N(c) NL END"},
         {"ab", 0, false, false, "T\"ab\" END"},
-        {"a\xff" "b)\n", 0, false, false, "T\"a\xff" "b\" )#1 NL END"},
+        {"a\377b)\n", 0, false, false, "T\"a\377b\" )#1 NL END"},
         {"ab  cd\n  \"ef\"\n", 1, false, true, "N(ab)@1:1 N(cd)@1:5 NL@1:6 T\"ef\"@2:3 NL@2:6 END@3:0"},
         // CR LF is one line end; a lone CR ends a line as well.
         {"a\r\nb\rc\n", 1, false, true, "N(a)@1:1 NL@1:1 N(b)@2:1 N(c)@3:1 NL@3:1 END@4:0"},
     };
-    for (const auto& f : faelle) EXPECT_EQ(tokens(f.eingabe, f.modus, f.roh, f.position), f.erwartet) << f.eingabe;
+    for (const auto& f : faelle)
+        EXPECT_EQ(tokens(f.eingabe, f.modus, f.roh, f.position), f.erwartet) << f.eingabe;
     EXPECT_EQ(tokens(std::string("a \0 b\n", 6)), "N(a) END");
 }
