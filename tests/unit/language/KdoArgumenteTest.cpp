@@ -1,256 +1,66 @@
 // The argument classes: the token each class accepts, empty places and
-// defaults, the Bool forms' placeholder, the messages of wrong arguments and
-// wrong accessors, and the arguments that refer to lists, objects, value
-// pairs and parameters.
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <sstream>
-#include <string>
-
+// defaults, the Bool forms' placeholder, and the arguments that refer to
+// lists, objects and value pairs.
 #include "KdoTestHilfe.h"
-#include "foundation/DynArray.h"
 #include "foundation/Liste.h"
 #include "language/KdoArgumente.h"
 
 namespace {
 
-TEST(KdoArgument, WrongAccessorReportsWithTypeWords) {
-    KdoArgumentWort w("w");
-    KdoArgumentEnum e("e", "a,b");
-    struct {
-        const char* funktion;
-        const char* detail;
-        void (*ruf)(KdoArgument&);
-    } faelle[] = {
-        {"KdoArgument::liefereArgWertInt", "w (Wort) <-> dataInteger ",
-         [](KdoArgument& a) { a.liefereArgWertInt(); }},
-        {"KdoArgument::liefereArgWertIntHex", "w (Wort) <-> adrInteger ",
-         [](KdoArgument& a) { a.liefereArgWertIntHex(); }},
-        {"KdoArgument::liefereArgWertCharHex", "w (Wort) <-> unsigned char ",
-         [](KdoArgument& a) { a.liefereArgWertCharHex(); }},
-        {"KdoArgument::setzeArgWertPhys", "w (Wort) <-> dataPhys ",
-         [](KdoArgument& a) { a.setzeArgWertPhys(1.0); }},
-        {"KdoArgument::liefereArgWertBool", "w (Wort) <-> YesNo ",
-         [](KdoArgument& a) { a.liefereArgWertBool(); }},
-        {"KdoArgument::liefereArgWertListe", "w (Wort) <-> Liste ",
-         [](KdoArgument& a) { a.liefereArgWertListe(); }},
-        {"KdoArgument::setzeArgWertDatei", "w (Wort) <-> DateiName ",
-         [](KdoArgument& a) { a.setzeArgWertDatei(DateiName("a")); }},
-        {"KdoArgument::liefereArgWertKdoObjekt", "w (Wort) <-> KdoObjekt ",
-         [](KdoArgument& a) { a.liefereArgWertKdoObjekt(); }},
-        {"KdoArgument::initWPListe", "w (Wort) <-> WPListe ", [](KdoArgument& a) { a.initWPListe(); }},
-        {"KdoArgument::liefereAnzahlWPStr", "w (Wort) <-> WPStrListe ",
-         [](KdoArgument& a) { a.liefereAnzahlWPStr(); }},
-        {"KdoArgument::liefereArgWertDynArrStr", "w (Wort) <-> ParameterListe ",
-         [](KdoArgument& a) { a.liefereArgWertDynArrStr(); }},
-    };
-    for (const auto& f : faelle) {
-        MeldungsFaenger faenger;
-        f.ruf(w);
-        ASSERT_EQ(faenger.anzahl(), 1u) << f.funktion;
-        EXPECT_EQ(faenger.letzte().label, "CMD-WRONGARGMETHOD");
-        EXPECT_EQ(faenger.letzte().funktion, f.funktion);
-        EXPECT_EQ(faenger.letzte().detail, f.detail);
-        EXPECT_EQ(faenger.letzte().level, 'E');
-    }
-    // The type text of a class with its own `ausgabe` shows in the detail.
-    MeldungsFaenger faenger;
-    e.liefereArgWertStr();
-    EXPECT_EQ(faenger.letzte().detail, "e (Enum{a,b}) <-> String ");
-}
-
-TEST(KdoArgument, EnumValuesOnlyFromAnEnumeration) {
-    MeldungsFaenger faenger;
-    KdoArgumentInteger i("i");
-    EXPECT_EQ(i.liefereEnumWerte(), nullptr);
-    ASSERT_EQ(faenger.anzahl(), 1u);
-    EXPECT_EQ(faenger.letzte().label, "NOFUNC");
-    EXPECT_EQ(faenger.letzte().funktion, "KdoArgument::liefereEnumWerte");
-    EXPECT_EQ(faenger.letzte().detail, "NULL");
-    EXPECT_EQ(faenger.letzte().level, 'W');
-
-    KdoArgumentEnum e("e", "hex,ascii");
-    const TextFeld* namen = e.liefereEnumWerte();
-    ASSERT_NE(namen, nullptr);
-    EXPECT_EQ(namen->fuellstand(), 2);
-    EXPECT_STREQ(namen->text(1), "ascii");
-}
-
-TEST(KdoArgument, EmptyPlaceAndEndOfPlace) {
-    struct {
-        int (*pruefe)(std::istream&);
-        const char* text;
-        int ergebnis;
-        const char* rest;  // what the stream holds afterwards
-    } faelle[] = {
-        {KdoArgument::istLeer, "(,x)", 1, ",x)"}, {KdoArgument::istLeer, "( )", 1, ")"},
-        {KdoArgument::istLeer, ",  ,", 1, ","},   {KdoArgument::istLeer, ")", 1, ")"},
-        {KdoArgument::istLeer, "(5)", 0, "5)"},   {KdoArgument::istLeer, ", 5", 0, "5"},
-        {KdoArgument::istLeer, "5", 0, "5"},      {KdoArgument::folgtEnde, ",a", 1, ",a"},
-        {KdoArgument::folgtEnde, ")", 1, ")"},    {KdoArgument::folgtEnde, "ab", 0, "b"},
-        {KdoArgument::folgtEnde, "", 0, ""},
-    };
-    for (const auto& f : faelle) {
-        std::istringstream s(f.text);
-        EXPECT_EQ(f.pruefe(s), f.ergebnis) << f.text;
-        s.clear();
-        std::string rest((std::istreambuf_iterator<char>(s)), std::istreambuf_iterator<char>());
-        EXPECT_EQ(rest, f.rest) << f.text;
-    }
-}
-
-TEST(KdoArgument, CharHexWarnsAboveAByte) {
-    auto k = kdoKommando("IntegerHex h");
-    kdoLauf(*k, "f(FF)");
-    {
-        MeldungsFaenger faenger;
-        EXPECT_EQ((*k)[0].liefereArgWertCharHex(), 0xFF);
-        EXPECT_EQ(faenger.anzahl(), 0u);
-    }
-    kdoLauf(*k, "f(0x100)");
-    MeldungsFaenger faenger;
-    EXPECT_EQ((*k)[0].liefereArgWertCharHex(), 0);  // 256 cut to the byte
-    ASSERT_EQ(faenger.anzahl(), 1u);
-    EXPECT_EQ(faenger.letzte().label, "CMD-VALTOOBIG");
-    EXPECT_EQ(faenger.letzte().funktion, "KdoArgument::liefereArgWertCharHex");
-    EXPECT_EQ(faenger.letzte().detail, "h (IntegerHex) <-> dataInteger ");
-}
-
-TEST(KdoArgument, EnumDeliversTheIndexAndSetsOnlyKnownOnes) {
-    auto k = kdoKommando("Enum{a,b,c} e");
-    kdoLauf(*k, "f(b)");
-    KdoArgument& e = (*k)[0];
-    EXPECT_EQ(e.liefereArgWertInt(), 1);
-    MeldungsFaenger faenger;
-    e.setzeArgWertInt(2);
-    EXPECT_EQ(e.liefereArgWertInt(), 2);
-    EXPECT_EQ(faenger.anzahl(), 0u);
-    e.setzeArgWertInt(3);
-    EXPECT_EQ(e.liefereArgWertInt(), 2);
-    ASSERT_EQ(faenger.anzahl(), 1u);
-    EXPECT_EQ(faenger.letzte().label, "CMD-INDEXINVALID");
-    EXPECT_EQ(faenger.letzte().funktion, "KdoArgumentEnum::setzeArgWertInt");
-    EXPECT_EQ(faenger.letzte().detail, "3");
-    EXPECT_EQ(faenger.letzte().level, 'W');
-    e.setzeArgWertInt(-1);
-    EXPECT_EQ(e.liefereArgWertInt(), 2);
-    EXPECT_EQ(faenger.anzahl(), 2u);
-}
-
-TEST(KdoArgument, TypeNamesAndCodesFollowTheTable) {
-    const char* namen[] = {"Integer",   "BoolInteger", "IntegerHex",    "BoolIntegerHex",   "Phys",
-                           "Bool",      "Wort",        "BoolWort",      "NameInListe",      "BoolNameInListe",
-                           "LString",   "String",      "NamenInListe",  "BoolNamenInListe", "DateiName",
-                           "DateiPfad", "KdoObjekt",   "BoolKdoObjekt", "RegExpr",          "Enum",
-                           "WPListe",   "WPStrListe",  "ParameterListe"};
-    for (int code = 0; code < static_cast<int>(KdoArgTyp::Anzahl); ++code) {
-        auto a = erzeugeKdoArgument(namen[code], "x", nullptr);
-        ASSERT_NE(a, nullptr) << namen[code];
-        EXPECT_EQ(static_cast<int>(a->liefereTyp()), code) << namen[code];
-        EXPECT_EQ(a->liefereTypName(), namen[code]);
-    }
-}
-
+// One call of a command with a one- or two-argument signature: its result,
+// the values shown afterwards (null: not checked) and the labels raised.
 struct Fall {
     const char* signatur;
     const char* aufruf;
     int ergebnis;
-    const char* werte;  // null: not checked
+    const char* werte;
     const char* labels;
 };
 
-void pruefe(const Fall* faelle, std::size_t anzahl) {
-    for (std::size_t i = 0; i < anzahl; ++i) {
-        const Fall& f = faelle[i];
-        auto k = kdoKommando(f.signatur);
-        ASSERT_EQ(k->pruefeOk(), 1) << f.signatur;
-        const KdoLauf l = kdoLauf(*k, f.aufruf);
-        EXPECT_EQ(l.ergebnis, f.ergebnis) << f.signatur << "  " << f.aufruf;
-        if (f.werte) {
-            EXPECT_EQ(l.werte, f.werte) << f.signatur << "  " << f.aufruf;
-        }
-        EXPECT_EQ(l.labels, f.labels) << f.signatur << "  " << f.aufruf;
-    }
-}
-
-const Fall zahlen[] = {
-    {"Integer i", "f(12)", 1, "12", ""},
+const Fall aufrufe[] = {
     {"Integer i", "f( -5 )", 1, "-5", ""},
-    {"Integer i", "f(+7)", 1, "7", ""},
     {"Integer i", "f()", 1, "0", ""},
-    {"Integer i", "f( )", 1, "0", ""},
     {"Integer i", "f(2147483647)", 1, "2147483647", ""},
     {"Integer i", "f(-2147483648)", 1, "-2147483648", ""},
     {"Integer i", "f(2147483648)", 0, nullptr, "CMD-WRONGARG"},
     {"Integer i", "f(12abc)", 0, nullptr, "CMD-WRONGARG"},
-    {"Integer i", "f(0x10)", 0, nullptr, "CMD-WRONGARG"},
-    {"Integer i", "f(/)", 0, nullptr, "CMD-WRONGARG"},
-    {"Integer i", "f(1 2)", 0, nullptr, "CMD-WRONGARG"},
-    {"Integer i", "f(-)", 0, nullptr, "CMD-WRONGARG"},
-    {"Integer i", "f(1234567890123456)", 0, nullptr, "CMD-WRONGARG"},
     {"Integer i", "f(1", 0, nullptr, "CMD-ARGPARENTHESIS"},
     {"Integer i", "f(1,2)", 0, "1", "CMD-TOOMANYARG"},
     {"Integer a Integer b", "f(,7)", 1, "0|7", ""},
     {"Integer a Integer b", "f(3)", 1, "3|0", ""},
-    {"Integer a Integer b", "f(3,)", 1, "3|0", ""},
     {"Integer a Integer b", "f(3,", 0, nullptr, "CMD-WRONGARG"},
 
-    {"IntegerHex h", "f(1F)", 1, "1F", ""},
     {"IntegerHex h", "f(0x1F)", 1, "1F", ""},
-    {"IntegerHex h", "f(0X1f)", 1, "1F", ""},
     {"IntegerHex h", "f(-1)", 1, "FFFFFFFF", ""},
     {"IntegerHex h", "f(FFFFFFFF)", 1, "FFFFFFFF", ""},
     {"IntegerHex h", "f(00000000000001F)", 1, "1F", ""},  // 15 characters
     {"IntegerHex h", "f(000000000000001F)", 0, nullptr, "CMD-WRONGARG"},
     {"IntegerHex h", "f(100000000)", 0, nullptr, "CMD-WRONGARG"},
     {"IntegerHex h", "f(0x)", 0, nullptr, "CMD-WRONGARG"},
-    {"IntegerHex h", "f(G)", 0, nullptr, "CMD-WRONGARG"},
 
-    {"BoolInteger i", "f(12)", 1, "12", ""},
     {"BoolInteger i", "f(/)", 1, "/", ""},
     {"BoolInteger i", "f(-1)", 0, nullptr, "CMD-WRONGARG"},  // no sign in the Bool form
     {"BoolInteger i", "f(F)", 0, nullptr, "CMD-WRONGARG"},
 
     {"BoolIntegerHex h", "f(/)", 1, "/", ""},
-    {"BoolIntegerHex h", "f( / )", 1, "/", ""},
     {"BoolIntegerHex h", "f()", 1, "/", ""},
-    {"BoolIntegerHex h", "f(F)", 1, "F", ""},
-    {"BoolIntegerHex h", "f(0x10)", 1, "10", ""},
     {"BoolIntegerHex h", "f(-)", 0, nullptr, "CMD-WRONGARG"},
     {"BoolIntegerHex h", "f(/x)", 0, nullptr, "CMD-WRONGARG"},
-    {"BoolIntegerHex h", "f(1G)", 0, nullptr, "CMD-WRONGARG"},
     {"BoolIntegerHex h", "f(/", 0, nullptr, "CMD-ARGPARENTHESIS"},
 
     {"Phys p", "f(1.5)", 1, "1.5", ""},
     {"Phys p", "f(-2e3)", 1, "-2000", ""},
-    {"Phys p", "f(abc)", 0, nullptr, "CMD-WRONGARG"},
-    {"Phys p", "f(1.5x)", 0, nullptr, "CMD-WRONGARG"},
-};
 
-TEST(KdoArgumente, Numbers) { pruefe(zahlen, std::size(zahlen)); }
-
-const Fall wahrheitUndTexte[] = {
-    {"Bool b", "f(YES)", 1, "y", ""},
     {"Bool b", "f(Ja)", 1, "y", ""},
-    {"Bool b", "f(j)", 1, "y", ""},
-    {"Bool b", "f(y)", 1, "y", ""},
-    {"Bool b", "f(NEIN)", 1, "n", ""},
     {"Bool b", "f(no)", 1, "n", ""},
-    {"Bool b", "f(N)", 1, "n", ""},
     {"Bool b", "f(maybe)", 0, nullptr, "CMD-WRONGARG"},
     {"Bool b", "f(/)", 0, nullptr, "CMD-WRONGARG"},
 
     {"Wort w", "f(abc.d_1$%)", 1, "abc.d_1$%", ""},
     {"Wort w", "f(aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa)", 1, "aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa", ""},
     {"Wort w", "f(aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa)", 0, nullptr, "CMD-WRONGARG"},  // 33 bytes
-    {"Wort w", "f(a b)", 0, nullptr, "CMD-WRONGARG"},
-    {"Wort w", "f(\"x\")", 0, nullptr, "CMD-WRONGARG"},
     {"BoolWort w", "f(/)", 1, "/", ""},
-    {"BoolWort w", "f(name)", 1, "name", ""},
     {"BoolWort w", "f(-x)", 0, nullptr, "CMD-WRONGARG"},
-    {"NameInListe n", "f(abc)", 1, "abc", ""},
-    {"BoolNameInListe n", "f(/)", 1, "/", ""},
     {"BoolNameInListe n", "f(abc)", 1, "abc", ""},
 
     {"LString s", "f(\"a,b)\")", 1, "a,b)", ""},
@@ -259,7 +69,6 @@ const Fall wahrheitUndTexte[] = {
     {"LString s", "f(\"a\\\"b\")", 1, "a\"b", ""},
     {"LString s", "f(abc)", 0, nullptr, "CMD-WRONGARG"},
     {"LString s", "f(\"abc)", 0, nullptr, "CMD-WRONGARG"},
-    {"String s", "f(\"a b\")", 1, "a b", ""},
     {"String s", "f(\"a\nb\")", 0, "", "CMD-WRONGARG-TOOLONG"},
     {"String s", "f(\"a\\\nb\")", 1, "ab", ""},
     // A default written over two lines: backslash and line end vanish.
@@ -270,11 +79,8 @@ const Fall wahrheitUndTexte[] = {
     {"DateiName d", "f(c:\\x\\a.hex)", 1, "c:\\x\\a.hex", ""},
     {"DateiName d", "f(/)", 1, "/", ""},
     {"DateiName d", "f()", 1, "x.x", ""},
-    {"DateiName d", "f( a.hex )", 1, "a.hex", ""},
     {"DateiName d", "f(\"a b\")", 0, nullptr, "CMD-WRONGARG"},
-    {"DateiPfad d", "f(dir/a)", 1, "dir/a", ""},
 
-    {"Enum{Intel,Motorola,Binaer} t", "f(Motorola)", 1, "Motorola", ""},
     {"Enum{Intel,Motorola,Binaer} t", "f()", 1, "Intel", ""},
     {"Enum{Intel,Motorola,Binaer} t", "f(intel)", 0, nullptr, "CMD-WRONGARG"},
     {"Enum{Intel,Motorola,Binaer} t", "f(", 0, nullptr, ""},  // empty token: no message
@@ -285,38 +91,17 @@ const Fall wahrheitUndTexte[] = {
     {"ParameterListe p", "f(a,b)", 0, nullptr, "CMD-TOOMANYARG"},  // one parameter only
 };
 
-TEST(KdoArgumente, TruthValuesTextsFilesEnumerations) {
-    pruefe(wahrheitUndTexte, std::size(wahrheitUndTexte));
-}
-
-TEST(KdoArgumente, WrongArgumentLayoutShowsTheWholeToken) {
-    struct {
-        const char* signatur;
-        const char* aufruf;
-        const char* label;
-        const char* detail;
-        const char* funktion;
-    } faelle[] = {
-        {"Integer i", "f(12abc)", "CMD-WRONGARG", "f(12abc)\n\t     Integer  i: 12abc",
-         "KdoArgumentInteger::interpretiere"},
-        {"Integer a Integer b", "f(1, 2 3)", "CMD-WRONGARG", "f(1, 2 3)\n\t     Integer  b: 2 3",
-         "KdoArgumentInteger::interpretiere"},
-        {"Enum{a,b} e", "f(c)", "CMD-WRONGARG", "f(c)\n\t     Enum{a,b}  e: c",
-         "KdoArgumentEnum::interpretiere"},
-        {"BoolIntegerHex h", "f(-5)", "CMD-WRONGARG", "f(-5)\n\t     BoolIntegerHex  h: -5",
-         "KdoArgumentBoolIntegerHex::interpretiere"},
-        {"String s", "f(\"a\nb\")", "CMD-WRONGARG-TOOLONG", "f(\"a\nb\")\n\t     String  s: a\nb",
-         "KdoArgumentString::interpretiere"},
-        {"Integer i", "f(1", "CMD-ARGPARENTHESIS", "f(1", "KdoArgumentInteger::interpretiere"},
-    };
-    for (const auto& f : faelle) {
+TEST(KdoArgumente, EachTypeReadsItsToken) {
+    for (const Fall& f : aufrufe) {
+        SCOPED_TRACE(std::string(f.signatur) + "  " + f.aufruf);
         auto k = kdoKommando(f.signatur);
+        ASSERT_EQ(k->pruefeOk(), 1);
         const KdoLauf l = kdoLauf(*k, f.aufruf);
-        ASSERT_EQ(l.meldungen.size(), 1u) << f.aufruf;
-        EXPECT_EQ(l.meldungen[0].label, f.label);
-        EXPECT_EQ(l.meldungen[0].detail, f.detail);
-        EXPECT_EQ(l.meldungen[0].funktion, f.funktion);
-        EXPECT_EQ(l.meldungen[0].level, 'E');
+        EXPECT_EQ(l.ergebnis, f.ergebnis);
+        if (f.werte) {
+            EXPECT_EQ(l.werte, f.werte);
+        }
+        EXPECT_EQ(l.labels, f.labels);
     }
 }
 
@@ -332,13 +117,6 @@ TEST(KdoArgumente, DefaultLineSetsDefaults) {
     EXPECT_EQ(kdoLauf(*k, "setze(5,,FF)").werte, "5|/|FF");
     // A run without definition leaves the defaults alone.
     EXPECT_EQ(kdoWerte(*k, true), "0|/|0");
-
-    // An empty place in the default line keeps the neutral value.
-    auto s = kdoKommando("Wort epromName Bool schliesseImmer DateiName d", "schliesse");
-    EXPECT_EQ(kdoLauf(*s, "schliesse( , NO, /)", 1).ergebnis, 1);
-    EXPECT_EQ(kdoWerte(*s, true), "|n|/");
-    EXPECT_EQ(kdoLauf(*s, "schliesse(a)").werte, "a|n|/");
-    EXPECT_EQ(kdoLauf(*s, "schliesse(,yes, b.hex)").werte, "|y|b.hex");
 
     // A failed definition keeps what was read before the failure.
     auto d = kdoKommando("Integer i BoolIntegerHex h");
@@ -380,10 +158,9 @@ public:
 TEST(KdoArgumentListen, NamesSelectElementsOfTheObjectsList) {
     KdoListe liste("L");
     ListenObjekt objekt;
-    KdoKommando* namen = new KdoKommando("f", "NamenInListe n", nullptr);
-    KdoKommando* boolNamen = new KdoKommando("g", "BoolNamenInListe n", nullptr);
-    liste.fuegeEin(namen);
-    liste.fuegeEin(boolNamen);
+    auto *namen = new KdoKommando("f", "NamenInListe n", nullptr),
+         *boolNamen = new KdoKommando("g", "BoolNamenInListe n", nullptr);
+    liste.fuegeEin(namen), liste.fuegeEin(boolNamen);
     liste.setzeAktuellesObjekt(&objekt);
     struct {
         KdoKommando* k;
@@ -405,7 +182,7 @@ TEST(KdoArgumentListen, NamesSelectElementsOfTheObjectsList) {
     };
     for (const auto& f : faelle) {
         ASSERT_EQ(kdoLauf(*f.k, f.aufruf).ergebnis, 1) << f.aufruf;
-        MeldungsFaenger faenger;
+        Meldungsaufnahme faenger;
         EXPECT_EQ((*f.k)[0].liefereArgWertListe(), f.ergebnis) << f.aufruf;
         if (f.gesetzt >= 0) {
             EXPECT_EQ((*f.k)[0].liefereArgWertBool(), f.gesetzt) << f.aufruf;
@@ -420,13 +197,9 @@ TEST(KdoArgumentListen, NamesSelectElementsOfTheObjectsList) {
     // An object without lists reports twice.
     KdoObjekt ohne("obj");
     liste.setzeAktuellesObjekt(&ohne);
-    MeldungsFaenger faenger;
+    Meldungsaufnahme faenger;
     EXPECT_EQ((*namen)[0].liefereArgWertListe(), 0);
-    ASSERT_EQ(kdoLabels(faenger.meldungen()), "INT-METHOD-IN-SUBCLASS-MISSING,INT-CMD-ARG-LIST-NOT-EXIST");
-    EXPECT_EQ(faenger.meldungen()[0].funktion, "KdoObjekt::liefereListeFuerKdoArg");
-    EXPECT_EQ(faenger.meldungen()[0].level, 'E');
-    for (const Meldung& m : faenger.meldungen()) EXPECT_EQ(m.detail, "Obj: obj  Liste: n");
-    EXPECT_EQ(faenger.letzte().funktion, "KdoArgumentNamenInListe::liefereListe");
+    EXPECT_EQ(kdoLabels(faenger.meldungen()), "INT-METHOD-IN-SUBCLASS-MISSING,INT-CMD-ARG-LIST-NOT-EXIST");
 }
 
 TEST(KdoArgumentListen, ObjectPathsResolveWhenDelivered) {
@@ -442,12 +215,9 @@ TEST(KdoArgumentListen, ObjectPathsResolveWhenDelivered) {
     baum.vater();
 
     auto kdo = kdoKommando("KdoObjekt{Eprom} o KdoObjekt{Eprom,Other} p BoolKdoObjekt q");
-    std::ostringstream s;
-    for (int i = 0; i < 3; ++i) (*kdo)[i].ausgabe(s);
-    EXPECT_EQ(s.str(), "KdoObjekt(Eprom)KdoObjekt(Eprom,Other)BoolKdoObjekt()");
     EXPECT_EQ(kdoLauf(*kdo, "f( <Eprom> a , k)").werte, "<Eprom>a|k|/");  // blanks dropped
     {
-        MeldungsFaenger faenger;
+        Meldungsaufnahme faenger;
         EXPECT_EQ((*kdo)[0].liefereArgWertKdoObjekt(), &a);
         EXPECT_EQ((*kdo)[1].liefereArgWertKdoObjekt(), &k);
         EXPECT_EQ((*kdo)[2].liefereArgWertKdoObjekt(), nullptr);  // empty Bool form: no message
@@ -469,12 +239,11 @@ TEST(KdoArgumentListen, ObjectPathsResolveWhenDelivered) {
     };
     for (const auto& f : fehler) {
         ASSERT_EQ(kdoLauf(*kdo, f.aufruf).ergebnis, 1) << f.aufruf;  // nothing checked while parsing
-        MeldungsFaenger faenger;
+        Meldungsaufnahme faenger;
         EXPECT_EQ((*kdo)[0].liefereArgWertKdoObjekt(), nullptr);
         ASSERT_EQ(faenger.anzahl(), 1u) << f.aufruf;
         EXPECT_EQ(faenger.letzte().label, f.label);
         EXPECT_EQ(faenger.letzte().detail, f.detail);
-        EXPECT_EQ(faenger.letzte().funktion, "KdoArgumentKdoObjekt::liefereArgWertKdoObjekt");
     }
 }
 
@@ -491,16 +260,6 @@ TEST(KdoArgumentListen, ValuePairs) {
     EXPECT_EQ(t.liefereArgWertWPStr(0)->iwert, 0x1000);
     EXPECT_EQ(t.liefereArgWertWPStr(1)->text, "a, b)");
 
-    // Later pairs line up under the first one.
-    std::ostringstream s;
-    w.zeigeWert(s);
-    std::istringstream zeilen(s.str());
-    std::string zeile;
-    std::getline(zeilen, zeile);
-    EXPECT_EQ(zeile.rfind("( 100 / ", 0), 0u) << zeile;
-    std::getline(zeilen, zeile);
-    EXPECT_EQ(zeile.rfind(std::string(45, ' ') + "( 200 / ", 0), 0u) << zeile;
-
     // A failure keeps the list of its own place; earlier places were taken.
     struct {
         const char* aufruf;
@@ -508,10 +267,8 @@ TEST(KdoArgumentListen, ValuePairs) {
         int paare;
     } fehler[] = {
         {"f(100 1.5)", "CMD-WRONGARG", 3},
-        {"f(100/x)", "CMD-WRONGARG", 3},
         {"f(x/1)", "CMD-WRONGARG", 3},
         {"f(100/1.5", "CMD-ARGPARENTHESIS", 3},
-        {"f(100/", "CMD-ARGPARENTHESIS", 3},
         {"f(1/1, 1000/Text)", "CMD-WRONGARG", 1},
         {"f(1/1, 1000/\"Text", "CMD-ARGPARENTHESIS", 1},
     };
@@ -531,62 +288,6 @@ TEST(KdoArgumentListen, ValuePairs) {
     EXPECT_NE(kdoWerte(*k, true), "|");
     kdoLauf(*k, "f()", 1);
     EXPECT_EQ(kdoWerte(*k, true), "|");
-}
-
-TEST(KdoArgumentListen, PairAccessors) {
-    KdoArgumentWPListe w("w");
-    {
-        MeldungsFaenger faenger;
-        EXPECT_EQ(w.liefereArgWertWP(0), nullptr);
-        EXPECT_EQ(faenger.letzte().label, "CMD-LISTEMPTY");
-        EXPECT_EQ(faenger.letzte().funktion, "KdoArgummentWPListe::liefereArgWertWP");
-        EXPECT_EQ(faenger.letzte().detail, "w");
-    }
-    w.setzeArgWertWP(9, WertePaar(1, 1.0));  // appended, not placed at 9
-    w.setzeArgWertWP(9, WertePaar(2, 2.0));
-    w.setzeArgWertWP(0, WertePaar(3, 3.0));
-    ASSERT_EQ(w.liefereAnzahlWP(), 2);
-    EXPECT_EQ(w.liefereArgWertWP(0)->iWert(), 3);
-    {
-        MeldungsFaenger faenger;
-        EXPECT_EQ(w.liefereArgWertWP(12)->iWert(), 2);  // the last pair
-        EXPECT_EQ(faenger.letzte().label, "CMD-INDEXCEEDED");
-        EXPECT_EQ(faenger.letzte().funktion, "KdoArgumentWPListe::liefereArgWertWP");
-        EXPECT_EQ(faenger.letzte().detail, "12");
-        EXPECT_EQ(faenger.letzte().level, 'W');
-    }
-    w.initWPListe();
-    EXPECT_EQ(w.liefereAnzahlWP(), 0);
-
-    KdoArgumentWPStrListe t("t");
-    MeldungsFaenger faenger;
-    EXPECT_EQ(t.liefereArgWertWPStr(0), nullptr);
-    EXPECT_EQ(faenger.letzte().funktion, "KdoArgummentWPStrListe::liefereArgWertWPStr");
-    t.setzeArgWertWPStr(0x1A, WertePaarStr(1, "x"));
-    EXPECT_EQ(faenger.letzte().label, "CMD-INDEXINVALID");
-    EXPECT_EQ(faenger.letzte().detail, "1A");  // in hex
-    EXPECT_EQ(t.liefereAnzahlWPStr(), 1);      // appended all the same
-    EXPECT_EQ(t.liefereArgWertWPStr(3)->iwert, 1);
-    EXPECT_EQ(faenger.letzte().funktion, "KdoArgumentWPStrListe::liefereArgWertWPStr");
-}
-
-TEST(KdoArgumentListen, ParameterListSharesItsDefaultArray) {
-    auto k = kdoKommando("ParameterListe p");
-    KdoArgument& p = (*k)[0];
-    kdoLauf(*k, "f(erster)", 1);
-    kdoLauf(*k, "f()");
-    // The same array as the default: a change shows in both.
-    p.liefereArgWertDynArrStr()[0] = "geaendert";
-    std::ostringstream s;
-    p.zeigeVorgabe(s);
-    EXPECT_EQ(s.str(), "geaendert");
-
-    p.setzeArgWertStr("a, b,c");
-    EXPECT_EQ(p.liefereArgWertStr(), "a,b,c");
-    EXPECT_EQ(p.liefereArgWertDynArrStr()[1], "b");
-    std::ostringstream t;
-    p.zeigeVorgabe(t);
-    EXPECT_EQ(t.str(), "geaendert");
 }
 
 }  // namespace

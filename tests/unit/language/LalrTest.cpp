@@ -136,18 +136,9 @@ TEST(LalrTest, ShiftActionsAndErrorEntries) {
     EXPECT_NE(zwei.konflikte[0].find("verschiedene Aktionen"), std::string::npos);
 }
 
-TEST(LalrTest, MalformedGrammarGivesNoTable) {
-    LalrTabelle t = erzeugeLalrTabelle(grammatik({{X, {Y}}}));
-    EXPECT_TRUE(t.zustaende.empty());
-    ASSERT_EQ(t.konflikte.size(), 1u);
-    LalrTabelle u = erzeugeLalrTabelle(grammatik({{S, {ANZAHL + 3}}}));
-    EXPECT_TRUE(u.zustaende.empty());
-}
-
 TEST(LalrTest, CommandLanguageTables) {
     const LalrTabelle& t = kdoTabelle();
     EXPECT_TRUE(t.konflikte.empty()) << t.konflikte.front();
-    EXPECT_EQ(t.regeln.size(), 83u);
 
     // `error` is expected in exactly four places: at the start of a line,
     // behind "object:", behind "object: command" and behind "(" of an
@@ -172,19 +163,6 @@ TEST(LalrTest, CommandLanguageTables) {
                                 "kommandoZeile -> objektAngabe ':' kommando error  {modusNormal}",
                                 "zeile -> error  {modusNormal}",
                             }));
-
-    // Where a word at the start of a line can begin two things, the default
-    // goes to the rule covering more tokens, or on a tie to the earlier one.
-    int zeilenStart = ziel(t, 0, KdoSymbol::programm);
-    auto standard = [&](int zustand) { return kdoRegelText(t.zustaende[zustand].defaultRegel); };
-    EXPECT_EQ(standard(ziel(t, zeilenStart, KdoToken::EXIT)), "steuerung -> EXIT  {statusExit}");
-    EXPECT_EQ(standard(ziel(t, zeilenStart, KdoToken::AUSFUEHRE)),
-              "ausfuehreStart -> AUSFUEHRE  {parameterLoeschen}");
-    EXPECT_EQ(standard(ziel(t, zeilenStart, KdoToken::UMSETZE)), "umsetzeStart -> UMSETZE  {modusText}");
-    int nachName = ziel(t, zeilenStart, KdoSymbol::bezeichner);
-    EXPECT_EQ(standard(nachName), "kommando -> bezeichner  {modusText}");
-    EXPECT_EQ(kdoRegelText(eintrag(t.zustaende[nachName], ':')->ziel), "objektPfad -> bezeichner");
-    EXPECT_EQ(kdoRegelText(eintrag(t.zustaende[nachName], '.')->ziel), "objektPfad -> bezeichner");
 }
 
 // Random derivations of the grammar, parsed with the generated tables: every
