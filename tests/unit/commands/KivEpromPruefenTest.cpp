@@ -7,6 +7,7 @@
 #include <random>
 
 #include "KivObjektTestUmgebung.h"
+#include "image/MusterSuche.h"
 #include "reporting/FmtAnweisung.h"
 #include "support/EpromDifferenzen.h"
 
@@ -87,6 +88,11 @@ TEST_F(KivEpromSucheTest, TheWalkAgreesWithTheByteByByteReference) {
         zurWurzel();
         fuehre("schliesse(" + kiv.name_.str() + ", YES)");
     }
+    // An empty pattern matches nowhere.
+    adrInteger treffer = 0;
+    Eprom voll;
+    voll.setzeByte(0, 0);
+    EXPECT_EQ(MusterSuche(voll, {}, 0, 0xFF).naechster(treffer), 0);
 }
 
 TEST_F(KivEpromSucheTest, ReadsAtRegionAndWindowEnds) {

@@ -88,6 +88,29 @@ TEST_F(EpromDateiTest, LongLinesComeInPiecesOf132) {
     EXPECT_EQ(Fehler::zusatzZeile, nullptr);
 }
 
+// A file whose last read block holds one byte: its last line is whole.
+TEST_F(EpromDateiTest, ALastBlockOfOneByteIsRead) {
+    std::string inhalt;
+    adrInteger a = 0;
+    auto datenZeile = [&](unsigned n) {
+        char kopf[16];
+        std::snprintf(kopf, sizeof kopf, ":%02X%04X00", n, a);
+        unsigned summe = n + (a >> 8) + (a & 0xFF);
+        inhalt += kopf + std::string(2 * n, '0');
+        std::snprintf(kopf, sizeof kopf, "%02X\n", (0x100 - summe % 0x100) & 0xFF);
+        inhalt += kopf;
+        a += n;
+    };
+    for (int i = 0; i < 1488; ++i) datenZeile(16);
+    datenZeile(21);
+    inhalt += ":00000001FF";
+    ASSERT_EQ(inhalt.size(), 65537u);
+    Eprom e;
+    liesIntel(e, inhalt);
+    EXPECT_EQ(aufnahme.labels(), Labels{});
+    EXPECT_EQ(e.liefereEndAdr(), a - 1);
+}
+
 TEST_F(EpromDateiTest, RandomInputNeitherCrashesNorHangs) {
     std::mt19937 z(99);
     const std::string alphabet = ":S0123456789ABCDEFabcdef \t\r\n\n\n\0xyz";

@@ -190,6 +190,10 @@ TEST(KdoArgumentListen, NamesSelectElementsOfTheObjectsList) {
         EXPECT_EQ(objekt.auswahl(), f.auswahl) << f.aufruf;
         EXPECT_EQ(kdoLabels(faenger.meldungen()), f.labels) << f.aufruf;
     }
+    // A list set from outside counts as given.
+    ASSERT_EQ(kdoLauf(*boolNamen, "g(\"/\")").ergebnis, 1);
+    (*boolNamen)[0].setzeArgWertListe("a");
+    EXPECT_EQ((*boolNamen)[0].liefereArgWertBool(), 1);
     // The bare placeholder reaches the word reader.
     EXPECT_EQ(kdoLauf(*boolNamen, "g(/)").labels, "CMD-WRONGARG");
     EXPECT_EQ(kdoLauf(*boolNamen, "g(\"-\")").labels, "CMD-WRONGARG");

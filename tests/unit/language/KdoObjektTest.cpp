@@ -123,10 +123,11 @@ TEST_F(KdoBaumTest, SearchRulesEachFindTheirCase) {
     TypObjekt* c = neu("Eprom", "c");
 
     gehe(wurzel.get());
-    EXPECT_EQ(kdoBaum()->suche("a", 0), a);                  // son by short name
-    EXPECT_EQ(kdoBaum()->suche("<Eprom>a.<Eprom>x", 0), x);  // relative path
-    EXPECT_EQ(kdoBaum()->suche("<Kiv>Kiv.<Eprom>a", 0), a);  // full name
-    EXPECT_EQ(kdoBaum()->suche("x", 0), nullptr);            // grandson by bare name
+    EXPECT_EQ(kdoBaum()->suche("a", 0), a);                    // son by short name
+    EXPECT_EQ(kdoBaum()->suche("<Eprom>a.<Eprom>x", 0), x);    // relative path
+    EXPECT_EQ(kdoBaum()->suche("<Kiv>Kiv.<Eprom>a", 0), a);    // full name
+    EXPECT_EQ(kdoBaum()->suche("x", 0), nullptr);              // grandson by bare name
+    EXPECT_EQ(kdoBaum()->suche("<Kiv>Kiv", 0), wurzel.get());  // the root by its full name
 
     gehe(a);
     EXPECT_EQ(kdoBaum()->suche(".<Eprom>a", 0), a);          // rule 1: itself

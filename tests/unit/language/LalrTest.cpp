@@ -163,6 +163,9 @@ TEST(LalrTest, CommandLanguageTables) {
                                 "kommandoZeile -> objektAngabe ':' kommando error  {modusNormal}",
                                 "zeile -> error  {modusNormal}",
                             }));
+    // Numbers outside the rules name none.
+    EXPECT_EQ(kdoRegelText(-1), "?");
+    EXPECT_EQ(kdoRegelText(1 << 20), "?");
 }
 
 // Random derivations of the grammar, parsed with the generated tables: every
