@@ -1,5 +1,4 @@
 // Fast forms of the checksum arithmetic; see ChecksumAlgorithmen.h.
-// Covered by tests/unit/checksums/AlgorithmenTest.cpp.
 #include "checksums/ChecksumAlgorithmen.h"
 
 #include <bit>

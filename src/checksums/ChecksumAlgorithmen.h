@@ -6,9 +6,6 @@
 // allocates per byte; the checksum classes put the walking rules on top.
 //
 // All arithmetic is modulo 2 to the 32 (or to the 16 for the CRC-16).
-// Covered by tests/unit/checksums/AlgorithmenTest.cpp, which cross-checks
-// every fast path against the bitwise forms in tests/unit/checksums/
-// ReferenzAlgorithmen.h.
 #pragma once
 
 #include <array>

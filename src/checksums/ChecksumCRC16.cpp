@@ -1,5 +1,4 @@
 // The CRC-16; see ChecksumCRC16.h.
-// Covered by tests/unit/checksums/ChecksumCrcTest.cpp.
 #include "checksums/ChecksumCRC16.h"
 
 #include "checksums/ChecksumAlgorithmen.h"

@@ -8,7 +8,6 @@
 // The result is handed on as a signed 16-bit number widened to 32 bits; all
 // displays show its low 16 bits only. Bytes outside the image count as 0. A
 // target field of 2 bytes must lie wholly outside the range.
-// Covered by tests/unit/checksums/ChecksumCrcTest.cpp.
 #pragma once
 
 #include "checksums/Checksumme.h"

@@ -1,5 +1,4 @@
 // The CRC-32; see ChecksumCRC32.h.
-// Covered by tests/unit/checksums/ChecksumCrcTest.cpp.
 #include "checksums/ChecksumCRC32.h"
 
 #include "checksums/ChecksumAlgorithmen.h"

@@ -3,7 +3,6 @@
 // Bytes outside the image count as 0 and are not reported. A target field
 // of 4 bytes must lie wholly outside the range; it is written after the
 // walk, the most significant byte first, reversed with `swap`.
-// Covered by tests/unit/checksums/ChecksumCrcTest.cpp.
 #pragma once
 
 #include "checksums/Checksumme.h"

@@ -1,5 +1,4 @@
 // The four-lane sum; see ChecksumSiemens.h.
-// Covered by tests/unit/checksums/ChecksumCrcTest.cpp.
 #include "checksums/ChecksumSiemens.h"
 
 #include "checksums/ChecksumAlgorithmen.h"

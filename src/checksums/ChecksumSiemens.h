@@ -4,7 +4,6 @@
 // each lane adds its bytes with a carry count and rotates left by one after
 // every byte. Bytes outside the image count as 0 and are not reported.
 // The result has lane 0 in its most significant byte.
-// Covered by tests/unit/checksums/ChecksumCrcTest.cpp.
 #pragma once
 
 #include "checksums/Checksumme.h"

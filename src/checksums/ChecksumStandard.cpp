@@ -1,5 +1,4 @@
 // The additive sum; see ChecksumStandard.h.
-// Covered by tests/unit/checksums/ChecksumStandardTest.cpp.
 #include "checksums/ChecksumStandard.h"
 
 #include <algorithm>

@@ -12,8 +12,6 @@
 //   sum.setzeZielAdr(0x1FFE);
 //   adrInteger ergebnis;
 //   sum.bildeSumme(eprom, &ergebnis);
-//
-// Covered by tests/unit/checksums/ChecksumStandardTest.cpp.
 #pragma once
 
 #include "checksums/Checksumme.h"

@@ -1,5 +1,4 @@
 // The checksum base class; see Checksumme.h.
-// Covered by tests/unit/checksums/ChecksumStandardTest.cpp.
 #include "checksums/Checksumme.h"
 
 #include <algorithm>

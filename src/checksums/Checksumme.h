@@ -12,8 +12,6 @@
 //
 // Format variables: AnfAdr, EndAdr (6 hex digits at least), Chksum (twice
 // liefereGroesse() hex digits), ChksumTyp (liefereName()).
-// Covered by tests/unit/checksums/ChecksumStandardTest.cpp and
-// tests/unit/checksums/ChecksumCrcTest.cpp.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,4 @@
 // The checksum command handlers; see ChecksumKommandos.h.
-// Covered by the end-to-end cases in tests/e2e/cases/checksums.
 #include "commands/ChecksumKommandos.h"
 
 #include <memory>

@@ -10,7 +10,6 @@
 // `letzteChecksumme` is the image's last standard sum (read by
 // addiereLetzteChecksumme, written by every checksumme); `geaendert` is set
 // to 1 when a target address was given, whatever came of it.
-// Covered by the end-to-end cases in tests/e2e/cases/checksums.
 #pragma once
 
 #include <cstdint>

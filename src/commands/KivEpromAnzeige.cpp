@@ -1,7 +1,6 @@
 // The byte display of an image: on the console through the image's own
 // display, or into a file through a format statement, for which the image
 // delivers its variables.
-// Covered by tests/unit/commands/KivEpromPruefenAnzeigeTest.cpp.
 #include <algorithm>
 #include <array>
 #include <fstream>

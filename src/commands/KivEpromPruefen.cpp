@@ -1,6 +1,5 @@
 // The checks of an image: the address check of all image commands, the
 // occupancy listing, and the comparison of two images.
-// Covered by tests/unit/commands/KivEpromPruefenTest.cpp.
 #include <algorithm>
 #include <bit>
 #include <cstdio>

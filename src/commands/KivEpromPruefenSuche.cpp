@@ -1,7 +1,5 @@
 // The search commands suche, sucheErstes, sucheNaechstes and the byte
 // checks built on the pattern search.
-//
-// Covered by tests/unit/commands/KivEpromPruefenSucheTest.cpp.
 #include <algorithm>
 #include <iomanip>
 #include <ostream>

@@ -1,5 +1,4 @@
 // Input and output file wrappers with the system's open and close messages.
-// Covered by tests/unit/foundation/DateiTest.cpp.
 #include "foundation/Datei.h"
 
 #include <cerrno>

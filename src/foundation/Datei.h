@@ -8,7 +8,6 @@
 // (an ODatei whose data could not be completed reports "FILE-WRITE-ERROR"
 // and gives 0). The destructor closes silently; an ODatei not completed by
 // then is thrown away.
-// Covered by tests/unit/foundation/DateiTest.cpp.
 #pragma once
 
 #include <cstdint>

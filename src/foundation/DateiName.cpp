@@ -1,5 +1,4 @@
 // File name splitting.
-// Covered by tests/unit/foundation/DateiTest.cpp.
 #include "foundation/DateiName.h"
 
 #include <fstream>

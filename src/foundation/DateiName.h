@@ -4,7 +4,6 @@
 // ends behind the last of ":", ">", "]", "/", "\", so device names and
 // bracketed directories stay in the path, and a ";" version suffix stays out
 // of the extension (it remains in the whole text).
-// Covered by tests/unit/foundation/DateiTest.cpp.
 #pragma once
 
 #include <iosfwd>

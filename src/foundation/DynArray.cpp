@@ -1,5 +1,4 @@
 // TextFeld: owned byte texts on the growing pointer array.
-// Covered by tests/unit/foundation/DynArrayTest.cpp.
 #include "foundation/DynArray.h"
 
 #include <cstring>

@@ -11,8 +11,6 @@
 //   DynArray<std::uint16_t>   0        131072   (Tabulator stops)
 //   DynArray<unsigned char>   given    262144   (search patterns; sized constructor)
 //   DynArray<String>          "0"       65536   (procedure parameters)
-//
-// Covered by tests/unit/foundation/DynArrayTest.cpp.
 #pragma once
 
 #include <cstdint>

@@ -5,8 +5,6 @@
 // fields are formatted into a buffer and handed to the stream in large
 // pieces through ostream::write, so that whatever buffer the stream has
 // (a file, the console, a filter) sees the same bytes.
-//
-// Covered by tests/unit/foundation/HexTest.cpp.
 #pragma once
 
 #include <array>

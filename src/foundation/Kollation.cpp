@@ -2,7 +2,6 @@
 // bytes). Two rank tables: the primary one folds case and puts each umlaut
 // right behind its base letter; the secondary one splits upper from lower
 // case, upper first.
-// Covered by tests/unit/foundation/KollationTest.cpp.
 #include "foundation/Kollation.h"
 
 #include <array>

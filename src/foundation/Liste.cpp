@@ -1,5 +1,4 @@
 // Chain lists and sorted lists; the tree behind ListeSort is in SortedCltn.cpp.
-// Covered by tests/unit/foundation/ListeTest.cpp.
 #include "foundation/Liste.h"
 
 #include <cstdlib>

@@ -8,8 +8,6 @@
 // Ownership: with `besitzer` 1 the list deletes its elements when cleared or
 // destroyed; removal (`entferne`, `entferneAktuell`) always hands the element
 // back alive. The tree owns its nodes only.
-//
-// Covered by tests/unit/foundation/ListeTest.cpp.
 #pragma once
 
 #include <cstdint>

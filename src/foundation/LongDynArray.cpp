@@ -1,4 +1,3 @@
-// Covered by tests/unit/image/LongDynArrayTest.cpp.
 #include "foundation/LongDynArray.h"
 
 #include <algorithm>

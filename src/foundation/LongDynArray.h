@@ -16,8 +16,6 @@
 // "FELDZUGROSS", and from then on the array is frozen: every access, in range
 // or not, hands out the last byte. The image is no longer trustworthy then,
 // and the user has been told.
-//
-// Covered by tests/unit/image/LongDynArrayTest.cpp.
 #pragma once
 
 #include <cstdint>

@@ -1,6 +1,5 @@
 // The threaded AVL tree. Each step is written for a side s; its mirror image
 // is the same code with o = 1 - s.
-// Covered by tests/unit/foundation/ListeTest.cpp.
 #include "foundation/SortedCltn.h"
 
 #include <iostream>

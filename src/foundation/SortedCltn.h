@@ -6,7 +6,6 @@
 // written once for a side s and its mirror 1 - s.
 //
 // The tree owns its nodes only; the payload belongs to the caller.
-// Covered by tests/unit/foundation/ListeTest.cpp (against std::set).
 #pragma once
 
 #include <cstdint>

@@ -4,7 +4,6 @@
 //
 // A String never holds a NUL byte: every constructor cuts at the first NUL, so
 // lengths measured from the terminator and the stored length always agree.
-// Covered by tests/unit/foundation/StringTest.cpp.
 #pragma once
 
 #include <iosfwd>

@@ -1,5 +1,4 @@
 // Column stops in text streams.
-// Covered by tests/unit/foundation/TabulatorTest.cpp.
 #include "foundation/Tabulator.h"
 
 #include <cstdarg>

@@ -6,8 +6,6 @@
 //
 //   Tabulator tab;  tab.setzeStops(10, 3, 10, 25, 45);
 //   tab.beginneZeile(s);  s << name << tab << typ << tab << text;  tab.zeilenEnde(s);
-//
-// Covered by tests/unit/foundation/TabulatorTest.cpp.
 #pragma once
 
 #include <cstdint>

@@ -5,8 +5,6 @@
 // the prompt reads through the line editor when standard input and output
 // are both a terminal (and the editor was built in). With no terminal
 // nothing changes, byte for byte.
-//
-// Covered by tests/terminal/.
 #pragma once
 
 #include <memory>

@@ -6,8 +6,6 @@
 // objects (enumeration values, Bool, image names, file names), the
 // keywords of the scanner, and the open images. A command added to a table
 // therefore completes without further work.
-//
-// Covered by tests/unit/frame/TerminalTest.cpp and tests/terminal/.
 #pragma once
 
 #include <cstddef>

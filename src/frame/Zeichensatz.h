@@ -7,8 +7,6 @@
 // as ".". Everything else passes unchanged, so the log, files and pipes keep
 // their bytes. It keeps no buffer of its own: whoever writes into the
 // stream's buffer (in single bytes or in large blocks) gets the same order.
-//
-// Covered by tests/unit/frame/TerminalTest.cpp and tests/terminal/.
 #pragma once
 
 #include <ostream>

@@ -13,8 +13,6 @@
 // The history lives in $XDG_STATE_HOME/kiv/history (default
 // ~/.local/state/kiv/history), at most `HISTORIE_GROESSE` lines; a line
 // typed with a leading blank stays out of it.
-//
-// Covered by tests/terminal/.
 #pragma once
 
 #include <istream>

@@ -6,8 +6,6 @@
 //
 // A grammar comes from a file (DAT) or from a grammar object (SYSOSP); the
 // system keeps no grammar objects, so the SYSOSP forms end at once.
-// Covered by tests/unit/grammar/TransTest.cpp and the end-to-end cases in
-// tests/e2e/cases/grammar.
 #include "grammar/Uebersetzung.h"
 
 #include <cstdint>

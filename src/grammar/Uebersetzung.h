@@ -1,8 +1,6 @@
 // The translation statements of the command language, `ausfuehreTrans` and
 // `umsetze`, carried out with the engine mmparse. The compiler hands them
 // here once `richteUebersetzungEin` has run (the program does so at start-up).
-// Covered by tests/unit/grammar/TransTest.cpp and the end-to-end cases in
-// tests/e2e/cases/grammar.
 #pragma once
 
 #include <string>

@@ -1,4 +1,3 @@
-// Covered by tests/unit/image/EpromTest.cpp and EpromAnzeigeTest.cpp.
 #include "image/Eprom.h"
 
 #include <algorithm>

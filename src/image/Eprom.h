@@ -21,8 +21,6 @@
 // Every walk over addresses stops at 0xFFFFFFFF instead of wrapping.
 // Ownership: an Eprom owns its segments, they own their regions, a region
 // owns its two byte arrays.
-//
-// Covered by tests/unit/image/EpromTest.cpp and EpromAnzeigeTest.cpp.
 #pragma once
 
 #include <cstdint>

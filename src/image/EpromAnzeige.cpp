@@ -1,6 +1,5 @@
 // The text displays of an Eprom: region listing, byte dump and occupancy
 // runs.
-// Covered by tests/unit/image/EpromAnzeigeTest.cpp.
 #include <cstring>
 #include <iomanip>
 #include <ostream>

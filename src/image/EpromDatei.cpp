@@ -1,4 +1,3 @@
-// Covered by tests/unit/image/EpromDateiTest.cpp and EpromDateiFehlerTest.cpp.
 #include "image/EpromDatei.h"
 
 #include <algorithm>

@@ -19,7 +19,6 @@
 //
 // An image keeps whatever was stored before a failed read. A failed hex
 // write leaves its file behind; a failed binary write removes it.
-// Covered by tests/unit/image/EpromDateiTest.cpp and EpromDateiFehlerTest.cpp.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,3 @@
-// Covered by tests/unit/image/HexZeileTest.cpp.
 #include "image/HexZeile.h"
 
 #include <algorithm>

@@ -14,7 +14,6 @@
 //           and data bytes.
 //
 // A line object only looks at the text it was given; the text must outlive it.
-// Covered by tests/unit/image/HexZeileTest.cpp.
 #pragma once
 
 #include <cstdint>

@@ -6,9 +6,6 @@
 // byte would cost pattern length times image size; instead a prefix
 // automaton runs over the bytes once and tells, when a start's last byte has
 // been read, whether the whole pattern stands there.
-//
-// Covered through the search commands in
-// tests/unit/commands/KivEpromPruefenSucheTest.cpp.
 #pragma once
 
 #include <cstdint>

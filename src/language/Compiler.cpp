@@ -1,7 +1,6 @@
 // The Compiler's run of lines and procedures, its definitions and the error
 // control. The help texts and displays are in CompilerHilfe.cpp; the
 // translation statements are handed to the installed Uebersetzer.
-// Covered by tests/unit/language/CompilerTest.cpp.
 #include "language/Compiler.h"
 
 #include <climits>

@@ -18,8 +18,6 @@
 // The statuses live in the runtime (KdoLaufzeit.h), and `aktuelleZeile` is
 // process-wide: a nested `ausfuehre` runs a further Compiler inside an
 // action of the outer one, and both must see the same request to leave.
-//
-// Covered by tests/unit/language/CompilerTest.cpp.
 #pragma once
 
 #include <iosfwd>

@@ -1,6 +1,5 @@
 // The Compiler's help texts and its two displays: the sons of the current
 // object and the settings of the error control.
-// Covered by tests/unit/language/CompilerTest.cpp.
 #include <iostream>
 #include <sstream>
 

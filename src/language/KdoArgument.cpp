@@ -1,5 +1,4 @@
 // KdoArgument: accessor defaults, the parsing frame and its helpers.
-// Covered by tests/unit/language/KdoArgumenteTest.cpp.
 #include "language/KdoArgument.h"
 
 #include <cstdlib>

@@ -7,8 +7,6 @@
 // ("CMD-WRONGARGMETHOD") so that a concrete class overrides only what it can
 // serve. The common parsing frame and its helpers live here as well; the
 // concrete classes (KdoArgumente.h) supply the token reader.
-//
-// Covered by tests/unit/language/KdoArgumenteTest.cpp.
 #pragma once
 
 #include <cstdint>

@@ -1,6 +1,5 @@
 // Argument classes that refer to lists or objects: names in a list, command
 // objects, value-pair lists and parameter lists.
-// Covered by tests/unit/language/KdoArgumenteTest.cpp.
 #include <ostream>
 #include <sstream>
 #include <string>

@@ -1,5 +1,4 @@
 // Argument classes: numbers, truth values, texts, file names, enumeration.
-// Covered by tests/unit/language/KdoArgumenteTest.cpp.
 #include "language/KdoArgumente.h"
 
 #include <cctype>

@@ -5,8 +5,6 @@
 // value type (see KdoArgument). The Bool forms add `gesetzt`: 1 when a
 // value was given, 0 when the placeholder "/" stands, so that a handler can
 // tell an absent optional value from a given one.
-//
-// Covered by tests/unit/language/KdoArgumenteTest.cpp.
 #pragma once
 
 #include <memory>

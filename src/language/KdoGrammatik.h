@@ -6,8 +6,6 @@
 // statements of the language itself are parsed to their tokens. Actions at
 // reductions and at shifts switch the scanner's mode in mid-statement, so
 // the moment of every action matters; see KdoGrammatik.cpp.
-//
-// Covered by tests/unit/language/LalrTest.cpp and ParserTest.cpp.
 #pragma once
 
 #include <string>

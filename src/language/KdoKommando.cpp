@@ -1,5 +1,5 @@
 // KdoKommando, AnwKommando, Kommando::interpretiere and the table of type
-// words. Covered by tests/unit/language/KdoKommandoTest.cpp.
+// words.
 #include "language/KdoKommando.h"
 
 #include <array>

@@ -14,8 +14,6 @@
 // Commands exist once per class, not per object: the argument objects are
 // overwritten by every call, and the handler reads them through its named
 // positions (language/KdoArgPos.h): `kommando[setze::hexWert].liefereArgWert...`.
-//
-// Covered by tests/unit/language/KdoKommandoTest.cpp.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,4 @@
 // KdoListe and the object side of running a command.
-// Covered by tests/unit/language/KdoKommandoTest.cpp.
 #include "language/KdoListe.h"
 
 #include <iostream>

@@ -3,8 +3,6 @@
 // All objects of a class share one list, so a command cannot hold
 // per-object state: `aktuellesObjekt` says on whom the command now runs.
 // The list owns its commands.
-//
-// Covered by tests/unit/language/KdoKommandoTest.cpp.
 #pragma once
 
 #include <iosfwd>

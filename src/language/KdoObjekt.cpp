@@ -1,5 +1,4 @@
 // Command objects, path parsing and the object tree.
-// Covered by tests/unit/language/KdoObjektTest.cpp.
 #include "language/KdoObjekt.h"
 
 #include <string>

@@ -6,8 +6,6 @@
 // nodes only, never the objects. The tree in force is that of the runtime
 // (KdoLaufzeit.h), reached through `kdoBaum()`; objects remove themselves
 // from it when they die.
-//
-// Covered by tests/unit/language/KdoObjektTest.cpp.
 #pragma once
 
 #include <vector>

@@ -7,8 +7,6 @@
 // derives from this class and gives the others their meaning.
 //
 // Use: `oeffne(name, strom, zeile)`, then `parse()`, once per logical line.
-//
-// Covered by tests/unit/language/ParserTest.cpp.
 #pragma once
 
 #include <iosfwd>

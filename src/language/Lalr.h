@@ -17,8 +17,6 @@
 // A symbol of a rule can carry a shift action, run when the parser shifts it.
 // Two items of one state that shift the same token with different actions are
 // a conflict, reported like the others (the first item's action is kept).
-//
-// Covered by tests/unit/language/LalrTest.cpp.
 #pragma once
 
 #include <string>

@@ -10,8 +10,6 @@
 // The command scanner reads in one of three modes (`ScannerModus`), kept in
 // the runtime because the parser's actions switch it in the middle of a
 // statement and nested compilers share it.
-//
-// Covered by tests/unit/language/ScannerTest.cpp.
 #pragma once
 
 #include <cstddef>

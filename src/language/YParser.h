@@ -13,8 +13,6 @@
 // token, so one broken line gives one report.
 //
 // Internal faults of the tables end the process with status 1.
-//
-// Covered by tests/unit/language/ParserTest.cpp.
 #pragma once
 
 #include <vector>

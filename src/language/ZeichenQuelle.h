@@ -6,8 +6,6 @@
 // one newline; a lone carriage return also ends a line but is handed on as
 // itself. After a line end the position still names the line just ended, so
 // that a line-end token is located on its own line.
-//
-// Covered by tests/unit/language/ScannerTest.cpp.
 #pragma once
 
 #include <iosfwd>

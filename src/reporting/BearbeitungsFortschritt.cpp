@@ -1,5 +1,4 @@
 // Progress counter and console display.
-// Covered by tests/unit/reporting/BearbeitungsFortschrittTest.cpp.
 #include "reporting/BearbeitungsFortschritt.h"
 
 #include <iostream>

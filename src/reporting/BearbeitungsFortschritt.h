@@ -8,7 +8,6 @@
 // time `schritt` more units are done. The display comes from a factory; the
 // default one gives a BearbeitungsAnzeigeCout whose mark depends on how many
 // progress counters are alive: "*" outermost, "+" inside it, "#" next.
-// Covered by tests/unit/reporting/BearbeitungsFortschrittTest.cpp.
 #pragma once
 
 #include <cstdint>

@@ -8,7 +8,6 @@
 //   Fehler("CMD-NOSUCHCMD", "KdoListe::interpretiere ", detail, 'E');
 //
 // Levels: D debug, S status (one line), I W E F (boxed).
-// Covered by tests/unit/reporting/FehlerTest.cpp.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,4 @@
 // Format statements: parser, nodes and variable output.
-// Covered by tests/unit/reporting/FmtAnweisungTest.cpp.
 #include "reporting/FmtAnweisung.h"
 
 #include <algorithm>

@@ -22,8 +22,6 @@
 //       default: return v.unbekannteVariable("Checksumme::anzeigeErgebnis", *this);
 //       }
 //   }
-//
-// Covered by tests/unit/reporting/FmtAnweisungTest.cpp.
 #pragma once
 
 #include <cstdint>

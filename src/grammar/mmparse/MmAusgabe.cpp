@@ -6,8 +6,6 @@
 // `parent` links). A `{name}` in a replacement walks the variable's frame
 // again so that it comes out translated; that nesting is kept on an explicit
 // stack of walks, so deep nesting cannot exhaust the C++ stack.
-//
-// Covered by tests/unit/grammar/mmparse/MmparseAusgabeTest.cpp.
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>

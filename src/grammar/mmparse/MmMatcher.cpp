@@ -7,9 +7,6 @@
 //
 // Notation errors are found when the matcher meets them; a fault in a part of
 // the grammar that matching never reaches is not reported.
-//
-// Covered by tests/unit/grammar/mmparse/MmparseMatcherTest.cpp,
-// MmparseFehlerTest.cpp and MmparseFuzzTest.cpp (the reference cross-check).
 #include <algorithm>
 
 #include "grammar/mmparse/MmZustand.h"

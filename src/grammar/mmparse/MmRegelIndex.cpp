@@ -1,8 +1,6 @@
 // The rule index: a radix tree over the rule names, built by the definition
 // scan at the start of each call. Names are not copied; the nodes point into
 // the grammar. Walks are loops, so a very long name cannot exhaust the stack.
-//
-// Covered by tests/unit/grammar/mmparse/MmparseMatcherTest.cpp and MmparseFehlerTest.cpp.
 #include <cstdlib>
 #include <cstring>
 

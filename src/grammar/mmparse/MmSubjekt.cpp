@@ -3,8 +3,6 @@
 // text behind the last commit plus what the matcher has read ahead; a commit
 // drops the text before the subject pointer, so a grammar that commits per
 // record needs a small block whatever the size of the file.
-//
-// Covered by tests/unit/grammar/mmparse/MmparseAusgabeTest.cpp.
 #include <cstring>
 
 #include "grammar/mmparse/MmZustand.h"

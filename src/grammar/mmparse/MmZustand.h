@@ -12,8 +12,6 @@
 // stream: the held text starts at `basis`, so a commit that drops text never
 // has to touch the frames, and a position below `basis` is text that a
 // commit has dropped.
-//
-// Covered by tests/unit/grammar/mmparse/*.
 #pragma once
 
 #include <climits>

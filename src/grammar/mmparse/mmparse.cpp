@@ -1,8 +1,5 @@
 // Entry of the grammar engine: options, argument checks, set-up, the one
 // clean-up path, the allocation wrappers and the two block stacks.
-//
-// Covered by tests/unit/grammar/mmparse/MmparseFehlerTest.cpp and
-// MmparseSpeicherTest.cpp.
 #include <cstdlib>
 #include <cstring>
 #include <new>

@@ -9,8 +9,6 @@
 // The engine knows bytes and C file streams only; it uses nothing else of the
 // system. It keeps its state in file scope: one call at a time, not
 // re-entrant, not thread-safe.
-//
-// Covered by tests/unit/grammar/mmparse/*.
 #pragma once
 
 #include <cstdint>
