@@ -1,5 +1,4 @@
-// Helpers of the image file targets: read parameters chosen from the input,
-// the promises every read keeps, and the check of the text formats.
+// Helpers of the image file targets.
 #pragma once
 
 #include <sstream>
@@ -12,9 +11,8 @@
 
 namespace kivfuzz {
 
-// The optional addresses of `lies` and whether the image has a region
-// before the read follow from the input's length, so the fuzzer reaches
-// every combination without a control byte that would spoil the file text.
+// The read's optional addresses and a prior region follow from the input's
+// length, so no control byte spoils the file text.
 struct LeseParameter {
     adrInteger start, ende, extern_;
     bool mitStart, mitEnde, mitExtern, mitBereich;
@@ -31,8 +29,7 @@ struct LeseParameter {
     const adrInteger* x() const { return mitExtern ? &extern_ : nullptr; }
 };
 
-// What holds after any read: the context line is gone and the table rows are
-// sorted, disjoint and each in order.
+// After any read: no context line, and the table rows sorted and disjoint.
 inline void pruefeNachLesen(const char* ziel, const Eprom& e) {
     if (Fehler::zusatzZeile != nullptr) verletzt(ziel, "context line left installed after the read");
     std::uint64_t vorige = 0;
@@ -45,10 +42,8 @@ inline void pruefeNachLesen(const char* ziel, const Eprom& e) {
     Fehler::holeStatus();
 }
 
-// The text formats: a read through a window stores only inside it (image
-// addresses from the start or 0 to the end or the top, whatever the external
-// address); a small image read without options comes back unchanged when
-// written out in the same form and read again.
+// A read stores only inside its window; a small image read without options
+// comes back unchanged when written out and read again.
 template <class Datei>
 void pruefeTextFormat(const char* ziel, const std::uint8_t* daten, std::size_t groesse,
                       const ScratchDatei& datei, const ScratchDatei& zurueck) {
@@ -77,8 +72,7 @@ void pruefeTextFormat(const char* ziel, const std::uint8_t* daten, std::size_t g
     if (!schreiber.schreibe(eprom, text, eprom.liefereAnfAdr(), eprom.liefereEndAdr(), nullptr))
         verletzt(ziel, "writing a readable image failed");
     const std::string t = text.str();
-    // An Intel extended record may carry the checksum "100", which the reader
-    // refuses on purpose; such a file does not read back.
+    // An Intel extended record may carry the checksum "100", refused on purpose.
     std::istringstream textZeilen(t);
     for (std::string z; std::getline(textZeilen, z);)
         if ((z.rfind(":02000004", 0) == 0 || z.rfind(":02000002", 0) == 0) && z.size() != 15) return;

@@ -1,9 +1,5 @@
-// Replays inputs through the fuzz targets without libFuzzer, so that every
-// build runs the seed corpus and the findings kept as regressions:
-//   fuzz_regression <dir>                  <dir>/{corpus,regressions}/<target>/*
-//   fuzz_regression -z <target> <file>...  the given files through one target
-// The name of each input is printed before it runs, so a broken promise's
-// message follows the culprit's name.
+// Replays inputs through the fuzz targets without libFuzzer, each name printed first:
+//   fuzz_regression <dir> | -z <target> <file>...   (<dir>/{corpus,regressions}/<target>/*)
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -32,7 +28,7 @@ bool laufe(const Ziel& ziel, const fs::path& datei) {
     if (!f) return std::fprintf(stderr, "cannot read %s\n", datei.c_str()), false;
     const std::vector<std::uint8_t> daten{std::istreambuf_iterator<char>(f), {}};
     std::fprintf(stderr, "%s %s\n", ziel.name, datei.c_str());
-    // A vector's data() may be null when empty; libFuzzer never passes null.
+    // An empty vector's data() may be null; libFuzzer never passes null.
     static const std::uint8_t leer = 0;
     ziel.funktion(daten.empty() ? &leer : daten.data(), daten.size());
     return true;
@@ -42,10 +38,8 @@ bool laufe(const Ziel& ziel, const fs::path& datei) {
 
 int main(int argc, char** argv) {
     const bool einzeln = argc >= 3 && std::strcmp(argv[1], "-z") == 0;
-    if (argc != 2 && !einzeln) {
-        std::fprintf(stderr, "usage: %s <fuzz dir> | -z <target> <file>...\n", argv[0]);
-        return 2;
-    }
+    if (argc != 2 && !einzeln)
+        return std::fprintf(stderr, "usage: %s <dir> | -z <target> <file>...\n", argv[0]), 2;
     // Absolute names first: a target may change the working directory.
     const fs::path wurzel = fs::absolute(argv[1]);
     bool gut = true;

@@ -1,7 +1,5 @@
-// Shared ground of the fuzz targets: a quiet process, scratch files, and the
-// one way a target reports a broken promise. Each target defines
-// `int kivFuzz<Name>(const uint8_t*, size_t)`; KIV_FUZZ_EINSTIEG makes it the
-// libFuzzer entry with KIV_LIBFUZZER, else fuzz_regression links them all.
+// Shared ground of the fuzz targets kivFuzz<Name>; KIV_FUZZ_EINSTIEG makes one
+// the libFuzzer entry with KIV_LIBFUZZER, else fuzz_regression links them all.
 #pragma once
 
 #include <cstdio>
@@ -24,8 +22,7 @@
 
 namespace kivfuzz {
 
-// Swallows everything, so that formatting code still runs. Never destroyed:
-// the console streams still flush into it at exit.
+// Swallows everything; never destroyed, as the console streams flush at exit.
 inline std::streambuf& nullPuffer() {
     struct Null : std::streambuf {
         int_type overflow(int_type c) override { return traits_type::not_eof(c); }
@@ -35,8 +32,7 @@ inline std::streambuf& nullPuffer() {
     return *puffer;
 }
 
-// The reporter as at start-up; messages still take their printed shape (that
-// code sees the fuzzed texts too) but go nowhere.
+// The reporter as at start-up; messages are still formatted but go nowhere.
 inline void setzeFehlerZurueck() {
     Fehler::init();
     Fehler::fehlerPrefix = "%KIV-";
@@ -46,8 +42,7 @@ inline void setzeFehlerZurueck() {
     };
 }
 
-// Once per process. libFuzzer and the sanitizers write through stdio and raw
-// file descriptors, so their reports still reach the terminal.
+// Once per process; libFuzzer and sanitizer reports use stdio and still show.
 inline void initUmgebung() {
     static const bool fertig = [] {
         setzeFehlerZurueck();

@@ -1,7 +1,4 @@
-// Fuzz target: the input is a raw binary file, read into an image. Unless
-// the image has a region that refuses them, the bytes behind the skipped
-// ones land on rising addresses up to the end of the window, and writing
-// that range out gives them back.
+// Fuzz target: a raw binary file lands byte for byte in the window and is written back.
 #include <algorithm>
 #include <fstream>
 #include <iterator>

@@ -1,6 +1,4 @@
-// Fuzz target: the input is up to 32 command lines, each run through
-// Compiler::ausfuehreZeile on a fresh object tree with the program's root
-// object and command lists, as a user would type them at the prompt.
+// Fuzz target: up to 32 command lines, run as typed at the prompt on a fresh object tree.
 #include <cctype>
 #include <filesystem>
 #include <memory>
@@ -16,11 +14,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Commands read and write files under the names they are given: a "/" that
-// is more than an absent argument, or a backslash at a line end, which could
-// join one, might name a file elsewhere. Commands also work in proportion to
-// the address ranges they are given; without hexadecimal numbers of more
-// than five digits, a slow input means a fault.
+// Refused: a "/" or line-end backslash that might name a file elsewhere, and
+// numbers of more than five hex digits, so that a slow input means a fault.
 bool ueberspringe(const std::string& text) {
     for (std::size_t i = 0, lauf = 0; i < text.size(); ++i) {
         const char c = text[i], d = i + 1 < text.size() ? text[i + 1] : ')';
@@ -31,8 +26,7 @@ bool ueberspringe(const std::string& text) {
     return false;
 }
 
-// The target works in a directory of its own, emptied for every input and
-// removed at exit. A nested run of an empty procedure name reads stdin.
+// A directory of its own, emptied for every input; an empty procedure name reads stdin.
 struct Ordner {
     const fs::path pfad =
         fs::temp_directory_path() / ("kiv_fuzz_" + std::to_string(::getpid()) + "_compiler");

@@ -1,8 +1,5 @@
-// Fuzz target: the input is a format statement, optionally followed by a
-// byte 01, a start name, another 01 and a stop name. The statement is run
-// against two value providers with different variable lists, in the order
-// A, B, A: both runs of A must give the same text, whatever the cached
-// variable indexes hold from the run of B.
+// Fuzz target: a format statement [01 start [01 stop]], run against objects
+// A, B, A of different variable lists: both runs of A give the same text.
 #include <cstring>
 #include <sstream>
 #include <string>
@@ -12,8 +9,9 @@
 
 namespace {
 
-class Werte : public FmtObjekt {
-public:
+struct Werte : FmtObjekt {
+    String namen_, name_;
+
     Werte(const char* namen, const char* name) : namen_(namen), name_(name) {}
 
     int ersetzeVariable(FmtVariable& v) override {
@@ -29,9 +27,6 @@ public:
         }
     }
     String liefereName() const override { return name_; }
-
-private:
-    String namen_, name_;
 };
 
 }  // namespace
@@ -42,7 +37,6 @@ int kivFuzzFmt(const std::uint8_t* daten, std::size_t groesse) {
     static Werte a("Name\nBytes\nLeer\nChksum\nText\nArg\n ", "A");
     static Werte b("Chksum\nArg\nName\nText\nLeer\nBytes\nX\n ", "B");
 
-    // Texts end at a NUL, as everywhere in the system.
     const std::string eingabe(reinterpret_cast<const char*>(daten), groesse);
     const std::size_t t1 = eingabe.find('\x01');
     const std::size_t t2 = t1 == std::string::npos ? t1 : eingabe.find('\x01', t1 + 1);
@@ -58,8 +52,7 @@ int kivFuzzFmt(const std::uint8_t* daten, std::size_t groesse) {
         verletzt("fmt", "the result of ausgabe changed");
     if (erste.str() != dritte.str())
         verletzt("fmt", "a second run against the same object wrote another text");
-    // Every byte out comes from the statement or from a value, each at most
-    // a few times over (escapes, separators, tags); far more is a runaway.
+    // Each byte out comes from the statement or a value, a few times at most.
     if (erste.str().size() > 64 * (std::strlen(text.c_str()) + 16))
         verletzt("fmt", "output out of proportion");
     Fehler::holeStatus();

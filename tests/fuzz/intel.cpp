@@ -1,5 +1,4 @@
-// Fuzz target: the input is an Intel hex file, read into an image and, when
-// small and read without options, written out and read back.
+// Fuzz target: an Intel hex file, read, written out and read back.
 #include "BildPruefung.h"
 
 int kivFuzzIntel(const std::uint8_t* daten, std::size_t groesse) {

@@ -1,7 +1,5 @@
-// Fuzz target: the input is the text of a procedure, read line by line by
-// the command scanner and parser with no semantic actions beyond the mode
-// switches, once from each starting scanner mode. Each parse must end after
-// a number of tokens that grows with its line only, and leave a valid mode.
+// Fuzz target: a procedure parsed line by line from each scanner mode; each
+// parse ends within tokens in proportion to its line and leaves a valid mode.
 #include <sstream>
 #include <string>
 
@@ -10,11 +8,9 @@
 
 namespace {
 
-class ZaehlParser : public KdoParser {
-public:
+struct ZaehlParser : KdoParser {
     long tokens = 0, grenze = 0;
 
-protected:
     dataInteger holeToken() override {
         if (++tokens > grenze) kivfuzz::verletzt("kdozeile", "the parse does not end");
         return KdoParser::holeToken();
@@ -30,8 +26,7 @@ int kivFuzzKdozeile(const std::uint8_t* daten, std::size_t groesse) {
         KdoLaufzeit laufzeit;
         laufzeit.scannerModus = static_cast<ScannerModus>(modus);
         ZaehlParser parser;
-        // One parse per line on a stream of its own, as the compiler runs a
-        // procedure; the mode a line leaves behind carries over on purpose.
+        // One stream a line, as the compiler runs a procedure; the mode carries over.
         std::size_t anfang = 0;
         for (dataInteger nr = 1; anfang < text.size() || nr == 1; ++nr) {
             const std::size_t ende = std::min(text.find('\n', anfang), text.size() - 1) + 1;

@@ -1,4 +1,4 @@
-// Fuzz target of the grammar engine (see mmparse_fuzz.cpp).
+// Fuzz target of the grammar engine.
 #include "FuzzUmgebung.h"
 #include "mmparse_fuzz.cpp"
 

@@ -1,9 +1,6 @@
-// Fuzz entry of the grammar engine, for the fuzz target (mmparse.cpp) and the
-// unit tests. The input is a grammar and a subject, split at the first NUL,
-// else at the first empty line. Every call must return a code of the
-// documented range and write only inside its buffer, and one translation run
-// in several ways must agree: into a fixed buffer, a small one, a growing
-// one, from a streamed subject and into an output stream.
+// Fuzz entry of the grammar engine: grammar and subject split at the first NUL,
+// else the first empty line. Every call returns a valid code, writes only
+// inside its buffer, and the ways of running one translation agree.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -51,9 +48,7 @@ inline const char* mmparseFuzzEinmal(const std::uint8_t* daten, std::size_t groe
     std::size_t trenn = eingabe.find('\0'), weiter = 1;
     if (trenn == std::string::npos) trenn = eingabe.find("\n\n"), weiter = 2;
     const std::string grammatik = eingabe.substr(0, std::min<std::size_t>(trenn, 512));
-    // A repeated group or rule may backtrack through every split of the
-    // subject between its runs, exponential in the subject's length by the
-    // notation's own rules; such grammars get subjects short enough to finish.
+    // A repeated group backtracks exponentially by the notation's rules: short subjects.
     bool wiederholt = false;
     for (std::size_t i = 0; i + 1 < grammatik.size(); ++i)
         wiederholt |= std::strchr(")>", grammatik[i]) && std::strchr("*+", grammatik[i + 1]);
@@ -61,9 +56,7 @@ inline const char* mmparseFuzzEinmal(const std::uint8_t* daten, std::size_t groe
         trenn == std::string::npos ? "" : eingabe.substr(trenn + weiter, wiederholt ? 6 : 2048);
     const auto laenge = static_cast<std::int32_t>(subjekt.size());
     const char* g = grammatik.c_str();
-    // The plain copy of an in-memory subject repeats, at each commit, the
-    // text before the first one; intended. Where the grammar may commit, the
-    // other ways need only agree on whether the subject matches.
+    // In memory a commit repeats the text before it (intended): then only matching must agree.
     const bool commit =
         grammatik.find("(!") != std::string::npos || grammatik.find("=!") != std::string::npos;
 
@@ -81,8 +74,7 @@ inline const char* mmparseFuzzEinmal(const std::uint8_t* daten, std::size_t groe
         (fest.r <= 8 ? klein.r != fest.r || klein.ausgabe() != fest.ausgabe() : klein.r != MM_OTOLONG))
         return "a small buffer changed the result";
 
-    // A growing buffer, none or the caller's: the same answer, also where
-    // the fixed one was too small.
+    // A growing buffer, none or the caller's: the same answer.
     void *start = groesse % 2 ? std::malloc(3) : nullptr, *adresse = nullptr;
     const std::int32_t rA =
         mmparseMitAdresse(start, start ? 3 : 0, g, subjekt.data(), laenge, "a", nullptr, &adresse);

@@ -1,6 +1,4 @@
-// Fuzz target: the input is a Motorola S-record file, read into an image
-// and, when small and read without options, written out (in a record mode
-// chosen by the input's length) and read back.
+// Fuzz target: a Motorola S-record file, read, written out and read back.
 #include "BildPruefung.h"
 
 int kivFuzzMotorola(const std::uint8_t* daten, std::size_t groesse) {

@@ -1,7 +1,4 @@
-// The grammar commands: reading a grammar file, the reports of the engine's
-// results, and ausfuehreTrans, which runs each translated line at once as a
-// command. A root object whose command list holds ok() records
-// "ok:<current line without its line end>".
+// The grammar commands; ok() records "ok:<current line>".
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -106,9 +103,7 @@ TEST_F(TransTest, EngineResultsAreReportedByCode) {
         int position, zeile;
         const char* detail;
     } faelle[] = {
-        {MM_UNOPENEDGROUP, "", "TRANS-UNOPENEDGROUP-ERR", 12, 10, "Zeile 10, Position 12: "},
         {MM_NOMEM_INDEX, "ab", "TRANS-NOMEMORY-ERR", 1, 3, "Zeile 3, Position 1: ab\nparsecode= -33"},
-        {MM_NOMEM_SUBJECT, nullptr, "TRANS-NOMEMORY-ERR", 0, 0, "parsecode= -3"},
         {MM_CANTWRITE, nullptr, "TRANS-CANTWRITE-ERR", 0, 0, ""},
     };
     for (const auto& f : faelle) {

@@ -1,5 +1,4 @@
-// Helpers for the grammar engine tests: one call, returning result, output
-// and position, and a table of translations checked through it.
+// Helpers of the grammar engine tests: one call, and a table of them.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -18,20 +17,16 @@ struct MmLauf {
     std::int32_t position = -99;
 };
 
-// With '<' in the options the subject, with '>' the output is a stream over
-// a temporary file; otherwise the subject is in memory and the output goes
-// into a buffer of `puffer` bytes.
+// '<' and '>' in the options stream subject and output through temporary files.
 inline MmLauf mmLauf(const std::string& grammatik, const std::string& subjekt,
                      const std::string& optionen = "", std::size_t puffer = 1 << 16) {
-    const bool stromEin = optionen.find('<') != std::string::npos;
-    const bool stromAus = optionen.find('>') != std::string::npos;
-    std::FILE* ein = stromEin ? std::tmpfile() : nullptr;
-    std::FILE* aus = stromAus ? std::tmpfile() : nullptr;
+    std::FILE* ein = optionen.find('<') != std::string::npos ? std::tmpfile() : nullptr;
+    std::FILE* aus = optionen.find('>') != std::string::npos ? std::tmpfile() : nullptr;
     if (ein) std::fwrite(subjekt.data(), 1, subjekt.size(), ein), std::rewind(ein);
     std::string buf(puffer + 1, '\x7f');
     MmLauf l;
-    l.ergebnis = mmparse(stromAus ? static_cast<void*>(aus) : buf.data(), stromAus ? 0 : std::int32_t(puffer),
-                         grammatik.c_str(), stromEin ? static_cast<const void*>(ein) : subjekt.data(),
+    l.ergebnis = mmparse(aus ? static_cast<void*>(aus) : buf.data(), aus ? 0 : std::int32_t(puffer),
+                         grammatik.c_str(), ein ? static_cast<const void*>(ein) : subjekt.data(),
                          std::int32_t(subjekt.size()), optionen.c_str(), &l.position);
     if (aus) {
         std::rewind(aus);

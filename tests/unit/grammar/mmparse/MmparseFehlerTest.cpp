@@ -1,16 +1,20 @@
-// Notation errors with the grammar offset each reports, one case a code where
-// the end-to-end runs do not show it, and the checks of the arguments. A fault
-// is reported only where matching reaches it, except in definitions, which
-// are all scanned before matching.
+// Results with their positions: for a notation error the grammar offset, on
+// success the subject's end, else the furthest byte reached.
 #include "MmTestHilfe.h"
 
 namespace {
 
-TEST(MmparseFehler, CodesAndOffsets) {
+TEST(MmparseFehler, ResultsAndPositions) {
     const struct {
         const char *grammatik, *subjekt;
         std::int32_t code, position;
     } faelle[] = {
+        {"", "", 1, 0},
+        {"", "a", 0, 0},
+        {"abc", "abd", 0, 2},
+        {"@@", "x", 0, 1},
+        {"a*", "aaab", 0, 3},
+        {"a+", "", 0, 0},
         {"<r>", "", MM_UNDEFINEDSYM, 0},
         {"(a.{x}){x}", "aa", MM_UNDECLAREDVAR, 7},
         {"a%{x}", "a", MM_UNDECLAREDVAR, 2},
@@ -56,19 +60,16 @@ TEST(MmparseFehler, ArgumentChecks) {
         std::int32_t laenge, subjektLaenge;
         const char *grammatik, *optionen;
         const void* subjekt;
-    } falsch[] = {
-        {buf, 16, 1, nullptr, "", "a"}, {buf, 16, 1, "a", "", nullptr}, {buf, 16, -1, "a", "", "a"},
-        {buf, -1, 1, "a", "", "a"},     {nullptr, 0, 1, "a", ">", "a"}, {buf, 16, 1, "a", "t", "a"},
-        {datei, 0, 1, "a", ">h", "a"},  {datei, 0, 1, "a", ">a", "a"},
-    };
+    } falsch[] = {{buf, 16, 1, nullptr, "", "a"}, {buf, 16, 1, "a", "", nullptr}, {buf, 16, -1, "a", "", "a"},
+                  {buf, -1, 1, "a", "", "a"},     {nullptr, 0, 1, "a", ">", "a"}, {buf, 16, 1, "a", "t", "a"},
+                  {datei, 0, 1, "a", ">h", "a"},  {datei, 0, 1, "a", ">a", "a"}};
     for (const auto& f : falsch) {
         pos = -5;
         EXPECT_EQ(mmparse(f.objekt, f.laenge, f.grammatik, f.subjekt, f.subjektLaenge, f.optionen, &pos),
                   MM_ILLEGALARGS);
         EXPECT_EQ(pos, 0);
     }
-    // Lengths that the options make meaningless are not checked; unknown
-    // option characters are ignored; null options are none.
+    // Lengths the options make meaningless go unchecked; unknown or null options are none.
     EXPECT_EQ(mmparse(nullptr, -1, "a", "a", 1, "", nullptr), 1);
     EXPECT_EQ(mmparse(buf, 16, "a", datei, -7, "<", &pos), 2);
     EXPECT_EQ(pos, 1);

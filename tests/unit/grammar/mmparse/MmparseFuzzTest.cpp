@@ -1,8 +1,5 @@
-// Generated inputs: grammars of the notation's special bytes through the fuzz
-// entry, which checks the engine's promises on any input, and a cross-check
-// of the matcher against a deliberately simple recursive backtracking matcher
-// on a subset (bytes, '@', sets, '^', groups with alternatives, all
-// suffixes) with short subjects.
+// Random grammars through the fuzz entry, and the matcher cross-checked
+// against a simple backtracking one on a subset of the notation.
 #include <functional>
 #include <memory>
 #include <random>
@@ -28,8 +25,7 @@ TEST(MmparseFuzz, RandomGrammarsKeepThePromises) {
 
 using Weiter = std::function<bool(std::size_t)>;
 
-// A byte item knows the subject bytes (of "abc") it takes; a group has
-// alternatives of items.
+// A byte item takes the bytes of "abc" in `nimmt`; a group has alternatives.
 struct Knoten {
     std::string nimmt;
     char suffix = 0;  // 0 / + * ! ?
@@ -84,8 +80,7 @@ struct Erzeuger {
     std::mt19937 zufall;
 
     int wahl(int n) { return static_cast<int>(zufall() % static_cast<unsigned>(n)); }
-    // A group body of up to `tiefe` nesting, its text appended to `text`. An
-    // alternative may be empty.
+    // A group body nested up to `tiefe` deep, its text appended to `text`.
     std::unique_ptr<Knoten> koerper(int tiefe, std::string& text) {
         auto g = std::make_unique<Knoten>();
         for (int a = 0, alts = 1 + wahl(3) / 2; a < alts; ++a) {
@@ -136,7 +131,6 @@ TEST(MmparseReferenz, AgreesOnGeneratedCases) {
             }
         }
     }
-    // The generator must give both outcomes in fair numbers.
     EXPECT_GT(treffer, 1000);
     EXPECT_LT(treffer, 11000);
 }

@@ -1,5 +1,4 @@
-// Memory: failed allocations at each named place, the 256-block limits of
-// both stacks, the 'm' log, and nesting far deeper than the C++ stack.
+// Memory: failed allocations, stack limits, the 'm' log, deep nesting.
 #include "MmTestHilfe.h"
 #include "grammar/mmparse/MmZustand.h"
 
@@ -35,8 +34,7 @@ TEST(MmparseSpeicher, FailedAllocations) {
 }
 
 TEST(MmparseSpeicher, StackLimits) {
-    // 256 blocks of 1024 frames: the root, one frame per repetition, and
-    // one for the repetition that finds no more.
+    // 256 blocks of 1024 frames: the root, one a repetition, one for the last try.
     EXPECT_EQ(mmLauf("(a)*", std::string(262142, 'a'), "", 1 << 20).ergebnis, 262143);
     EXPECT_EQ(mmLauf("(a)*", std::string(262143, 'a'), "", 1 << 20).ergebnis, MM_ARRAY_VOLL);
     // 256 blocks of 512 variables, three per repetition.
