@@ -24,19 +24,15 @@ int kdoOk(KdoObjekt&, KdoKommando&) {
     return 1;
 }
 
-class TestObjekt : public KdoObjekt {
-public:
+struct TestObjekt : KdoObjekt {
     explicit TestObjekt(KdoListe* liste) : KdoObjekt("W"), liste_(liste) {}
     KdoListe* liefereKdoListe() override { return liste_; }
     const String& liefereKdoOTyp() const override { return typ_; }
-
-private:
     String typ_{"Wurzel"};
     KdoListe* liste_;
 };
 
-class TransTest : public ::testing::Test {
-protected:
+struct TransTest : ::testing::Test {
     void SetUp() override {
         richteUebersetzungEin();
         protokoll.clear();

@@ -24,7 +24,6 @@ const MmFall kFaelle[] = {
     {"(!a)b%y", "ab", "ay"},
     {"<_l>*#<_l>=![a-z]+%X", "ab", "X", "h"},
     {"(!a%1)(!b%2)c%3", "abc", "123"},
-    {"(a%x|b)*", "abba", "xbbx", ">"},
 };
 
 TEST(MmparseAusgabe, Table) { pruefeFaelle(kFaelle); }

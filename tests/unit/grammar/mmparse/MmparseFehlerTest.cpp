@@ -53,8 +53,7 @@ TEST(MmparseFehler, ArgumentChecks) {
     char buf[16];
     std::int32_t pos;
     std::FILE* datei = std::tmpfile();
-    std::fputs("a", datei);
-    std::rewind(datei);
+    std::fputs("a", datei), std::rewind(datei);
     const struct {
         void* objekt;
         std::int32_t laenge, subjektLaenge;
