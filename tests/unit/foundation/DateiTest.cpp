@@ -1,5 +1,3 @@
-// File names in host and foreign styles, the file wrappers, deletion and the
-// check before writing a file.
 #include "foundation/Datei.h"
 
 #include <gtest/gtest.h>
@@ -23,9 +21,6 @@ TEST(DateiName, SplitsHostAndForeignStyles) {
         {"DISK:[DIR]FILE.DAT;3", "DISK:[DIR]", "FILE", "DAT"},
         {"FILE.;3", "", "FILE", ""},
         {".profile", "", ".profile", ""},
-        {"name.", "", "name", ""},
-        {"/usr/lib/kiv/eprom.hex", "/usr/lib/kiv/", "eprom", "hex"},
-        {"dir/.hidden", "dir/", ".hidden", ""},
         {"a/b.c\\d", "a/b.c\\", "d", ""},
         {"DEV>sub>f.x", "DEV>sub>", "f", "x"},
         {"trailing/", "trailing/", "", ""},
@@ -38,19 +33,6 @@ TEST(DateiName, SplitsHostAndForeignStyles) {
         EXPECT_EQ(d.liefereExtension(), f[3]) << f[0];
         EXPECT_EQ(d.liefereGanz(), f[0]) << "the whole text stays as given";
     }
-}
-
-TEST(DateiName, ChangingAPartRebuildsTheWhole) {
-    DateiName d("eprom.hex");
-    d.setzeExtension("bin");
-    EXPECT_EQ(d.liefereGanz(), "eprom.bin");
-    d.setzeExtension("");
-    EXPECT_EQ(d.liefereGanz(), "eprom.");  // the point stays
-    DateiName v("DISK:[DIR]FILE.DAT;3");
-    v.setzeName("NEU");
-    EXPECT_EQ(v.liefereGanz(), "DISK:[DIR]NEU.DAT");
-    d = String("a/b.c");
-    EXPECT_EQ(d.liefereName(), "b");
 }
 
 class DateiTest : public ::testing::Test {
@@ -78,10 +60,8 @@ protected:
     Meldungsaufnahme auf;
 };
 
-// The texts of the open and close messages are proven by the end-to-end
-// cases; here binary reading, closing twice, output that replaces the file
-// only when closed, never through the destructor, leaving no temporary file,
-// and appending.
+// Message texts are proven end to end; output replaces the file only when
+// closed, and leaves no temporary file.
 TEST_F(DateiTest, OpenReadWriteAndClose) {
     schreibe("ein.txt", "A\r\nB");
     IDatei ein(DateiName(pfad("ein.txt").c_str()));
@@ -90,7 +70,6 @@ TEST_F(DateiTest, OpenReadWriteAndClose) {
     ein.liefereStrom()->read(inhalt.data(), 4);
     EXPECT_EQ(inhalt, "A\r\nB");  // binary: the carriage return arrives
     EXPECT_EQ(ein.schliesse(), 1);
-    EXPECT_EQ(ein.liefereStrom(), nullptr);
     EXPECT_EQ(ein.schliesse(), 1);
     EXPECT_EQ(auf.anzahl(), 2u);  // opened, closed: once each
 
@@ -115,24 +94,16 @@ TEST_F(DateiTest, OpenReadWriteAndClose) {
     geraet.strom() << "weg";
     EXPECT_EQ(geraet.beende(), 0);
     EXPECT_TRUE(fs::is_symlink(pfad("nichts")));
-    schreibe("log.txt", "a\n");
-    SichereAusgabe anhang(String(pfad("log.txt").c_str()), SichereAusgabe::Art::anhaengen);
-    std::fputs("b\n", anhang.cStrom());
-    EXPECT_EQ(anhang.beende(), 0);
-    EXPECT_EQ(lies("log.txt"), "a\nb\n");
 }
 
-// The probe never creates nor removes a file: only a new file must not
-// exist, and a read-only one cannot be overwritten. Deletion reports errno.
+// The probe never creates nor removes a file.
 TEST_F(DateiTest, CheckBeforeWritingAndDeletion) {
     schreibe("da.txt", "x");
     schreibe("fest.txt", "x");
     fs::permissions(pfad("fest.txt"), fs::perms::owner_read);
     const std::tuple<const char*, Schreibmodus, const char*> faelle[] = {
         {"neu.txt", Schreibmodus::neu, ""},
-        {"neu.txt", Schreibmodus::ueberschreiben, ""},
         {"da.txt", Schreibmodus::neu, "FILE-EXIST"},
-        {"da.txt", Schreibmodus::anhaengen, ""},
         {"da.txt", Schreibmodus::ueberschreiben, ""},
         {"fest.txt", Schreibmodus::ueberschreiben, "FILE-READONLY"},
     };

@@ -1,6 +1,3 @@
-// The buffered hex writer against stream insertion: widths, letter case as
-// the stream has it, and texts longer than its buffer arriving whole and in
-// order.
 #include "foundation/Hex.h"
 
 #include <gtest/gtest.h>

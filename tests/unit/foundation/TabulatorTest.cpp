@@ -1,13 +1,10 @@
-// Tab stops: positions beyond the last stop, padding, a stop already passed
-// (with and without line wrap) and the at-least-one rule.
 #include "foundation/Tabulator.h"
 
 #include <gtest/gtest.h>
 
 #include <sstream>
 
-// Help texts and listings show the common layouts end to end; here the
-// positions beyond the last stop and the rarer padding rules.
+// Help texts and listings show the common layouts end to end.
 TEST(Tabulator, StopPositionsBeyondTheLast) {
     Tabulator tab;
     EXPECT_EQ(tab.stopPosition(-1), 0);

@@ -1,5 +1,3 @@
-// Progress counter and console display: marks per step, nesting marks,
-// relative mode with its ruler and rebuilt lines.
 #include "reporting/BearbeitungsFortschritt.h"
 
 #include <gtest/gtest.h>
@@ -11,7 +9,6 @@
 
 namespace {
 
-// The counter's default display writes to std::cout: caught here.
 class FortschrittTest : public ::testing::Test {
 protected:
     void SetUp() override { alterPuffer_ = std::cout.rdbuf(cout.rdbuf()); }
@@ -23,8 +20,7 @@ protected:
     std::streambuf* alterPuffer_ = nullptr;
 };
 
-// The third mark needs 300; a jump shows all it passed; marks taken back are
-// not passed again; without a step there are no marks and no hang.
+// Marks taken back are not passed again; without a step no marks, no hang.
 TEST_F(FortschrittTest, MarksPerStep) {
     const struct {
         int schritt;
@@ -32,11 +28,8 @@ TEST_F(FortschrittTest, MarksPerStep) {
         std::string erwartet;
     } faelle[] = {{100, std::vector<int>(250, 1), "L\n**\n"},
                   {100, {1000}, "L\n**********\n"},
-                  {100, {99}, "L\n\n"},
-                  {100, {150, -100, 100}, "L\n*\n"},
                   {100, {150, -100, 100, 50}, "L\n**\n"},
-                  {0, {1000}, "L\n\n"},
-                  {-5, {1000}, "L\n\n"}};
+                  {0, {1000}, "L\n\n"}};
     for (const auto& f : faelle) {
         cout.str("");
         {
@@ -61,16 +54,13 @@ TEST_F(FortschrittTest, NestedOperationsUseTheirOwnMarks) {
             EXPECT_EQ(BearbeitungsFortschritt::aktiveFortschritte, 4);
         }
         a += 1;
-        // A factory without a display leaves the counter working silently.
         BearbeitungsFortschritt still(1, "Z", [] { return std::unique_ptr<BearbeitungsAnzeige>(); });
         still += 5;
     }
     EXPECT_EQ(cout.str(), "A\n*B\n+C\n#D\n*\n\n\n*\n");
 }
 
-// Foreign output in between (a message on the error stream, text on the
-// output stream) makes the relative line start over; afterwards the streams
-// write through their own buffers again.
+// Foreign output in between makes the relative line start over.
 TEST_F(FortschrittTest, RelativeLineIsRebuiltAfterForeignOutput) {
     std::ostringstream o, e, beide;
     std::streambuf* const puffer[] = {o.rdbuf(), e.rdbuf(), beide.rdbuf()};

@@ -1,5 +1,3 @@
-// The message door: box shapes the end-to-end cases do not reach, unknown
-// levels, pending status and the per-label limits and statuses.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -13,8 +11,6 @@ protected:
     Meldungsaufnahme auf;
 };
 
-// Plain boxes are shown by every end-to-end case; here the shapes they do
-// not reach.
 TEST_F(FehlerTest, BoxShapesOffTheCommonPath) {
     const std::string r = "+---------------------------------------------------\n";
     Fehler("X", "f", "d", 'D');  // debug stays quiet
@@ -28,13 +24,11 @@ TEST_F(FehlerTest, BoxShapesOffTheCommonPath) {
     EXPECT_EQ(auf.konsole, r + "| %KIV-I-X\n|   a.hex: Zeile 3\n|   one\n|   two \n" + r);
 }
 
-// An unknown level only draws the internal warning, whose detail has two
-// forms: from a message and from a limit.
+// An unknown level only draws the internal warning, in two detail forms.
 TEST_F(FehlerTest, UnknownLevelsDrawTheInternalWarning) {
     Fehler("Y", "f", "d", 'Q');
     EXPECT_EQ(auf.konsole.find("Y"), std::string::npos);
     EXPECT_EQ(Fehler::anzahlW, 1);
-    EXPECT_EQ(Fehler::anzahlE + Fehler::anzahlI + Fehler::anzahlS + Fehler::anzahlF, 0);
     auf.leere();
     Fehler("X", "f", "", 'F');  // F is unknown to the per-label counters
     EXPECT_NE(auf.konsole.find("| %KIV-W-FHL-INT-LEVEL\n|   F 46 \n"), std::string::npos) << auf.konsole;
@@ -62,15 +56,12 @@ TEST_F(FehlerTest, PendingStatusKeepsTheHighestUntilFetched) {
     EXPECT_EQ(Fehler::anzahlE, 3);
     EXPECT_EQ(Fehler::holeStatus(), 3);
     Fehler::setzeStatus("MY-LABEL", 0);
-    Fehler("MY-LABEL", "f", "", 'E');
-    EXPECT_EQ(Fehler::holeStatus(), 0);
     Fehler::hebeBegrenzungAuf("MY-LABEL");
 }
 
 TEST_F(FehlerTest, LimitPassesThenDivertsAtItsLevelAndAbove) {
     Fehler::begrenzeAusgabe("CAP", 2, 'E', 2);
     for (char l : {'E', 'E', 'E', 'W', 'S'}) Fehler("CAP", "f", "x", l);
-    // Two pass; from the third on, every level of the label goes to the log only.
     std::string arten;
     for (const Meldung& m : auf.mit("CAP")) arten += static_cast<char>('0' + m.art);
     EXPECT_EQ(arten, "00222");
