@@ -278,7 +278,11 @@ def main():
     if a.rerun:
         # The same faults again, found by file, line, operator and text, so
         # that a test written for a survivor can be seen to catch it.
-        old = json.load(open(a.rerun))["results"]
+        rec = json.load(open(a.rerun))
+        old = rec["results"]
+        # A line can hold the same change twice; the draw of the recorded run
+        # tells which one was planted.
+        _, gezogen, _ = plan(rec.get("sample", a.sample), rec.get("seed", a.seed))
         if a.survivors:
             old = [r for r in old if not r["killed"]]
         draws, quota = {}, {}
@@ -288,6 +292,10 @@ def main():
             hit = [(r["file"],) + m for m in ms
                    if m[4] == r["line"] and m[3] == r["kind"] and m[2] == r["to"]
                    and text[m[0]:m[0] + m[1]] == r["from"]]
+            if "offset" in r:
+                hit = [h for h in hit if h[1] == r["offset"]] or hit
+            else:
+                hit = [h for h in gezogen.get(r["subsystem"], []) if h in hit] or hit
             if not hit:
                 print("not found any more: %s:%d %r -> %r" % (r["file"], r["line"], r["from"], r["to"]))
                 continue
@@ -336,7 +344,7 @@ def main():
                     fh.write(orig)
             done += 1
             killed = r != 0
-            results.append({"subsystem": s, "file": f, "line": line, "kind": kind,
+            results.append({"subsystem": s, "file": f, "line": line, "offset": off, "kind": kind,
                             "from": was, "to": rep, "killed": killed,
                             "how": "timeout" if r == "timeout" else ("failed" if killed else "survived")})
             print("%3d %-8s %-10s %s:%d %r -> %r" % (len(results), results[-1]["how"], kind, f, line, was, rep),
