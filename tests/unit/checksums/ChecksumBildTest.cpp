@@ -1,6 +1,4 @@
-// Sums over an image where a console run shows too little: holes read as
-// zeros, walks across the windows of a free image, the last addend at a
-// region's end and at the top of the addresses, and the compare mode.
+// Sums over an image: holes, windows, the last addend at region and address ends, compare mode.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -61,8 +59,7 @@ TEST(ChecksumBild, FreiesBildUeberFenstergrenzen) {
     EXPECT_EQ(summe(*art(0, 0xFFFFFE, 0x1000001), eprom), 0x00442200u);
 
     summe(*art(2, 0, 0xFFFFFFFF), eprom);
-    // The walk gave the untouched window between its empty region, as a
-    // read there always does.
+    // The walk gave the untouched window between its empty region, as a read does.
     const EpromSegment& seg = eprom.liefereSegment(0);
     ASSERT_EQ(seg.anzahlBereiche(), 4);
     bool leeresFenster = false;
@@ -73,8 +70,7 @@ TEST(ChecksumBild, FreiesBildUeberFenstergrenzen) {
 
 TEST(ChecksumBild, StandardLetzterAddendUndVergleich) {
     Meldungsaufnahme aufnahme;
-    // The last addend reads past the range: missing at a region's end, a
-    // partial sum without the added value ...
+    // The last addend reads past the range: missing at a region's end ...
     Eprom fest;
     fest.definiereBereich(0x1000, 0x1004);
     schreibe(fest, 0x1000, "\x10\x20\x30\x40\x50", 5);
@@ -91,8 +87,7 @@ TEST(ChecksumBild, StandardLetzterAddendUndVergleich) {
     ChecksumStandard ganzOben(0, 0xFFFFFFFD, 0xFFFFFFFF, nullptr, 0, 2, 0, 4);
     EXPECT_EQ(summe(ganzOben, oben), 0x0102u + 0x03u);
 
-    // A difference to the field is reported but does not fail; nothing is
-    // written.
+    // A difference to the field is reported but does not fail; nothing is written.
     aufnahme.leere();
     schreibe(eprom, 0x2000, "\x00\xAB", 2);
     ChecksumStandard vorn(0, 0x1000, 0x1001, nullptr, 0, 1, 0, 2);

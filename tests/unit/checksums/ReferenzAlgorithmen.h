@@ -1,6 +1,4 @@
-// Deliberately plain forms of the checksum arithmetic, one bit or one byte at
-// a time, written from the definitions and used only to cross-check the fast
-// code in src/checksums/ChecksumAlgorithmen.cpp.
+// Plain forms of the checksum arithmetic, one bit or byte at a time, to cross-check the fast code.
 #pragma once
 
 #include <cstdint>

@@ -1,7 +1,4 @@
-// Opening, loading, saving and editing where a user's file or an image is at
-// stake: a refused write leaves the old file, a fill on load widens a free
-// image, a failed load keeps the image as it was, a failed open drops it, and
-// the changed check at the end names what was not saved.
+// Opening, loading, saving and editing where a user's file or an image is at stake.
 #include "KivObjektTestUmgebung.h"
 
 namespace {
@@ -62,8 +59,7 @@ TEST_F(KivEpromLadenTest, LoadingWithAFillByteWidensAFreeImage) {
 }
 
 TEST_F(KivEpromLadenTest, SetzeAndKopiereInAFixedImage) {
-    // setze writes the highest address first, then stops at the first
-    // address outside the regions.
+    // setze writes the highest address first, then stops outside the regions.
     KivEprom& kiv = neu();
     fuehre("definiereBereich(0, 3)");
     fuehre("definiereBereich(6, 7)");
@@ -78,8 +74,7 @@ TEST_F(KivEpromLadenTest, SetzeAndKopiereInAFixedImage) {
 
 TEST_F(KivEpromLadenTest, OpenTakesTheLoadArgumentsAndDropsAFailedImage) {
     schreibeDatei("k.hex", ":0410000001020304E2\n:00000001FF\n");
-    // Swapped after loading, then the gaps up to the given bounds filled;
-    // the image still counts as unchanged.
+    // Swapped after loading, then the gaps filled; the image counts as unchanged.
     ASSERT_EQ(fuehre("oeffne(Intel, " + pfad("k.hex") + ", FFC, 1005, /, EE, NO, YES)"), 1);
     KivEprom* kiv = aktuell();
     ASSERT_NE(kiv, nullptr);
@@ -87,8 +82,7 @@ TEST_F(KivEpromLadenTest, OpenTakesTheLoadArgumentsAndDropsAFailedImage) {
     EXPECT_EQ(kiv->aktDateiTyp, KivEprom::typIntel);
     EXPECT_EQ(bytes(*kiv, 0xFFC, 0x1005), "EE EE EE EE 02 01 04 03 EE EE");
     EXPECT_EQ(kiv->geaendert, 0);
-    // A failed load keeps file and flag; loading the same bytes again
-    // still changes the image.
+    // A failed load keeps file and flag; loading the same bytes again changes the image.
     aufnahme.leere();
     EXPECT_EQ(fuehre("lies(Intel, " + pfad("fehlt.hex") + ")"), 0);
     EXPECT_EQ(fuehre("lies(Binaer, " + pfad("") + ")"), 0);  // a directory
@@ -99,8 +93,7 @@ TEST_F(KivEpromLadenTest, OpenTakesTheLoadArgumentsAndDropsAFailedImage) {
     EXPECT_EQ(kiv->geaendert, 1);
     EXPECT_EQ(kiv->eprom->liefereAnzSchr(0x1000), 2);
 
-    // A missing file, or none given, leaves no image behind, and the root
-    // is current again.
+    // A missing file, or none given, leaves no image behind; the root is current again.
     for (const std::string& zeile : {"oeffne(Intel, " + pfad("fehlt.hex") + ")", std::string("oeffne()")}) {
         zurWurzel();
         EXPECT_EQ(fuehre(zeile), 0) << zeile;

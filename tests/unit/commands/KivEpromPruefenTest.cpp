@@ -1,9 +1,4 @@
-// The pattern search: the walk against a plain byte-by-byte reference on
-// random images (comparisons run on into adjacent regions and through gaps
-// that read as 0, the kept skip behind a failed partial match), reads at
-// region and window ends, and the search texts. The comparison against the
-// image's own byte-wise display, and the image variables of the format
-// language.
+// The pattern search against a byte-by-byte reference, compare, and the image variables.
 #include <random>
 
 #include "KivObjektTestUmgebung.h"
@@ -58,16 +53,14 @@ TEST_F(KivEpromSucheTest, TheWalkAgreesWithTheByteByByteReference) {
     for (int runde = 0; runde < 300; ++runde) {
         KivEprom& kiv = neu();
         Eprom& eprom = *kiv.eprom;
-        // Few distinct values so that partial matches are frequent; some
-        // images fixed with gaps, adjacent regions and unwritten bytes.
+        // Few distinct values so that partial matches are frequent.
         const bool fest = runde % 2 == 1;
         if (fest) {
             eprom.definiereBereich(0x100, 0x11F);
             eprom.definiereBereich(0x120, 0x12F);
             eprom.definiereBereich(0x138, 0x150);
         }
-        // Some free images are long and mostly 43, so that the walk passes
-        // over long stretches without a possible first byte.
+        // Long stretches of 43 hold no possible first byte.
         const bool lang = runde % 4 == 2;
         for (adrInteger a = 0x100; a <= (lang ? 0x4FFu : 0x150u); ++a)
             if (zufall() % 5)
@@ -96,9 +89,7 @@ TEST_F(KivEpromSucheTest, TheWalkAgreesWithTheByteByByteReference) {
 }
 
 TEST_F(KivEpromSucheTest, ReadsAtRegionAndWindowEnds) {
-    // The first region ends two bytes before a block boundary of the
-    // reader, so the comparisons at its end read the next block; the next
-    // region begins before that block.
+    // The first region ends two bytes before the reader's block boundary.
     KivEprom& kiv = neu();
     fuehre("definiereBereich(0, FFFD)");
     fuehre("definiereBereich(FFFE, 1000F)");
@@ -112,8 +103,7 @@ TEST_F(KivEpromSucheTest, ReadsAtRegionAndWindowEnds) {
     EXPECT_EQ(kiv.sucheMuster(0, 0x1000F), 1);
     EXPECT_EQ(kiv.suchAdresse, 0xFFFEu);
 
-    // In a free image a read in an empty 16 MiB window creates a region
-    // there; the search must do that exactly when the plain walk would.
+    // A read in an empty window creates a region, exactly as the plain walk would.
     for (bool reicht : {false, true}) {
         KivEprom& frei = neu();
         setze(frei, 0xFFFFFE, {0x41, 0x41});
@@ -151,9 +141,7 @@ TEST_F(KivEpromSucheTest, SearchTextsAreReadAsHexNumbersOrCharacters) {
 }
 
 TEST_F(KivEpromSucheTest, ComparisonShowsWhatTheImagesOwnDisplayShows) {
-    // The command reads in blocks; the image's display reads byte by byte.
-    // Both must agree on random images, ranges, offsets and a target range
-    // that wraps past 0xFFFFFFFF.
+    // Blocks against the display's bytes, with a target range wrapping past 0xFFFFFFFF.
     std::mt19937 zufall(11);
     for (int runde = 0; runde < 60; ++runde) {
         KivEprom& b = neu();

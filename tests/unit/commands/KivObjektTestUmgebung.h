@@ -1,6 +1,4 @@
-// Test helper: a root object in its own tree with both command lists, the
-// command output captured, messages caught, and a scratch directory for
-// image files. Lines run on the current object as they would at the prompt.
+// A root object with both command lists, output and messages caught, and a scratch directory.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -1,6 +1,4 @@
-// The command tables against their named positions, and the accessors of each
-// argument type against what its class serves: a handler reading an argument
-// with the wrong accessor fails here (or does not compile), not at a prompt.
+// The command tables against their named positions, and each argument type's accessors.
 #include <gtest/gtest.h>
 
 #include "commands/KivEprom.h"

@@ -1,5 +1,4 @@
-// Test fixture for the image tests: messages caught, progress marks kept
-// quiet, and temporary files removed behind each test.
+// Image test fixture: messages caught, progress quiet, temporary files removed.
 #pragma once
 
 #include <gtest/gtest.h>
