@@ -106,9 +106,9 @@ private:
     BearbeitungsFortschritt fortschritt_;
 };
 
-void beginneKontext(const DateiName& datei_) {
+void beginneKontext(const DateiName& datei) {
     EpromDatei::zeilenNr = 0;
-    EpromDatei::zeilenDatei = datei_.liefereGanz();
+    EpromDatei::zeilenDatei = datei.liefereGanz();
     Fehler::zusatzZeile = &EpromDatei::liefereZeilenPosition;
 }
 
