@@ -53,7 +53,8 @@ public:
     FmtTrennerTeile(const FmtTrennerTeile&) = delete;
     FmtTrennerTeile& operator=(const FmtTrennerTeile&) = delete;
 
-    // Part 0 if the position is 0 (and moves it to 1), otherwise empty.
+    // The part at index 0 if the position is 0 (and moves it to 1), otherwise
+    // empty.
     const String& ersterTeil();
     // The part at the position if it is 1 .. anzahl - 1 (and advances it),
     // otherwise empty; at anzahl the position returns to 0.
