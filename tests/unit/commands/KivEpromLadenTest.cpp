@@ -92,6 +92,10 @@ TEST_F(KivEpromLadenTest, OpenTakesTheLoadArgumentsAndDropsAFailedImage) {
     EXPECT_EQ(fuehre("lies()"), 1);
     EXPECT_EQ(kiv->geaendert, 1);
     EXPECT_EQ(kiv->eprom->liefereAnzSchr(0x1000), 2);
+    // The file last loaded is the image's file from then on.
+    schreibeDatei("k.bin", "x");
+    EXPECT_EQ(fuehre("lies(Binaer, " + pfad("k.bin") + ")"), 1);
+    EXPECT_EQ(kiv->aktDatei->liefereGanz(), pfad("k.bin"));
 
     // A missing file, or none given, leaves no image behind; the root is current again.
     for (const std::string& zeile : {"oeffne(Intel, " + pfad("fehlt.hex") + ")", std::string("oeffne()")}) {

@@ -165,6 +165,14 @@ TEST_F(KivEpromSucheTest, ComparisonShowsWhatTheImagesOwnDisplayShows) {
         ASSERT_EQ(zeile(text, anzahl == 0 ? 1 : 0), erwartet.str()) << text;
         EXPECT_EQ(aufnahme.letzte().detail, std::to_string(anzahl));
     }
+    // A range of a block and a bit compares exactly its own bytes.
+    KivEprom& b = neu();
+    KivEprom& a = neu();
+    for (adrInteger x = 0; x < 0x8020; ++x) {
+        a.eprom->setzeByte(x, 1);
+        b.eprom->setzeByte(x, x < 0x8010 ? 1 : 2);
+    }
+    zeile("vergleiche(0, 800F, 0, " + b.name_.str() + ")", 1);
 }
 
 TEST_F(KivEpromSucheTest, TheImageDeliversRangeCountsAndFileName) {

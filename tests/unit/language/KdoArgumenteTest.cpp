@@ -61,6 +61,13 @@ const Fall aufrufe[] = {
     {"Wort w", "f(aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa)", 0, nullptr, "CMD-WRONGARG"},  // 33 bytes
     {"BoolWort w", "f(/)", 1, "/", ""},
     {"BoolWort w", "f(-x)", 0, nullptr, "CMD-WRONGARG"},
+    // Every kind of word character can begin a word.
+    {"BoolWort w", "f(Z$)", 1, "Z$", ""},
+    {"BoolWort w", "f(9)", 1, "9", ""},
+    {"BoolWort w", "f($)", 1, "$", ""},
+    {"BoolWort w", "f(%)", 1, "%", ""},
+    {"BoolWort w", "f(.)", 1, ".", ""},
+    {"BoolWort w", "f(_)", 1, "_", ""},
     {"BoolNameInListe n", "f(abc)", 1, "abc", ""},
 
     {"LString s", "f(\"a,b)\")", 1, "a,b)", ""},

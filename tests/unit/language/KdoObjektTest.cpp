@@ -136,9 +136,10 @@ TEST_F(KdoBaumTest, SearchRulesEachFindTheirCase) {
     EXPECT_EQ(kdoBaum()->suche("<Eprom>x.<Eprom>y", 0), y);
 
     gehe(y);
-    EXPECT_EQ(kdoBaum()->suche("<Eprom>x", 0), x);        // rule 6: ancestor
-    EXPECT_EQ(kdoBaum()->suche("<Eprom>c", 0), c);        // rule 3: from the root
-    EXPECT_EQ(kdoBaum()->suche("<Kiv>Kiv", 0), nullptr);  // the root is not an ancestor match
+    EXPECT_EQ(kdoBaum()->suche("<Eprom>x", 0), x);                 // rule 6: ancestor
+    EXPECT_EQ(kdoBaum()->suche("<Eprom>x.<Eprom>q", 0), nullptr);  // only one step finds an ancestor
+    EXPECT_EQ(kdoBaum()->suche("<Eprom>c", 0), c);                 // rule 3: from the root
+    EXPECT_EQ(kdoBaum()->suche("<Kiv>Kiv", 0), nullptr);           // the root is not an ancestor match
     EXPECT_EQ(kdoBaum()->suche("<Other>x", 0), nullptr);
     EXPECT_EQ(kdoBaum()->liefereAktuelles(), y);
 

@@ -65,6 +65,7 @@ TEST(ScannerTest, TokenStreams) {
          "N(c) ( T\"\"a,b)\"\" , T\" 'c,d)'\" , T\" e\" )#1 NL END"},
         {"c(\"a'b\", x)\n", 1, true, false, "N(c) ( T\"\"a'b\", x)\" NL#1 END"},
         {"c(a ! b // c)\n", 1, true, false, "N(c) ( T\"a ! b // c\" )#1 NL END"},
+        {"c(a,,b)\n", 1, true, false, "N(c) ( T\"a\" , T\"\" , T\"b\" )#1 NL END"},
         {"c(a\\\nb, c\\d)\n", 1, true, false, "N(c) ( T\"ab\" , T\" c\\d\" )#1 NL END"},
         {"a, b\nc\n", 0, false, false, "T\"a\" , T\" b\" NL#1 N(c) NL END"},
         {"ab", 0, false, false, "T\"ab\" END"},
