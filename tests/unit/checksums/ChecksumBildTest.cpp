@@ -100,6 +100,13 @@ TEST(ChecksumBild, StandardLetzterAddendUndVergleich) {
     std::uint8_t b = 0;
     eprom.liefereByte(0x2001, b, 0);
     EXPECT_EQ(b, 0xAB);
+    // A field of four bytes that holds the sum is no difference.
+    aufnahme.leere();
+    schreibe(eprom, 0x3000, "\x00\x00\x68\xAC", 4);
+    ChecksumStandard vier(0, 0x1000, 0x1003, nullptr, 0, 2, 0, 4);
+    vier.setzeZielAdr(0x3000);
+    EXPECT_EQ(vier.bilde(0, eprom, &s), 1);
+    EXPECT_EQ(aufnahme.mit("CHK-DIFFERENT").size(), 0u);
 }
 
 }  // namespace
