@@ -351,7 +351,8 @@ def main():
                   flush=True)
     run(["cmake", "--build", a.build, "-j%d" % a.jobs], 900)
 
-    print("\nkill rate per subsystem (seed %d, sample %d, %.0f s)" % (a.seed, a.sample, time.time() - t0))
+    what = "rerun of %s" % a.rerun if a.rerun else "seed %d, sample %d" % (a.seed, a.sample)
+    print("\nkill rate per subsystem (%s, %.0f s)" % (what, time.time() - t0))
     tot_k = tot = 0
     for s in quota:
         rs = [r for r in results if r["subsystem"] == s]
